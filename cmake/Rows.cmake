@@ -1,0 +1,51 @@
+# A row of the architecture is one static library. It publishes its own folders as include
+# directories and links the rows below it, so an include of a row above has no path to resolve to.
+#
+#   pelorino_row(NAME database FOLDERS components/Database/Sqlite ... BELOW runtime PRIVATE SQLite::SQLite3)
+#
+# File names are unique in the tree: headers are included by their plain name.
+
+set_property(GLOBAL PROPERTY PELORINO_ROWS "")
+
+function(pelorino_row)
+  cmake_parse_arguments(ROW "" "NAME" "FOLDERS;BELOW;PRIVATE" ${ARGN})
+  set(target pelorino_${ROW_NAME})
+  set(sources)
+  set(directories)
+  foreach(folder IN LISTS ROW_FOLDERS)
+    file(GLOB found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
+    list(APPEND sources ${found})
+    list(APPEND directories ${PROJECT_SOURCE_DIR}/${folder})
+  endforeach()
+
+  if(sources)
+    add_library(${target} STATIC ${sources})
+    set(scope PUBLIC)
+    target_link_libraries(${target} PRIVATE pelorino_warnings ${ROW_PRIVATE})
+  else()
+    add_library(${target} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${target} ${scope} ${directories})
+  foreach(below IN LISTS ROW_BELOW)
+    target_link_libraries(${target} ${scope} pelorino_${below})
+  endforeach()
+  set_property(GLOBAL APPEND PROPERTY PELORINO_ROWS ${target})
+endfunction()
+
+# Public headers are included as <pelorino/Name.h>, in this tree as in an installed one. A row of
+# public headers is a view of its folders under that name.
+function(pelorino_public_headers target scope)
+  set(view ${PROJECT_BINARY_DIR}/public/${target})
+  file(MAKE_DIRECTORY ${view}/pelorino)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/PLR*.h
+         ${PROJECT_SOURCE_DIR}/${folder}/SK*.h)
+    foreach(header IN LISTS headers)
+      get_filename_component(name ${header} NAME)
+      file(CREATE_LINK ${header} ${view}/pelorino/${name} SYMBOLIC)
+    endforeach()
+    set_property(GLOBAL APPEND PROPERTY PELORINO_PUBLIC_HEADERS ${headers})
+  endforeach()
+  target_include_directories(${target} ${scope} $<BUILD_INTERFACE:${view}>)
+endfunction()

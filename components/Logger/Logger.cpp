@@ -1,0 +1,73 @@
+#include "Logger.h"
+
+#include <atomic>
+#include <exception>
+#include <memory>
+
+#include "ExitGate.h"
+#include "Guarded.h"
+
+namespace pelorino {
+namespace {
+
+/// Never destroyed: lines may be written while the process exits.
+struct State {
+  std::atomic<PLRLogLevel> level{PLRLogLevel::error};
+  Guarded<std::shared_ptr<const Logger::EngineClosure>> engineClosure;
+  Guarded<std::shared_ptr<const Logger::Closure>> closure;
+};
+
+State& state() {
+  static State& instance = *new State;
+  return instance;
+}
+
+template <class Closure>
+std::shared_ptr<const Closure> shared(Closure closure) {
+  if (!closure) return nullptr;
+  return std::make_shared<const Closure>(std::move(closure));
+}
+
+}  // namespace
+
+PLRLogLevel Logger::logLevel() noexcept { return state().level.load(std::memory_order_relaxed); }
+
+void Logger::setLogLevel(PLRLogLevel level) noexcept {
+  state().level.store(level, std::memory_order_relaxed);
+}
+
+Logger::EngineClosure Logger::engineLoggerMessageClosure() {
+  const auto closure = state().engineClosure.get();
+  return closure ? *closure : EngineClosure{};
+}
+
+void Logger::setEngineLoggerMessageClosure(EngineClosure closure) {
+  ExitGate::arm();
+  state().engineClosure.set(shared(std::move(closure)));
+}
+
+Logger::Closure Logger::loggerMessageClosure() {
+  const auto closure = state().closure.get();
+  return closure ? *closure : Closure{};
+}
+
+void Logger::setLoggerMessageClosure(Closure closure) {
+  state().closure.set(shared(std::move(closure)));
+}
+
+void Logger::deliver(PLRLogLevel level, std::string_view message) {
+  const auto closure = state().engineClosure.get();
+  if (!closure) return;
+  std::string line = description(level);
+  line.reserve(line.size() + 1 + message.size());
+  line += ' ';
+  line += message;
+  const ExitGate::Pass pass;
+  try {
+    (*closure)(level, line);
+  } catch (...) {  // NOLINT(bugprone-empty-catch)
+    // The host's own exception has nowhere to go: the closure is the only outlet there is.
+  }
+}
+
+}  // namespace pelorino

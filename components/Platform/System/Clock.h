@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+
+namespace pelorino {
+
+/// The device clock. It may jump, forward and backward.
+class Clock {
+ public:
+  virtual ~Clock() = default;
+
+  /// Milliseconds since 1970, rounded to the nearest; negative before. Any thread.
+  [[nodiscard]] virtual std::int64_t milliseconds() const = 0;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,27 @@
+#pragma once
+
+namespace pelorino {
+
+/// Keeps background threads out of code that must not run while the process exits: closures of the
+/// host, and libraries that tear down their own state at exit.
+///
+/// From the first entry on, `exit` (and a return from `main`) closes the gate: a thread that wants
+/// in afterwards sleeps until the process is gone, and exit waits a short, bounded time for those
+/// inside. The thread that itself calls exit from inside does not wait for itself.
+class ExitGate {
+ public:
+  /// Held while inside. Re-entrant. Keep what runs inside short.
+  class Pass {
+   public:
+    Pass();
+    ~Pass();
+    Pass(const Pass&) = delete;
+    Pass& operator=(const Pass&) = delete;
+  };
+
+  /// Registers the gate with the process's exit handlers once more, so that it closes before
+  /// whatever was registered or constructed until now is torn down.
+  static void arm();
+};
+
+}  // namespace pelorino

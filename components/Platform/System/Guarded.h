@@ -1,0 +1,39 @@
+#pragma once
+
+#include <mutex>
+#include <utility>
+
+namespace pelorino {
+
+/// A value that several threads read and write whole. The lock is held for one copy or one move,
+/// never while foreign code runs.
+template <class T>
+class Guarded {
+ public:
+  Guarded() = default;
+  explicit Guarded(T value) : value_(std::move(value)) {}
+
+  [[nodiscard]] T get() const {
+    const std::lock_guard lock(mutex_);
+    return value_;
+  }
+
+  void set(T value) {
+    const std::lock_guard lock(mutex_);
+    std::swap(value_, value);
+    // The old value is destroyed with the argument, after the lock is released.
+  }
+
+  /// Runs `change` on the value under the lock; it must be short and must not call out.
+  template <class Change>
+  auto update(Change&& change) {
+    const std::lock_guard lock(mutex_);
+    return std::forward<Change>(change)(value_);
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  T value_{};
+};
+
+}  // namespace pelorino

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pelorino {
+
+/// One request as it goes on the wire. Header order is kept.
+struct HttpRequest {
+  std::string method;  ///< "GET" or "POST"; both may carry a body.
+  std::string url;
+  std::vector<std::pair<std::string, std::string>> headers;
+  std::string body;
+  /// The exchange ends when nothing has moved for this long, connecting included.
+  std::chrono::milliseconds timeout{60000};
+};
+
+/// What became of an exchange.
+struct HttpResponse {
+  std::optional<int> status;        ///< Absent when no whole answer arrived.
+  std::optional<std::string> body;  ///< Absent when the answer had none, or one over the limit.
+  std::optional<std::string> error; ///< The transport's words; set when something went wrong.
+};
+
+/// Blocking HTTP and HTTPS exchanges: certificates verified, no cookies, no redirects.
+class HttpExchange {
+ public:
+  virtual ~HttpExchange() = default;
+
+  /// False for a text that no request can be made of; nothing is sent for such a text.
+  [[nodiscard]] virtual bool isValidUrl(const std::string& url) const = 0;
+
+  /// Blocks the calling thread until the exchange ends. Called on a serial queue, it reuses that
+  /// queue's connection. Never throws.
+  ///
+  /// An answer whose body is over `maximumBody` keeps its status and loses its body: nothing is
+  /// kept in memory beyond the limit, and the connection is given up.
+  [[nodiscard]] virtual HttpResponse perform(const HttpRequest& request) = 0;
+
+  static constexpr std::size_t maximumBody = std::size_t{4} * 1024 * 1024;
+};
+
+}  // namespace pelorino
