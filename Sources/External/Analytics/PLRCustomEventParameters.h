@@ -1,0 +1,64 @@
+#pragma once
+
+#include <pelorino/PLRExport.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+/// The parameters of one custom event, a value for each key.
+///
+/// Keys have at most 32 characters and texts at most 255; `customEvent` cuts longer ones. The
+/// number of parameters is limited by the backend's configuration, 20 by default: beyond it `add`
+/// writes a log line and adds nothing, also under a key that is there already.
+///
+/// Threads: belongs to the thread that fills it. `customEvent` copies it.
+class PLR_EXPORT PLRCustomEventParameters {
+ public:
+  using Value = std::variant<bool, std::int64_t, std::uint64_t, double, std::string>;
+
+  /// Any integer type, `bool`, `float` and `double`, and any text. A string literal is a text.
+  template <class T>
+    requires std::is_arithmetic_v<T>
+  void add(std::string_view key, T value) {
+    addParameter(key, number(value));
+  }
+  void add(std::string_view key, std::string_view value);
+  void add(std::string_view key, const char* value) { add(key, text(value)); }
+  void add(std::string_view key, const std::string& value) { add(key, std::string_view(value)); }
+
+  void addBool(std::string_view key, bool value) { add(key, value); }
+  void addInt(std::string_view key, std::int64_t value) { add(key, value); }
+  void addString(std::string_view key, std::string_view value) { add(key, value); }
+  void addDouble(std::string_view key, double value) { add(key, value); }
+
+  /// Everything added so far, in the order of the keys.
+  [[nodiscard]] const std::map<std::string, Value>& getAllParameters() const { return dictionary; }
+
+  /// One line "key: <key> value: <value>" for each parameter, joined by line feeds.
+  [[nodiscard]] std::string description() const;
+
+ private:
+  template <class T>
+  static Value number(T value) {
+    if constexpr (std::is_same_v<T, bool>) {
+      return value;
+    } else if constexpr (std::is_floating_point_v<T>) {
+      return static_cast<double>(value);
+    } else if (std::in_range<std::int64_t>(value)) {
+      return static_cast<std::int64_t>(value);
+    } else {
+      return static_cast<std::uint64_t>(value);
+    }
+  }
+
+  static std::string_view text(const char* value) { return value ? value : std::string_view(); }
+
+  void addParameter(std::string_view key, Value value);
+
+  std::map<std::string, Value> dictionary;
+};

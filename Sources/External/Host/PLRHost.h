@@ -1,0 +1,33 @@
+#pragma once
+
+#include <pelorino/PLRExport.h>
+#include <pelorino/PLRHostDescription.h>
+
+/// Where the application is.
+enum class PLRApplicationState : int {
+  active = 0,
+  inactive = 1,
+  background = 2,
+};
+
+/// Through this class a host tells the library what its platform would: what the application is,
+/// and when it comes and goes. A desktop program may ignore it. Any thread; nothing throws.
+class PLR_EXPORT PLRHost {
+ public:
+  PLRHost() = delete;
+
+  /// Before PLRAnalytics::initialize. Only remembered here; files and the system are asked later.
+  static void describe(const PLRHostDescription& description) noexcept;
+
+  /// A process starts `active`. The operations below set the state by themselves.
+  static void setApplicationState(PLRApplicationState state) noexcept;
+
+  /// The application has come to the foreground.
+  static void didBecomeActive() noexcept;
+
+  /// The application leaves the foreground. These three return when everything reported so far has
+  /// been stored; they do not wait for the network.
+  static void willResignActive() noexcept;
+  static void didEnterBackground() noexcept;
+  static void willTerminate() noexcept;
+};
