@@ -35,7 +35,13 @@ endfunction()
 
 # Public headers are included as <pelorino/Name.h>, in this tree as in an installed one. A row of
 # public headers is a view of its folders under that name.
-function(pelorino_public_headers target scope)
+function(pelorino_public_headers target)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL INTERFACE_LIBRARY)
+    set(scope INTERFACE)
+  else()
+    set(scope PUBLIC)
+  endif()
   set(view ${PROJECT_BINARY_DIR}/public/${target})
   file(MAKE_DIRECTORY ${view}/pelorino)
   foreach(folder IN LISTS ARGN)
