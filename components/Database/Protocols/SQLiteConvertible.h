@@ -1,0 +1,59 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "Cursor.h"
+
+namespace pelorino {
+
+/// What can be made of a row. `from` gives nothing when a value that the row must have is missing;
+/// the row is then skipped.
+template <class T>
+concept SQLiteConvertible = requires(const Cursor& cursor) {
+  { T::from(cursor) } -> std::same_as<std::optional<T>>;
+};
+
+/// How a field is held in one column: `stored` gives what is bound, `from` reads it back, giving
+/// nothing when the column does not hold what the field needs. Specialize it for a further type.
+template <class Field>
+struct SQLiteValueContertible;
+
+template <>
+struct SQLiteValueContertible<std::int64_t> {
+  static std::optional<SQLiteValue> stored(std::int64_t field) { return field; }
+  static std::optional<std::int64_t> from(const Cursor& cursor, int at) {
+    return cursor.integer(at);
+  }
+};
+
+template <>
+struct SQLiteValueContertible<std::string> {
+  static std::optional<SQLiteValue> stored(const std::string& field) { return field; }
+  static std::optional<std::string> from(const Cursor& cursor, int at) { return cursor.text(at); }
+};
+
+/// Any column can be read as a boolean: true is an integer above 0.
+template <>
+struct SQLiteValueContertible<bool> {
+  static std::optional<SQLiteValue> stored(bool field) { return field; }
+  static std::optional<bool> from(const Cursor& cursor, int at) {
+    return cursor.integer(at).value_or(0) > 0;
+  }
+};
+
+/// An optional field can be read from any column: it is absent where the column holds another type.
+template <class Field>
+struct SQLiteValueContertible<std::optional<Field>> {
+  static std::optional<SQLiteValue> stored(const std::optional<Field>& field) {
+    return field ? SQLiteValueContertible<Field>::stored(*field) : std::nullopt;
+  }
+  static std::optional<std::optional<Field>> from(const Cursor& cursor, int at) {
+    return std::make_optional(SQLiteValueContertible<Field>::from(cursor, at));
+  }
+};
+
+}  // namespace pelorino

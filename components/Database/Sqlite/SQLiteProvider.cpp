@@ -1,0 +1,175 @@
+#include "SQLiteProvider.h"
+
+#include <fmt/format.h>
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <exception>
+#include <vector>
+
+#include "Logger.h"
+#include "SQLiteError.h"
+#include "Statement.h"
+#include "System.h"
+
+namespace pelorino {
+namespace {
+
+constexpr const char* folderName = "pelorino";
+constexpr const char* fileName = "pelorino.db";
+
+constexpr const char* queryFailed = "[Database Module] Error in query: ";
+constexpr const char* writeFailed = "[Database Module] Error in inserting: ";
+constexpr const char* deleteFailed = "[Database Module] Error in delete: ";
+
+/// What `operation` gives, or `fallback` and a log line when it throws.
+template <class Result, class Operation>
+Result guarded(const char* messagePrefix, Result fallback, Operation&& operation) {
+  try {
+    return operation();
+  } catch (const std::exception& error) {
+    Logger::writeLog(PLRLogLevel::error,
+                     [&] { return fmt::format("{}{}", messagePrefix, error.what()); });
+    return fallback;
+  }
+}
+
+std::vector<std::optional<SQLiteValue>> valuesOf(std::span<const ColumnValue> content,
+                                                 std::size_t room) {
+  std::vector<std::optional<SQLiteValue>> values;
+  values.reserve(content.size() + room);
+  for (const auto& column : content) values.push_back(column.value);
+  return values;
+}
+
+}  // namespace
+
+SQLiteProvider::SQLiteProvider(std::string_view /*applicationKey*/,
+                               const std::optional<std::string>& supportDirectory)
+    : database_(prepareFile(supportDirectory)) {
+  upgradeScheme();
+}
+
+std::optional<std::string> SQLiteProvider::folderPath(
+    const std::optional<std::string>& supportDirectory) {
+  if (!supportDirectory) return std::nullopt;
+  return fmt::format("{}/{}", *supportDirectory, folderName);
+}
+
+std::string SQLiteProvider::prepareFile(const std::optional<std::string>& supportDirectory) {
+  const auto folder = folderPath(supportDirectory);
+  if (!folder) throw SQLiteError::error("SQLite error", SQLITE_ERROR);
+
+  Files& files = System::current().files();
+  if (files.exists(*folder)) {
+    Logger::writeLog(PLRLogLevel::debug, "[Database Module] Trying to load database");
+  } else {
+    Logger::writeLog(PLRLogLevel::debug, "[Database Module] It's a clean launch of the SDK");
+    if (const auto failure = files.createFolders(*folder)) {
+      throw SQLiteError::error(fmt::format("Cannot create {}: {}", *folder, *failure),
+                               SQLITE_CANTOPEN);
+    }
+  }
+  std::string path = fmt::format("{}/{}", *folder, fileName);
+  files.createPrivateFile(path);
+  return path;
+}
+
+void SQLiteProvider::upgradeScheme() {
+  const auto& map = SQLiteContracts::map();
+  const auto steps = static_cast<std::int64_t>(map.size());
+  const std::int64_t version = getSchemeVersion();
+  if (version == SQLiteContracts::schemeVersion) return;
+  if (version < 0 || version > steps) {
+    throw SQLiteError::error(fmt::format("The database has the unknown version {}", version),
+                             SQLITE_ERROR);
+  }
+  for (std::int64_t step = version; step < steps; ++step) {
+    for (const auto& statement : map[static_cast<std::size_t>(step)]) run(statement);
+  }
+  updateSchemeVersion(SQLiteContracts::schemeVersion);
+}
+
+void SQLiteProvider::run(const SQLiteContracts::Step& step) {
+  // An upgrade that was cut short before it had set the version is repeated as a whole.
+  if (!step.addedColumn.empty() && hasColumn(step.table, step.addedColumn)) return;
+  database_.execute(step.sql);
+}
+
+bool SQLiteProvider::hasColumn(std::string_view table, std::string_view column) {
+  const Statement statement(database_, SqlText::select({.tableName = table}));
+  const auto names = statement.columnNames();
+  return std::find(names.begin(), names.end(), column) != names.end();
+}
+
+std::int64_t SQLiteProvider::getSchemeVersion() {
+  try {
+    Statement statement(database_, "PRAGMA user_version");
+    while (const auto row = statement.failableNext()) {
+      if (const auto version = row->integer(0)) return *version;
+    }
+  } catch (const std::exception&) {
+    // Whatever keeps the version from being read meets the first statement of the upgrade too, and
+    // is reported there.
+  }
+  return 0;
+}
+
+void SQLiteProvider::updateSchemeVersion(std::int64_t version) {
+  database_.execute(fmt::format("PRAGMA user_version = {}", version));
+}
+
+bool SQLiteProvider::query(const TableQuery& query, const RowHandler& onRow) {
+  return guarded(queryFailed, false, [&] {
+    Statement statement(database_, SqlText::select(query), query.selectionArgs);
+    statement.makeIterator();
+    while (const auto row = statement.failableNext()) onRow(*row);
+    return true;
+  });
+}
+
+std::optional<RowId> SQLiteProvider::insert(std::string_view tableName,
+                                            std::span<const ColumnValue> content) {
+  return guarded(writeFailed, std::optional<RowId>(), [&] {
+    Statement statement(database_, insertTexts_.text(tableName, content, {}, [&] {
+      return SqlText::insert(tableName, content);
+    }));
+    statement.run(valuesOf(content, 0));
+    return std::optional(database_.lastInsertRowId());
+  });
+}
+
+std::optional<std::int64_t> SQLiteProvider::update(
+    std::string_view tableName, std::span<const ColumnValue> values, std::string_view selection,
+    std::span<const std::optional<SQLiteValue>> selectionArgs) {
+  return guarded(writeFailed, std::optional<std::int64_t>(), [&] {
+    Statement statement(database_, updateTexts_.text(tableName, values, selection, [&] {
+      return SqlText::update(tableName, values, selection);
+    }));
+    auto arguments = valuesOf(values, selectionArgs.size());
+    arguments.insert(arguments.end(), selectionArgs.begin(), selectionArgs.end());
+    statement.run(arguments);
+    return std::optional(database_.changes());
+  });
+}
+
+std::int64_t SQLiteProvider::deleteRows(std::string_view tableName, std::string_view selection,
+                                        std::span<const std::optional<SQLiteValue>> selectionArgs) {
+  return guarded(deleteFailed, std::int64_t{0}, [&] {
+    Statement(database_, SqlText::remove(tableName, selection), selectionArgs).run();
+    return database_.changes();
+  });
+}
+
+void SQLiteProvider::clear(std::string_view tableName) {
+  guarded(deleteFailed, false, [&] {
+    Statement(database_, SqlText::remove(tableName, {})).run();
+    return true;
+  });
+}
+
+std::size_t SQLiteProvider::argumentLimit() {
+  return static_cast<std::size_t>(std::max(database_.variableLimit(), 1));
+}
+
+}  // namespace pelorino
