@@ -1,0 +1,48 @@
+#include "Host.h"
+
+#include <utility>
+
+#include "Guarded.h"
+#include "ResolvedHost.h"
+#include "System.h"
+
+namespace pelorino {
+namespace {
+
+/// Never destroyed: the library's threads may ask while the process exits.
+struct State {
+  Guarded<std::shared_ptr<const HostDescription>> description{
+      std::make_shared<const HostDescription>()};
+  Guarded<ApplicationState> applicationState{ApplicationState::active};
+};
+
+State& state() {
+  static State& shared = *new State;
+  return shared;
+}
+
+}  // namespace
+
+void Host::describe(HostDescription description) {
+  state().description.set(std::make_shared<const HostDescription>(std::move(description)));
+}
+
+std::shared_ptr<const HostDescription> Host::description() {
+  return state().description.get();
+}
+
+ApplicationState Host::applicationState() {
+  return state().applicationState.get();
+}
+
+void Host::setApplicationState(ApplicationState applicationState) {
+  state().applicationState.set(applicationState);
+}
+
+ResolvedHost& Host::facts() {
+  static ResolvedHost& shared =
+      *new ResolvedHost(&Host::description, System::current().facts(), System::current().clock());
+  return shared;
+}
+
+}  // namespace pelorino

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+#include "HostDescription.h"
+
+namespace pelorino {
+
+class ResolvedHost;
+
+enum class ApplicationState : int {
+  active = 0,
+  inactive = 1,
+  background = 2,
+};
+
+/// What the host has told the library. Process-wide, never destroyed; any thread.
+class Host final {
+ public:
+  Host() = delete;
+
+  /// Replaces the description. Stores only: files and the system are asked where the facts are
+  /// used.
+  static void describe(HostDescription description);
+  [[nodiscard]] static std::shared_ptr<const HostDescription> description();
+
+  /// `active` until told otherwise.
+  [[nodiscard]] static ApplicationState applicationState();
+  static void setApplicationState(ApplicationState state);
+
+  /// The description in force at each read, completed from the current system.
+  [[nodiscard]] static ResolvedHost& facts();
+};
+
+}  // namespace pelorino
