@@ -1,0 +1,16 @@
+#pragma once
+
+#include <pelorino/PLRLogLevel.h>
+#include <pelorino/PLRTrackingStatus.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+/// The host's configuration as it was when initialize was called.
+struct PLRAnalyticsConfigurationLocal {
+  PLRLogLevel logLevel = PLRLogLevel::unknown;
+  std::optional<std::string> userId;
+  std::optional<std::int64_t> level;
+  PLRTrackingStatus trackingAvailability = PLRTrackingStatus::unknown;
+};
