@@ -7,10 +7,12 @@ namespace pelorino {
 ///
 /// From the first entry on, `exit` (and a return from `main`) closes the gate: a thread that wants
 /// in afterwards sleeps until the process is gone, and exit waits a short, bounded time for those
-/// inside. The thread that itself calls exit from inside does not wait for itself.
+/// inside. The thread that itself calls exit from inside does not wait for itself, and may still
+/// enter afterwards. `_exit` and `quick_exit` tear nothing down and leave the gate alone.
 class ExitGate {
  public:
-  /// Held while inside. Re-entrant. Keep what runs inside short.
+  /// Held while inside. Re-entrant. Keep what runs inside short. Not taken while a lock is held
+  /// that the exiting thread may want.
   class Pass {
    public:
     Pass();
@@ -22,6 +24,12 @@ class ExitGate {
   /// Registers the gate with the process's exit handlers once more, so that it closes before
   /// whatever was registered or constructed until now is torn down.
   static void arm();
+
+  /// True from the moment the gate has closed, for good.
+  [[nodiscard]] static bool isClosed() noexcept;
+
+  /// Does nothing while the gate is open. Afterwards it does not return, but on the exiting thread.
+  static void parkIfClosed() noexcept;
 };
 
 }  // namespace pelorino

@@ -1,0 +1,74 @@
+#include "ExitGate.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <thread>
+
+namespace pelorino {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// How long exit waits for threads inside. What runs inside takes microseconds, a TLS handshake a
+/// few milliseconds; a closure of the host that hangs must not make the exit hang.
+constexpr auto exitPatience = 200ms;
+constexpr auto exitPollInterval = 1ms;
+
+// All of these have constant initialisers and no destructors: they are there before the first and
+// after the last static object of the process.
+constinit std::atomic<bool> closed{false};
+constinit std::atomic<bool> registered{false};
+constinit std::atomic<int> threadsInside{0};
+constinit thread_local int depth = 0;
+constinit thread_local bool isExiting = false;
+
+[[noreturn]] void sleepForever() noexcept {
+  for (;;) ::pause();
+}
+
+void closeGate() {
+  isExiting = true;
+  closed.store(true, std::memory_order_seq_cst);
+  const int ownPass = depth > 0 ? 1 : 0;
+  const auto end = std::chrono::steady_clock::now() + exitPatience;
+  while (threadsInside.load(std::memory_order_seq_cst) > ownPass &&
+         std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(exitPollInterval);
+  }
+}
+
+}  // namespace
+
+void ExitGate::arm() {
+  // A failure leaves the gate as it was armed before; there is no memory then, and no remedy.
+  if (std::atexit(closeGate) == 0) registered.store(true, std::memory_order_release);
+}
+
+bool ExitGate::isClosed() noexcept {
+  return closed.load(std::memory_order_acquire);
+}
+
+void ExitGate::parkIfClosed() noexcept {
+  if (isClosed() && !isExiting) sleepForever();
+}
+
+ExitGate::Pass::Pass() {
+  if (depth++ > 0) return;
+  if (!registered.load(std::memory_order_acquire)) arm();
+  // Count first, look second, while exit closes first and counts second: one of the two sees the
+  // other. Both need the total order of seq_cst.
+  threadsInside.fetch_add(1, std::memory_order_seq_cst);
+  if (closed.load(std::memory_order_seq_cst) && !isExiting) {
+    threadsInside.fetch_sub(1, std::memory_order_seq_cst);
+    sleepForever();
+  }
+}
+
+ExitGate::Pass::~Pass() {
+  if (--depth == 0) threadsInside.fetch_sub(1, std::memory_order_seq_cst);
+}
+
+}  // namespace pelorino

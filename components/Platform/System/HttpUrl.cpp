@@ -1,0 +1,42 @@
+#include "HttpUrl.h"
+
+#include <curl/curl.h>
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+
+#include "ExitGate.h"
+
+namespace pelorino {
+namespace {
+
+bool isPrintableAscii(char c) {
+  return c > ' ' && c < '\x7f';
+}
+
+using UrlHandle = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
+
+/// Empty when the URL has no such part.
+std::string part(const UrlHandle& url, CURLUPart which) {
+  char* text = nullptr;
+  if (curl_url_get(url.get(), which, &text, 0) != CURLUE_OK) return {};
+  const std::unique_ptr<char, decltype(&curl_free)> owner(text, curl_free);
+  return text;
+}
+
+}  // namespace
+
+bool isValidHttpUrl(const std::string& url) {
+  if (!std::all_of(url.begin(), url.end(), isPrintableAscii)) return false;
+  const ExitGate::Pass pass;
+  const UrlHandle parsed(curl_url(), curl_url_cleanup);
+  if (!parsed || curl_url_set(parsed.get(), CURLUPART_URL, url.c_str(), 0) != CURLUE_OK) {
+    return false;
+  }
+  // Schemes are lower-case in the parsed form.
+  const std::string scheme = part(parsed, CURLUPART_SCHEME);
+  return (scheme == "http" || scheme == "https") && !part(parsed, CURLUPART_HOST).empty();
+}
+
+}  // namespace pelorino

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "Guarded.h"
+#include "NotificationCenter.h"
+
+namespace pelorino {
+
+/// The notification centre of every system: it asks nothing of the operating system.
+///
+/// An observer added while a notification is being posted hears the next one; one removed
+/// meanwhile is not called any more. What a block throws is thrown to the poster, and the
+/// observers behind it are not called. Observations may outlive the hub.
+class NotificationHub final : public NotificationCenter {
+ public:
+  [[nodiscard]] std::unique_ptr<Observation> observe(ApplicationNotification name,
+                                                     Block block) override;
+  void post(ApplicationNotification name) override;
+
+ private:
+  struct Observer {
+    ApplicationNotification name;
+    Block block;
+    std::atomic<bool> isRemoved{false};
+  };
+  using Observers = Guarded<std::vector<std::shared_ptr<Observer>>>;
+  class Registration;
+
+  const std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
+};
+
+}  // namespace pelorino

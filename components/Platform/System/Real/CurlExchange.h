@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+#include <memory>
+
+#include "Guarded.h"
+#include "HttpExchange.h"
+
+namespace pelorino {
+
+class CurlSession;
+class QueueWorker;
+
+/// Exchanges over libcurl. Each serial queue has a session of its own, which it keeps; off the
+/// queues every exchange has a new one. A proxy and certificates are taken from the environment,
+/// as libcurl does.
+class CurlExchange final : public HttpExchange {
+ public:
+  CurlExchange();
+  ~CurlExchange() override;
+  CurlExchange(const CurlExchange&) = delete;
+  CurlExchange& operator=(const CurlExchange&) = delete;
+
+  [[nodiscard]] bool isValidUrl(const std::string& url) const override;
+  [[nodiscard]] HttpResponse perform(const HttpRequest& request) override;
+
+ private:
+  [[nodiscard]] HttpResponse exchange(const HttpRequest& request);
+
+  Guarded<std::map<const QueueWorker*, std::unique_ptr<CurlSession>>> sessions_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <curl/curl.h>
+
+#include <memory>
+
+namespace pelorino {
+
+struct HttpRequest;
+
+using CurlHeaders = std::unique_ptr<curl_slist, void (*)(curl_slist*)>;
+
+/// The request's headers in their order, and what keeps curl from adding any but Host and Accept.
+/// A line end within a header, which would make two of it, goes out as a blank.
+[[nodiscard]] CurlHeaders curlHeadersOf(const HttpRequest& request);
+
+}  // namespace pelorino

@@ -1,0 +1,62 @@
+#include "CurlLibrary.h"
+
+#include <curl/curl.h>
+#include <dlfcn.h>
+
+#include <cstdint>
+
+#include "ExitGate.h"
+
+namespace pelorino::CurlLibrary {
+namespace {
+
+// libcurl speaks TLS through OpenSSL on most systems, and this library is not linked with it. Both
+// functions are absent, and not needed, where libcurl uses something else.
+template <class Function>
+Function* openSslFunction(const char* name) {
+  return reinterpret_cast<Function*>(::dlsym(RTLD_DEFAULT, name));
+}
+
+/// OpenSSL frees its state in an exit handler. It registers that early in a set-up that takes
+/// milliseconds, during which an exit would find OpenSSL's handler ahead of the gate's. So it is
+/// made to register first, by the smallest step that does so.
+void putGateAheadOfOpenSsl() {
+  using InitCrypto = int(std::uint64_t options, const void* settings);
+  if (auto* initCrypto = openSslFunction<InitCrypto>("OPENSSL_init_crypto")) {
+    initCrypto(0, nullptr);
+  }
+  ExitGate::arm();
+}
+
+bool setUp() {
+  putGateAheadOfOpenSsl();
+  const bool isUsable = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
+  ExitGate::arm();
+  return isUsable;
+}
+
+/// OpenSSL releases what it keeps for a thread when the thread ends, out of reach of the gate.
+/// This does it earlier, inside.
+class ThreadState {
+ public:
+  ThreadState() = default;
+  ~ThreadState() {
+    const ExitGate::Pass pass;
+    using ThreadStop = void();
+    static auto* const threadStop = openSslFunction<ThreadStop>("OPENSSL_thread_stop");
+    if (threadStop != nullptr) threadStop();
+  }
+  ThreadState(const ThreadState&) = delete;
+  ThreadState& operator=(const ThreadState&) = delete;
+};
+
+}  // namespace
+
+bool enterThread() {
+  static const bool isUsable = setUp();
+  static thread_local const ThreadState state;
+  static_cast<void>(state);
+  return isUsable;
+}
+
+}  // namespace pelorino::CurlLibrary

@@ -1,0 +1,43 @@
+#include "RealFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "PrivateFiles.h"
+
+namespace pelorino {
+namespace {
+
+bool isRegular(const FileDescriptor& file) {
+  struct stat found {};
+  return ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode);
+}
+
+}  // namespace
+
+bool RealFiles::exists(const std::string& path) {
+  struct stat found {};
+  return path.find('\0') == std::string::npos && ::stat(path.c_str(), &found) == 0;
+}
+
+std::optional<std::string> RealFiles::createFolders(const std::string& path) {
+  return makePrivateFolders(path);
+}
+
+void RealFiles::createPrivateFile(const std::string& path) {
+  // A file that is there is not opened: closing it would drop the locks that a database connection
+  // of this process holds on it.
+  if (openPrivate(path, O_WRONLY | O_CREAT | O_EXCL).isOpen()) return;
+  static_cast<void>(::chmod(path.c_str(), S_IRUSR | S_IWUSR));
+}
+
+std::optional<std::string> RealFiles::read(const std::string& path, std::size_t limit) {
+  // A pipe without a writer would hold up the caller.
+  const FileDescriptor file = openPrivate(path, O_RDONLY | O_NONBLOCK);
+  if (!file.isOpen() || !isRegular(file)) return std::nullopt;
+  auto content = readUpTo(file, limit + 1);
+  if (content && content->size() > limit) return std::nullopt;
+  return content;
+}
+
+}  // namespace pelorino
