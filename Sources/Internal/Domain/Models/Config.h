@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "AnyCodable.h"
+#include "JsonCoding.h"
+
+namespace pelorino {
+
+/// Events that the backend has switched off.
+struct ExcludeEvents {
+  std::int64_t version = 0;
+  std::optional<bool> all;
+  /// From an event's code to the arguments that are switched off; an empty list means all.
+  std::optional<std::map<std::string, std::vector<AnyCodable>>> events;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("version", self.version);
+    visit("all", self.all);
+    visit("events", self.events);
+  }
+};
+
+/// Properties of the user, as the backend sees them. Stored, and read by nobody.
+struct BackendUserProperties {
+  std::optional<std::string> country;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("country", self.country);
+  }
+};
+
+/// What the backend sets for a project: batch size, periods, limits, exclusions. Its JSON is the
+/// backend's answer and the stored column alike. Periods are in milliseconds.
+struct Config {
+  std::int64_t timeForRequest = 120'000;
+  std::int64_t countForRequest = 10;
+  std::int64_t eventParamsCount = 20;
+  std::int64_t sessionTimeout = 600'000;
+  std::int64_t serverTime = 0;  ///< Milliseconds since 1970.
+  std::int64_t aliveTimeout = 300'000;
+  bool userCounting = true;
+  std::optional<std::int64_t> currencyAggregationTimeout = 360'000;
+  std::optional<std::vector<std::string>> sbsBundles;
+  std::optional<std::int64_t> sbsConfigVersion = 0;
+  std::optional<ExcludeEvents> exclude;
+  std::optional<BackendUserProperties> userProperties;
+
+  /// The defaults above, with the time of the first call. Any thread.
+  [[nodiscard]] static const Config& defaulConfiguration();
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("timeForRequest", self.timeForRequest);
+    visit("countForRequest", self.countForRequest);
+    visit("eventParamsCount", self.eventParamsCount);
+    visit("sessionTimeout", self.sessionTimeout);
+    visit("serverTime", self.serverTime);
+    visit("aliveTimeout", self.aliveTimeout);
+    visit("userCounting", self.userCounting);
+    visit("currencyAggregationTimeout", self.currencyAggregationTimeout);
+    visit("sbsBundles", self.sbsBundles);
+    visit("sbsConfigVersion", self.sbsConfigVersion);
+    visit("exclude", self.exclude);
+    visit("userProperties", self.userProperties);
+  }
+};
+
+}  // namespace pelorino

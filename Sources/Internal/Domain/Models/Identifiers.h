@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace pelorino {
+
+/// The ids that travel beside a request, in its HTTP headers and never in its JSON.
+struct Identifiers {
+  std::string deviceId;
+  std::optional<std::string> previousDeviceId;
+  std::optional<std::string> userId;  ///< The host's name for the user, not a row id.
+  std::optional<std::string> previousUserId;
+  std::optional<std::int64_t> pelorinoId;
+  std::optional<std::int64_t> crossPlatformPelorinoId;
+  std::optional<std::int64_t> pelorinoIdTimestamp;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <concepts>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace pelorino {
+
+/// One JSON value of unknown shape. Immutable, cheap to copy (containers are shared), any thread.
+///
+/// The kinds are told apart strictly: the integer 2 and the number 2.0 are different values, and
+/// so are the integer 1 and `true`.
+class AnyCodable final {
+ public:
+  using List = std::vector<AnyCodable>;
+  using Object = std::map<std::string, AnyCodable>;
+
+  enum class Kind { null, boolean, integer, unsignedInteger, floating, text, list, object };
+
+  AnyCodable() = default;
+  AnyCodable(std::nullptr_t) {}
+  AnyCodable(std::nullopt_t) {}
+  // Constrained, so that a pointer (a string literal too) never turns into a bool.
+  template <std::same_as<bool> Bool>
+  AnyCodable(Bool value) : value_(value) {}
+  template <std::signed_integral Integer>
+  AnyCodable(Integer value) : value_(static_cast<std::int64_t>(value)) {}
+  template <std::unsigned_integral Integer>
+  requires(!std::same_as<Integer, bool>) AnyCodable(Integer value)
+      : value_(static_cast<std::uint64_t>(value)) {}
+  AnyCodable(float value) : value_(static_cast<double>(value)) {}
+  AnyCodable(double value) : value_(value) {}
+  AnyCodable(std::string value) : value_(std::move(value)) {}
+  AnyCodable(std::string_view value) : value_(std::string(value)) {}
+  AnyCodable(const char* value) : value_(std::string(value)) {}
+  AnyCodable(List items) : AnyCodable(std::move(items), Origin::code) {}
+  AnyCodable(Object members) : AnyCodable(std::move(members), Origin::code) {}
+  template <class Value>
+  AnyCodable(const std::optional<Value>& value)
+      : AnyCodable(value ? AnyCodable(*value) : nullptr) {}
+
+  /// Containers as they come out of a JSON text; see operator==.
+  static AnyCodable decoded(List items) { return {std::move(items), Origin::decoding}; }
+  static AnyCodable decoded(Object members) { return {std::move(members), Origin::decoding}; }
+
+  [[nodiscard]] Kind kind() const { return static_cast<Kind>(value_.index()); }
+  [[nodiscard]] bool isNull() const { return kind() == Kind::null; }
+
+  /// The value, if it is of that kind; else null. Borrowed from this object.
+  [[nodiscard]] const bool* boolean() const { return std::get_if<bool>(&value_); }
+  [[nodiscard]] const std::int64_t* integer() const { return std::get_if<std::int64_t>(&value_); }
+  [[nodiscard]] const std::uint64_t* unsignedInteger() const {
+    return std::get_if<std::uint64_t>(&value_);
+  }
+  [[nodiscard]] const double* floating() const { return std::get_if<double>(&value_); }
+  [[nodiscard]] const std::string* text() const { return std::get_if<std::string>(&value_); }
+  [[nodiscard]] const List* list() const;
+  [[nodiscard]] const Object* object() const;
+
+  /// "nil" for null; a text as it is; numbers in the fewest digits that read back.
+  [[nodiscard]] std::string description() const;
+  /// "AnyCodable(...)", a text inside it in quotation marks.
+  [[nodiscard]] std::string debugDescription() const;
+
+  /// Equal within one kind only. A container that came from decoding equals nothing, not even
+  /// itself, unless both sides are empty: exclusion lists match plain arguments only.
+  friend bool operator==(const AnyCodable& left, const AnyCodable& right);
+
+ private:
+  enum class Origin : bool { code, decoding };
+
+  template <class Items>
+  struct Container {
+    std::shared_ptr<const Items> items;
+    Origin origin;
+    bool operator==(const Container& other) const {
+      if (items->empty() && other.items->empty()) return true;
+      return origin == Origin::code && other.origin == Origin::code && *items == *other.items;
+    }
+  };
+
+  template <class Items>
+  AnyCodable(Items items, Origin origin)
+      : value_(Container<Items>{std::make_shared<const Items>(std::move(items)), origin}) {}
+
+  void appendDebugText(std::string& out) const;
+
+  std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string,
+               Container<List>, Container<Object>>
+      value_;
+};
+
+}  // namespace pelorino

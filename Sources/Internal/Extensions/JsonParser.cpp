@@ -1,0 +1,217 @@
+#include "JsonParser.h"
+
+#include <array>
+#include <boost/json/basic_parser_impl.hpp>
+// The one place where the library's JSON parser is compiled.
+#include <boost/json/src.hpp>
+#include <charconv>
+#include <cmath>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "PLRError.h"
+
+namespace pelorino {
+namespace {
+
+using Error = boost::json::error_code;
+using Text = boost::json::string_view;
+
+Error refused() {
+  return boost::json::make_error_code(boost::json::error::syntax);
+}
+Error tooLarge() {
+  return boost::json::make_error_code(boost::json::error::array_too_large);
+}
+
+/// What the parser tells; this one keeps nothing.
+class Checker {
+ public:
+  static constexpr std::size_t max_object_size = std::size_t(-1);
+  static constexpr std::size_t max_array_size = std::size_t(-1);
+  static constexpr std::size_t max_key_size = std::size_t(-1);
+  static constexpr std::size_t max_string_size = std::size_t(-1);
+
+  bool on_document_begin(Error&) { return true; }
+  bool on_document_end(Error&) { return true; }
+  bool on_array_begin(Error&) { return true; }
+  bool on_array_end(std::size_t, Error&) { return true; }
+  bool on_object_begin(Error&) { return true; }
+  bool on_object_end(std::size_t, Error&) { return true; }
+  bool on_string_part(Text, std::size_t, Error&) { return true; }
+  bool on_string(Text, std::size_t, Error&) { return true; }
+  bool on_key_part(Text, std::size_t, Error&) { return true; }
+  bool on_key(Text, std::size_t, Error&) { return true; }
+  bool on_number_part(Text, Error&) { return true; }
+  bool on_int64(std::int64_t, Text, Error&) { return true; }
+  bool on_uint64(std::uint64_t, Text, Error&) { return true; }
+  bool on_double(double value, Text, Error& error) {
+    if (std::isfinite(value)) return true;
+    error = refused();
+    return false;
+  }
+  bool on_bool(bool, Error&) { return true; }
+  bool on_null(Error&) { return true; }
+  bool on_comment_part(Text, Error&) { return true; }
+  bool on_comment(Text, Error&) { return true; }
+};
+
+template <class Integer>
+bool readWhole(std::string_view digits, AnyCodable& value) {
+  Integer integer = 0;
+  const char* end = digits.data() + digits.size();
+  const auto result = std::from_chars(digits.data(), end, integer);
+  if (result.ec != std::errc() || result.ptr != end) return false;
+  value = AnyCodable(integer);
+  return true;
+}
+
+bool readInteger(std::string_view digits, AnyCodable& value) {
+  return readWhole<std::int64_t>(digits, value) || readWhole<std::uint64_t>(digits, value);
+}
+
+/// The digits of a number without a fraction, however it is written; else the text itself.
+std::string plainDigits(std::string_view text, double value) {
+  if (text.find_first_of("eE") == std::string_view::npos) {
+    const std::size_t point = text.find('.');
+    const bool isWhole = text.find_first_not_of('0', point + 1) == std::string_view::npos;
+    return std::string(isWhole ? text.substr(0, point) : text);
+  }
+  // Beyond 2^64 it is no integer of ours, so the longest text fits.
+  if (value != std::trunc(value) || std::abs(value) >= 0x1p64) return std::string(text);
+  std::array<char, 32> digits{};
+  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                    std::chars_format::fixed, 0);
+  return {digits.data(), result.ptr};
+}
+
+/// The parser's own doubles may be off in the last digit; this one reads back what was written.
+bool readNumber(std::string_view text, AnyCodable& value) {
+  double number = 0;
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data(), end, number);
+  // A number too small for a double is read as nearest to it: zero.
+  if (result.ec == std::errc::result_out_of_range && std::abs(number) > 1) return false;
+  if (!std::isfinite(number)) return false;
+  if (readInteger(plainDigits(text, number), value)) return true;
+  value = AnyCodable(number);
+  return true;
+}
+
+/// Builds the value.
+class Builder final : public Checker {
+ public:
+  explicit Builder(std::size_t maximumValues) : remaining_(maximumValues) {}
+
+  bool on_array_begin(Error&) { return open(false); }
+  bool on_object_begin(Error&) { return open(true); }
+  bool on_array_end(std::size_t, Error& error) {
+    return add(AnyCodable::decoded(std::move(closed().items)), error);
+  }
+  bool on_object_end(std::size_t, Error& error) {
+    return add(AnyCodable::decoded(std::move(closed().members)), error);
+  }
+  bool on_string_part(Text part, std::size_t, Error&) { return keep(part); }
+  bool on_string(Text part, std::size_t, Error& error) {
+    return add(AnyCodable(whole(part)), error);
+  }
+  bool on_key_part(Text part, std::size_t, Error&) { return keep(part); }
+  bool on_key(Text part, std::size_t, Error&) {
+    open_.back().key = whole(part);
+    return true;
+  }
+  bool on_number_part(Text part, Error&) { return keep(part); }
+  bool on_int64(std::int64_t value, Text, Error& error) {
+    parts_.clear();
+    return add(AnyCodable(value), error);
+  }
+  bool on_uint64(std::uint64_t value, Text, Error& error) {
+    parts_.clear();
+    return add(AnyCodable(value), error);
+  }
+  bool on_double(double, Text part, Error& error) {
+    AnyCodable value;
+    if (readNumber(whole(part), value)) return add(std::move(value), error);
+    error = refused();
+    return false;
+  }
+  bool on_bool(bool value, Error& error) { return add(AnyCodable(value), error); }
+  bool on_null(Error& error) { return add(AnyCodable(), error); }
+
+  [[nodiscard]] AnyCodable take() { return std::move(result_); }
+
+ private:
+  struct Container {
+    bool isObject;
+    AnyCodable::List items;
+    AnyCodable::Object members;
+    std::string key;
+  };
+
+  bool open(bool isObject) {
+    open_.push_back({isObject, {}, {}, {}});
+    return true;
+  }
+
+  Container closed() {
+    Container container = std::move(open_.back());
+    open_.pop_back();
+    return container;
+  }
+
+  bool keep(Text part) {
+    parts_.append(part.data(), part.size());
+    return true;
+  }
+
+  std::string whole(Text last) {
+    keep(last);
+    return std::exchange(parts_, {});
+  }
+
+  bool add(AnyCodable value, Error& error) {
+    if (remaining_ == 0) {
+      error = tooLarge();
+      return false;
+    }
+    --remaining_;
+    if (open_.empty()) {
+      result_ = std::move(value);
+    } else if (Container& container = open_.back(); container.isObject) {
+      container.members.insert_or_assign(std::move(container.key), std::move(value));
+    } else {
+      container.items.push_back(std::move(value));
+    }
+    return true;
+  }
+
+  std::size_t remaining_;
+  std::vector<Container> open_;
+  std::string parts_;
+  AnyCodable result_;
+};
+
+template <class Handler, class... Arguments>
+Handler run(std::string_view text, std::size_t maximumDepth, Arguments... arguments) {
+  boost::json::parse_options options;
+  options.max_depth = maximumDepth;
+  boost::json::basic_parser<Handler> parser(options, arguments...);
+  Error error;
+  const std::size_t used = parser.write_some(false, text.data(), text.size(), error);
+  if (!error && used < text.size()) error = make_error_code(boost::json::error::extra_data);
+  if (error) throw PLRError("The text is not valid JSON: " + error.message());
+  return std::move(parser.handler());
+}
+
+}  // namespace
+
+void checkJson(std::string_view text, std::size_t maximumDepth) {
+  run<Checker>(text, maximumDepth);
+}
+
+AnyCodable parseJson(std::string_view text, std::size_t maximumDepth, std::size_t maximumValues) {
+  return run<Builder>(text, maximumDepth, maximumValues).take();
+}
+
+}  // namespace pelorino

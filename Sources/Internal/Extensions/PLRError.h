@@ -1,0 +1,21 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+
+namespace pelorino {
+
+/// The library's one error: a text, fixed at creation. It never reaches the host.
+class PLRError final : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+
+  [[nodiscard]] std::string description() const { return what(); }
+};
+
+/// A value, or the error that stands in its place.
+template <class Value>
+using Result = std::variant<Value, PLRError>;
+
+}  // namespace pelorino
