@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "PeopleValueType.h"
+#include "SQLiteValue.h"
+
+namespace pelorino {
+
+/// The card of one user: named values, and what has changed since they were last transmitted.
+/// Shared by reference.
+class PeopleCard final {
+ public:
+  RowId idKey = notStoredRowId;
+  RowId userId = notStoredRowId;  ///< `idKey` of the owner.
+  std::string json;               ///< `properties`, rewritten after every change.
+  PeopleProperties properties;
+  std::vector<std::string> changedKeys;  ///< In order of first change, without duplicates.
+  bool updated = false;
+  bool cleared = false;
+};
+
+}  // namespace pelorino

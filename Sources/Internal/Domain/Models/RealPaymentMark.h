@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "SQLiteValue.h"
+
+namespace pelorino {
+
+/// An order of a project that has been reported, so that it is not reported again.
+struct RealPaymentMark {
+  RowId idKey = notStoredRowId;
+  RowId projectId = notStoredRowId;
+  std::string orderId;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "PeopleValueType.h"
+#include "SQLiteValue.h"
+
+namespace pelorino {
+
+/// What the library notes about itself, one row for the whole process. The key in use is
+/// "sdkVersion".
+class SdkTools final {
+ public:
+  RowId idKey = notStoredRowId;
+  PeopleProperties properties;
+};
+
+}  // namespace pelorino
