@@ -59,14 +59,12 @@ class DatabaseProtocol {
   /// The most values that one statement can take; at least 1.
   [[nodiscard]] virtual std::size_t argumentLimit() = 0;
 
-  /// The rows that convert. What was read before a failure is kept.
+  /// Appends the rows that convert to `rows`. False when it failed; what was read before is kept.
   template <SQLiteConvertible T>
-  [[nodiscard]] std::vector<T> query(const TableQuery& tableQuery) {
-    std::vector<T> rows;
-    query(tableQuery, [&rows](const Cursor& cursor) {
+  bool query(const TableQuery& tableQuery, std::vector<T>& rows) {
+    return query(tableQuery, [&rows](const Cursor& cursor) {
       if (auto row = T::from(cursor)) rows.push_back(std::move(*row));
     });
-    return rows;
   }
 };
 

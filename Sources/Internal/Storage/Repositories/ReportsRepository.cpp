@@ -1,0 +1,37 @@
+#include "ReportsRepository.h"
+
+#include "JsonColumn.h"
+
+namespace pelorino {
+namespace {
+
+using Entry = SQLiteContracts::ReportEntry;
+
+using Packages = SQLiteValueContertible<std::vector<Package>>;
+
+bool readPackages(Report& report, const Cursor& cursor, int at) {
+  report.packagesJson = cursor.text(at);
+  report.packages = Packages::from(cursor, at).value_or(std::vector<Package>());
+  return true;
+}
+
+std::optional<SQLiteValue> writePackages(const Report& report) {
+  return Packages::stored(report.packages);
+}
+
+constexpr Column<Report> table[] = {
+    column<&Report::idKey>(Entry::id),
+    column<&Report::userId>(Entry::userId),
+    {Entry::packagesJson, readPackages, writePackages},
+    column<&Report::uuid>(Entry::uuid),
+};
+
+}  // namespace
+
+std::span<const Column<Report>> ReportsColumns::columns() {
+  return table;
+}
+
+template class CachedRepository<Report, ReportsColumns>;
+
+}  // namespace pelorino
