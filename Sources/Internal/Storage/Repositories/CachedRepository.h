@@ -25,14 +25,14 @@ namespace pelorino {
 /// have one.
 ///
 /// Threads: the incomeQueue only.
-/// Owns:    its cache; the database outlives it.
+/// Owns:    its cache, and a share of the database.
 /// Errors:  none are reported but by insert(); the database has logged them.
 template <class Model, class Columns>
 class CachedRepository {
  public:
   using Item = std::shared_ptr<Model>;
 
-  explicit CachedRepository(DatabaseProtocol& database) : database_(database) {}
+  explicit CachedRepository(std::shared_ptr<DatabaseProtocol> with) : database_(std::move(with)) {}
 
   /// All rows, in order of insertion. Cost: the whole table.
   [[nodiscard]] std::vector<Item> list() { return loadedCache().all(); }
@@ -44,7 +44,7 @@ class CachedRepository {
   /// stored: its `idKey` stays -1, and the cache does not know it.
   bool insert(const Item& item) {
     auto& cache = loadedCache();
-    const auto rowId = database_.insert(Columns::tableName, prepareContetsValues(*item));
+    const auto rowId = database_->insert(Columns::tableName, prepareContetsValues(*item));
     if (!rowId) return false;
     item->idKey = *rowId;
     cache.set(item);
@@ -55,7 +55,7 @@ class CachedRepository {
   void update(const Item& item) {
     if (cache_.find(item->idKey)) cache_.set(item);
     const std::optional<SQLiteValue> idKey = item->idKey;
-    database_.update(Columns::tableName, prepareContetsValues(*item), "id=?", {&idKey, 1});
+    database_->update(Columns::tableName, prepareContetsValues(*item), "id=?", {&idKey, 1});
   }
 
   /// Deletes the rows of the models. Those that cannot be deleted come back with the next process.
@@ -70,7 +70,7 @@ class CachedRepository {
   /// Deletes all rows.
   void clear() {
     forgetAll();
-    database_.clear(Columns::tableName);
+    database_->clear(Columns::tableName);
   }
 
  protected:
@@ -96,7 +96,7 @@ class CachedRepository {
     Item item;
 
     static std::optional<Row> from(const Cursor& cursor) {
-      Row row{blank()};
+      Row row{std::make_shared<Model>()};
       int at = 0;
       for (const Column<Model>& column : Columns::columns()) {
         if (!column.read(*row.item, cursor, at++)) return std::nullopt;
@@ -105,18 +105,9 @@ class CachedRepository {
     }
   };
 
-  /// A model to be filled from a row.
-  static Item blank() {
-    if constexpr (requires { Columns::blank(); }) {
-      return Columns::blank();
-    } else {
-      return std::make_shared<Model>();
-    }
-  }
-
   void load() {
     std::vector<Row> rows;
-    isLoaded_ = database_.query(TableQuery{.tableName = Columns::tableName}, rows);
+    isLoaded_ = database_->query(TableQuery{.tableName = Columns::tableName}, rows);
     for (const Row& row : rows) cache_.set(row.item);
   }
 
@@ -141,10 +132,10 @@ class CachedRepository {
                                std::span<const RowId> values) {
     std::int64_t deleted = 0;
     do {
-      const auto part = values.first(std::min(values.size(), database_.argumentLimit()));
+      const auto part = values.first(std::min(values.size(), database_->argumentLimit()));
       const std::vector<std::optional<SQLiteValue>> arguments(part.begin(), part.end());
-      deleted += database_.deleteRows(Columns::tableName, isOneOf(column, separator, part.size()),
-                                      arguments);
+      deleted += database_->deleteRows(Columns::tableName, isOneOf(column, separator, part.size()),
+                                       arguments);
       values = values.subspan(part.size());
     } while (!values.empty());
     return deleted;
@@ -161,7 +152,7 @@ class CachedRepository {
     return selection += ')';
   }
 
-  DatabaseProtocol& database_;
+  std::shared_ptr<DatabaseProtocol> database_;
   RowCache<Model, Columns> cache_;
   /// The table was read to its end, so an empty cache means an empty table.
   bool isLoaded_ = false;

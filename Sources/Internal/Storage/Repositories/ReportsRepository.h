@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <span>
 
 #include "CachedRepository.h"
@@ -13,8 +12,6 @@ struct ReportsColumns {
   static constexpr auto tableName = SQLiteContracts::ReportEntry::tableName;
   static constexpr auto owner = &Report::userId;
   static std::span<const Column<Report>> columns();
-  /// Without the fresh uuid that a new report gets.
-  static std::shared_ptr<Report> blank();
 };
 
 extern template class CachedRepository<Report, ReportsColumns>;

@@ -21,9 +21,8 @@ class Report final {
   /// A report made in memory, with a fresh `uuid`.
   explicit Report(std::vector<Package> with);
 
-  /// A stored report. A text that does not decode leaves it without packages.
-  Report(std::int64_t storedId, std::int64_t storedUserId,
-         std::optional<std::string> storedPackages, std::string storedUuid);
+  /// A report that is to be filled from its row: without a `uuid` so far.
+  Report() = default;
 
   std::int64_t idKey = -1;
   std::int64_t userId = -1;                 ///< `idKey` of the owning user.

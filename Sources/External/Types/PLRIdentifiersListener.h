@@ -7,8 +7,8 @@
 /// Told of the identifier that the backend has given this user and device.
 class PLR_EXPORT PLRIdentifiersListener {
  public:
-  virtual ~PLRIdentifiersListener();
+  virtual ~PLRIdentifiersListener() = default;
 
   /// On one of the library's own threads, with an identifier other than 0.
-  virtual void didReceivePelorinoIdWith(std::int64_t pelorinoId);
+  virtual void didReceivePelorinoIdWith(std::int64_t /*pelorinoId*/) {}
 };

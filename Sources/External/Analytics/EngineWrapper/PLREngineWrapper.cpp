@@ -1,0 +1,48 @@
+#include <pelorino/PLRAnalytics.h>
+#include <pelorino/PLREngineWrapper.h>
+
+#include <utility>
+
+#include "Base64.h"
+#include "Core.h"
+#include "Logger.h"
+#include "PublicCall.h"
+#include "SdkConstraints.h"
+#include "Text.h"
+
+using namespace pelorino;
+
+std::function<void(PLRLogLevel, const std::string&)>
+PLREngineWrapper::engineLoggerMessageClosure() {
+  return Logger::engineLoggerMessageClosure();
+}
+
+void PLREngineWrapper::setEngineLoggerMessageClosure(
+    std::function<void(PLRLogLevel, const std::string&)> closure) noexcept {
+  publicCall("engineLoggerMessageClosure",
+             [&] { Logger::setEngineLoggerMessageClosure(std::move(closure)); });
+}
+
+void PLREngineWrapper::destroySDK() noexcept {
+  publicCall("destroySDK", [] { Core::destroy(); });
+}
+
+void PLREngineWrapper::setSDKVersion(std::string_view version) noexcept {
+  publicCall("setSDKVersion",
+             [&] { SdkConstraints::setSdkVersion(repairUtf8(std::string(version))); });
+}
+
+void PLREngineWrapper::enableEditorMode() noexcept {
+  publicCall("enableEditorMode", [] { Core::shared()->enableEditorMode(); });
+}
+
+std::string PLREngineWrapper::unitySdkFolderPath() { return PLRAnalytics::sdkFolderPath(); }
+
+void PLREngineWrapper::testString(std::string_view value) noexcept {
+  publicCall("testString", [&] {
+    Logger::writeLog(PLRLogLevel::debug, [&] {
+      return "[EngineWrapper] Test string:\n\tOrigin: [" + std::string(value) +
+             "]\n\tBase64: [Optional(\"" + base64(value) + "\")]";
+    });
+  });
+}

@@ -1,0 +1,8 @@
+#include <pelorino/PLRAnalyticsConfiguration.h>
+
+std::string PLRAnalyticsConfiguration::description() const {
+  std::string text = std::string("logLevel: ") + ::description(logLevel) + "\n";
+  if (userId) text += "userId: " + *userId + "\n";
+  if (currentLevel) text += "currentLevel: " + std::to_string(*currentLevel) + "\n";
+  return text + "trackingAvailability: " + ::description(trackingAvailability);
+}

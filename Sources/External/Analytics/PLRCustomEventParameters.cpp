@@ -1,0 +1,37 @@
+#include <pelorino/PLRCustomEventParameters.h>
+
+#include <fmt/format.h>
+
+#include "Core.h"
+#include "Logger.h"
+#include "PublicCall.h"
+
+using namespace pelorino;
+
+void PLRCustomEventParameters::add(std::string_view key, std::string_view value) {
+  publicCall("add", [&] { addParameter(key, std::string(value)); });
+}
+
+void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
+  publicCall("add", [&] {
+    const auto limit = Core::shared()->analyticsProxy().getCustomEventParamsCount();
+    if (static_cast<std::int64_t>(dictionary.size()) >= limit) {
+      Logger::writeLog(PLRLogLevel::error, [&] {
+        return fmt::format(
+            "[CustomEventParameters] Limit of [{}] is reached when adding a new parameter", limit);
+      });
+      return;
+    }
+    dictionary.insert_or_assign(std::string(key), std::move(value));
+  });
+}
+
+std::string PLRCustomEventParameters::description() const {
+  std::string text;
+  for (const auto& [key, value] : dictionary) {
+    if (!text.empty()) text += '\n';
+    std::visit([&](const auto& plain) { text += fmt::format("key: {} value: {}", key, plain); },
+               value);
+  }
+  return text;
+}

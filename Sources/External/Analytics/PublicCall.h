@@ -1,0 +1,35 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "Logger.h"
+
+namespace pelorino {
+
+/// Runs a public operation. Whatever it throws, no memory above all, costs this one call and a log
+/// line: nothing reaches the host.
+template <class Work>
+void publicCall(const char* operation, Work&& work) noexcept {
+  try {
+    try {
+      std::forward<Work>(work)();
+    } catch (const std::exception& error) {
+      Logger::writeLog(PLRLogLevel::error, [&] {
+        return std::string("The call of ") + operation + " was dropped: " + error.what();
+      });
+    }
+  } catch (...) {  // NOLINT(bugprone-empty-catch)
+    // No memory even for the line.
+  }
+}
+
+/// The same for an operation with a result.
+template <class Value, class Work>
+Value publicCall(const char* operation, Value fallback, Work&& work) noexcept {
+  publicCall(operation, [&] { fallback = std::forward<Work>(work)(); });
+  return fallback;
+}
+
+}  // namespace pelorino

@@ -1,0 +1,74 @@
+#include "Core.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "Host.h"
+#include "Logger.h"
+#include "QueueManager.h"
+#include "System.h"
+
+namespace pelorino {
+
+Guarded<std::shared_ptr<Core>>& Core::privateShared() {
+  static auto& slot = *new Guarded<std::shared_ptr<Core>>;
+  return slot;
+}
+
+std::shared_ptr<Core> Core::shared() {
+  return privateShared().update([](std::shared_ptr<Core>& core) {
+    if (!core) core = std::make_shared<Core>();
+    return core;
+  });
+}
+
+void Core::destroy() {
+  static_cast<void>(shared());
+  QueueManager::incomeQueue().addOperation([] {
+    if (const auto core = privateShared().get()) core->analyticsProxy_->stopSDK();
+    privateShared().set(nullptr);
+  });
+}
+
+Core::Core()
+    : analyticsProxy_(std::make_shared<AnalyticsProxy>()),
+      analyticsObserver_(std::make_shared<AnalyticsObserver>()) {}
+
+Core::~Core() { std::puts("PLRAnalytics deinit Core module"); }
+
+void Core::initialize(std::string applicationKey,
+                      std::optional<PLRAnalyticsConfigurationLocal> configuration) {
+  const bool inBackground = Host::applicationState() == ApplicationState::background;
+  if (inBackground) QueueManager::incomeQueue().pause();
+  startInitialize(std::move(applicationKey), std::move(configuration));
+  if (inBackground) waitForActive();
+}
+
+void Core::waitForActive() {
+  becameActive_.set(System::current().notifications().observe(
+      ApplicationNotification::didBecomeActive, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->onLoadAction();
+      }));
+}
+
+void Core::onLoadAction() {
+  becameActive_.set(nullptr);
+  QueueManager::incomeQueue().resume();
+}
+
+void Core::startInitialize(std::string applicationKey,
+                           std::optional<PLRAnalyticsConfigurationLocal> configuration) {
+  if (isInitialized_.exchange(true)) {
+    Logger::writeLog(
+        PLRLogLevel::error,
+        "In the Initialize method an error has occurred: SDK is already initialized");
+    return;
+  }
+  QueueManager::incomeQueue().addOperation(
+      [weak = weak_from_this(), applicationKey = std::move(applicationKey),
+       configuration = std::move(configuration)] {
+        if (const auto self = weak.lock()) self->start(applicationKey, configuration);
+      });
+}
+
+}  // namespace pelorino

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "AnalyticsObserver.h"
+#include "AnalyticsProxy.h"
+#include "CoreFactory.h"
+#include "Guarded.h"
+#include "NotificationCenter.h"
+#include "PLRAnalyticsConfigurationLocal.h"
+
+namespace pelorino {
+
+/// The process-wide owner of the module fronts. It builds the whole object graph behind them when
+/// the library is initialised, and takes it along when it goes.
+///
+/// Threads: any. The graph is built and used on the incomeQueue.
+class Core final : public std::enable_shared_from_this<Core> {
+ public:
+  /// The one core, made on demand: any public call has one, with empty fronts before initialize().
+  [[nodiscard]] static std::shared_ptr<Core> shared();
+
+  /// Tears the core down behind everything already queued. Queues and stored data stay; the next
+  /// public call makes a new core.
+  static void destroy();
+
+  Core();
+  ~Core();
+  Core(const Core&) = delete;
+  Core& operator=(const Core&) = delete;
+
+  /// Accepts the first call and refuses later ones. The start itself is a block on the incomeQueue,
+  /// which a launch in the background holds back until the application first becomes active.
+  void initialize(std::string applicationKey,
+                  std::optional<PLRAnalyticsConfigurationLocal> configuration);
+
+  [[nodiscard]] AnalyticsProxy& analyticsProxy() const { return *analyticsProxy_; }
+  [[nodiscard]] AnalyticsObserver& analyticsObserver() const { return *analyticsObserver_; }
+
+  [[nodiscard]] bool isInitialized() const { return isInitialized_; }
+  [[nodiscard]] bool isEditorMode() const { return isEditorMode_; }
+  void enableEditorMode() { isEditorMode_ = true; }
+
+ private:
+  static Guarded<std::shared_ptr<Core>>& privateShared();
+
+  void startInitialize(std::string applicationKey,
+                       std::optional<PLRAnalyticsConfigurationLocal> configuration);
+  void waitForActive();
+  void onLoadAction();
+
+  // The start block and its steps, on the incomeQueue.
+  void start(const std::string& applicationKey,
+             std::optional<PLRAnalyticsConfigurationLocal> configuration);
+  [[nodiscard]] std::shared_ptr<CoreFactory> initSubModules(const std::string& applicationKey);
+  void startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
+                  const std::string& applicationKey,
+                  const std::optional<PLRAnalyticsConfigurationLocal>& configuration);
+
+  const std::shared_ptr<AnalyticsProxy> analyticsProxy_;
+  const std::shared_ptr<AnalyticsObserver> analyticsObserver_;
+  std::atomic<bool> isInitialized_ = false;
+  std::atomic<bool> isEditorMode_ = false;
+  Guarded<std::shared_ptr<NotificationCenter::Observation>> becameActive_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "JsonCoding.h"
+
+namespace pelorino {
+
+/// A store receipt as it goes out for verification.
+struct ReceiptData {
+  std::string data;      ///< Base64.
+  std::string password;  ///< Always empty, and always sent.
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("receipt-data", self.data);
+    visit("password", self.password);
+  }
+};
+
+struct Receipt {
+  std::string platform;
+  ReceiptData receipt;
+  std::optional<std::string> bundle;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("platform", self.platform);
+    visit("receipt", self.receipt);
+    visit("bundle", self.bundle);
+  }
+};
+
+/// What the backend says of a receipt.
+struct ReceiptResult {
+  std::optional<std::string> verificationResult;
+  std::optional<std::int64_t> status;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("verificationResult", self.verificationResult);
+    visit("status", self.status);
+  }
+};
+
+}  // namespace pelorino

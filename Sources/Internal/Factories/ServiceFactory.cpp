@@ -1,0 +1,51 @@
+#include "ServiceFactory.h"
+
+#include <utility>
+
+namespace pelorino {
+
+ServiceFactory::ServiceFactory(std::shared_ptr<CoreFactory> coreFactory,
+                               std::shared_ptr<StateManager> stateManager, const Clock& clock)
+    : coreFactory_(std::move(coreFactory)), stateManager_(std::move(stateManager)), clock_(clock) {}
+
+const std::shared_ptr<ProjectService>& ServiceFactory::projectService() {
+  return projectService_.get(stateManager_, coreFactory_->projectRepository());
+}
+
+const std::shared_ptr<UserService>& ServiceFactory::userService() {
+  return userService_.get(stateManager_, coreFactory_->userRepository());
+}
+
+const std::shared_ptr<LevelResourceService>& ServiceFactory::levelResourceService() {
+  return levelResourceService_.get(coreFactory_->levelResourcesRepository());
+}
+
+const std::shared_ptr<ActivityService>& ServiceFactory::activityService() {
+  return activityService_.get(stateManager_, coreFactory_->userRepository(), clock_);
+}
+
+const std::shared_ptr<EventsService>& ServiceFactory::eventsService() {
+  return eventsService_.get(stateManager_, coreFactory_->eventRepository());
+}
+
+const std::shared_ptr<ReportService>& ServiceFactory::reportService() {
+  return reportService_.get(stateManager_, coreFactory_->eventRepository(),
+                            coreFactory_->reportsRepository(), coreFactory_->backend);
+}
+
+const std::shared_ptr<CurrencyAccrualService>& ServiceFactory::currencyAccrualService() {
+  return currencyAccrualService_.get(coreFactory_->currencyAccrualResourcesRepository());
+}
+
+AnalyticsServices ServiceFactory::analyticsServices() {
+  return {.stateManager = stateManager_,
+          .projectService = projectService(),
+          .userService = userService(),
+          .eventsService = eventsService(),
+          .reportService = reportService(),
+          .activityService = activityService(),
+          .currencyAccrualService = currencyAccrualService(),
+          .levelResourceService = levelResourceService()};
+}
+
+}  // namespace pelorino

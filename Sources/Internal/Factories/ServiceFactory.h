@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "AnalyticsLogic.h"
+#include "Clock.h"
+#include "CoreFactory.h"
+#include "Lazy.h"
+#include "StateManager.h"
+
+namespace pelorino {
+
+/// Makes the services on top of the repositories, each on its first use and once.
+///
+/// Threads: the incomeQueue only.
+class ServiceFactory final {
+ public:
+  ServiceFactory(std::shared_ptr<CoreFactory> coreFactory,
+                 std::shared_ptr<StateManager> stateManager, const Clock& clock);
+
+  const std::shared_ptr<ProjectService>& projectService();
+  const std::shared_ptr<UserService>& userService();
+  const std::shared_ptr<LevelResourceService>& levelResourceService();
+  const std::shared_ptr<ActivityService>& activityService();
+  const std::shared_ptr<EventsService>& eventsService();
+  const std::shared_ptr<ReportService>& reportService();
+  const std::shared_ptr<CurrencyAccrualService>& currencyAccrualService();
+
+  /// What the analytics module works with.
+  [[nodiscard]] AnalyticsServices analyticsServices();
+
+ private:
+  std::shared_ptr<CoreFactory> coreFactory_;
+  std::shared_ptr<StateManager> stateManager_;
+  std::reference_wrapper<const Clock> clock_;
+  Lazy<ProjectService> projectService_;
+  Lazy<UserService> userService_;
+  Lazy<LevelResourceService> levelResourceService_;
+  Lazy<ActivityService> activityService_;
+  Lazy<EventsService> eventsService_;
+  Lazy<ReportService> reportService_;
+  Lazy<CurrencyAccrualService> currencyAccrualService_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,88 @@
+#include "CoreHelper.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pelorino {
+
+CoreHelper::CoreHelper(std::string userId, std::shared_ptr<Project> project, bool setByDefault,
+                       ProjectRepository& projectRepository, UserRepository& userRepository,
+                       std::function<void()> resetClouser)
+    : userId_(std::move(userId)),
+      project_(std::move(project)),
+      setByDefault_(setByDefault),
+      projectRepository_(projectRepository),
+      userRepository_(userRepository),
+      resetClouser_(std::move(resetClouser)) {
+  for (const auto& user : userRepository_.list()) {
+    if (user->projectId == project_->idKey) projectUsers_.push_back(user);
+  }
+}
+
+std::shared_ptr<User> CoreHelper::defineActiveUser() {
+  const auto current = getCurrentUser();
+  if (!setByDefault_) return getByAccountingType(current);
+  if (current->isDefaultUser && current->userId != userId_) changeUserState(current);
+  return current;
+}
+
+std::shared_ptr<User> CoreHelper::defineDefaultUser() {
+  const auto current = getCurrentUser();
+  return current->isDefaultUser ? current : getByAccountingType(current);
+}
+
+std::shared_ptr<User> CoreHelper::activateUser(std::shared_ptr<User> user) {
+  if (project_->activeUserId != user->idKey) {
+    project_->activeUserId = user->idKey;
+    projectRepository_.update(project_);
+    resetClouser_();
+  }
+  return user;
+}
+
+std::shared_ptr<User> CoreHelper::getCurrentUser() {
+  if (activeUser_) return activeUser_;
+  if (project_->activeUserId) {
+    const auto found = std::ranges::find_if(
+        projectUsers_, [&](const auto& user) { return user->idKey == *project_->activeUserId; });
+    if (found != projectUsers_.end()) activeUser_ = *found;
+  }
+  if (!activeUser_) activeUser_ = insertUser();
+  return activeUser_;
+}
+
+std::shared_ptr<User> CoreHelper::getByAccountingType(const std::shared_ptr<User>& current) {
+  if (!project_->configuration.userCounting) {  // One account for the device.
+    if (current->userId != userId_) changeUserState(current);
+    return current;
+  }
+  if (auto known = userOfProjectNamedAsAsked()) return known;
+  if (current->isDefaultUser) {  // The first named user takes over its row and history.
+    changeUserState(current);
+    return current;
+  }
+  if (current->userId == userId_) return current;
+  return insertUser();
+}
+
+std::shared_ptr<User> CoreHelper::userOfProjectNamedAsAsked() const {
+  const auto found = std::ranges::find_if(
+      projectUsers_, [&](const auto& user) { return user->userId == userId_; });
+  return found == projectUsers_.end() ? nullptr : *found;
+}
+
+std::shared_ptr<User> CoreHelper::insertUser() {
+  auto user = std::make_shared<User>(project_->idKey, userId_, setByDefault_);
+  userRepository_.insert(user);
+  return user;
+}
+
+void CoreHelper::changeUserState(const std::shared_ptr<User>& user) {
+  user->previousUserId = user->userId;
+  user->userId = userId_;
+  user->isDefaultUser = setByDefault_;
+  userRepository_.update(user);
+  resetClouser_();
+}
+
+}  // namespace pelorino

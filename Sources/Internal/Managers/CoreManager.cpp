@@ -1,0 +1,45 @@
+#include "CoreManager.h"
+
+#include <utility>
+
+#include "CoreHelper.h"
+
+namespace pelorino {
+
+CoreManager::CoreManager(std::string applicationKey,
+                         std::shared_ptr<ProjectRepository> projectRepository,
+                         std::shared_ptr<UserRepository> userRepository)
+    : applicationKey_(std::move(applicationKey)),
+      projectRepository_(std::move(projectRepository)),
+      userRepository_(std::move(userRepository)) {}
+
+std::shared_ptr<Project> CoreManager::createOrActivateProject() {
+  for (const auto& project : projectRepository_->list()) {
+    if (project->applicationKey == applicationKey_) return project;
+  }
+  auto project = std::make_shared<Project>(applicationKey_);
+  projectRepository_->insert(project);
+  return project;
+}
+
+std::shared_ptr<User> CoreManager::createOrActivateUser(const std::string& userId,
+                                                        const std::shared_ptr<Project>& project,
+                                                        bool setByDefault) {
+  CoreHelper helper(userId, project, setByDefault, *projectRepository_, *userRepository_,
+                    resetToAbsent());
+  return helper.activateUser(helper.defineActiveUser());
+}
+
+std::shared_ptr<User> CoreManager::createOrActivateDefaultUser(
+    const std::string& userId, const std::shared_ptr<Project>& project) {
+  CoreHelper helper(userId, project, true, *projectRepository_, *userRepository_, resetToAbsent());
+  return helper.activateUser(helper.defineDefaultUser());
+}
+
+std::function<void()> CoreManager::resetToAbsent() const {
+  return [reset = onIndetifiersReset] {
+    if (reset) reset(std::nullopt, std::nullopt, std::nullopt);
+  };
+}
+
+}  // namespace pelorino

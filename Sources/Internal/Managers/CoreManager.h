@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Project.h"
+#include "ProjectRepository.h"
+#include "User.h"
+#include "UserRepository.h"
+
+namespace pelorino {
+
+/// Finds or makes the project of the application key, and the user that an identifier means.
+///
+/// Threads: the incomeQueue only.
+class CoreManager final {
+ public:
+  /// New values of pelorinoId, crossPlatformPelorinoId and pelorinoIdTimestamp.
+  using IdentifiersReset = std::function<void(std::optional<std::int64_t>,
+                                              std::optional<std::int64_t>,
+                                              std::optional<std::int64_t>)>;
+
+  CoreManager(std::string applicationKey, std::shared_ptr<ProjectRepository> projectRepository,
+              std::shared_ptr<UserRepository> userRepository);
+
+  /// Called with three absent values when the active user changes: the backend's identifiers
+  /// belong to the user before.
+  IdentifiersReset onIndetifiersReset;
+
+  [[nodiscard]] std::shared_ptr<Project> createOrActivateProject();
+
+  [[nodiscard]] std::shared_ptr<User> createOrActivateUser(const std::string& userId,
+                                                           const std::shared_ptr<Project>& project,
+                                                           bool setByDefault);
+
+  [[nodiscard]] std::shared_ptr<User> createOrActivateDefaultUser(
+      const std::string& userId, const std::shared_ptr<Project>& project);
+
+ private:
+  std::function<void()> resetToAbsent() const;
+
+  std::string applicationKey_;
+  std::shared_ptr<ProjectRepository> projectRepository_;
+  std::shared_ptr<UserRepository> userRepository_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,93 @@
+#include "DeviceManager.h"
+
+#include <string>
+#include <utility>
+
+#include "Guarded.h"
+#include "SdkConstraints.h"
+#include "SdkTools.h"
+
+namespace pelorino {
+namespace {
+
+constexpr const char* sdkVersionProperty = "sdkVersion";
+
+/// An answer and the wait for it. The answer may come after nobody waits any more.
+struct PendingDeviceData {
+  explicit PendingDeviceData(std::unique_ptr<Semaphore> semaphore) : arrived(std::move(semaphore)) {}
+
+  std::unique_ptr<Semaphore> arrived;
+  Guarded<std::optional<DeviceData>> data;
+};
+
+}  // namespace
+
+DeviceManager::DeviceManager(std::shared_ptr<IdentifiersRepository> identifiersRepository,
+                             std::shared_ptr<ToolsRepository> toolsRepository,
+                             std::shared_ptr<PlatformProtocol> platform, Executor& executor)
+    : identifiersRepository_(std::move(identifiersRepository)),
+      toolsRepository_(std::move(toolsRepository)),
+      platform_(std::move(platform)),
+      executor_(executor) {}
+
+std::shared_ptr<DeviceIdentifiers> DeviceManager::initializeDeviceId(const Project& project) {
+  const IdentifierData data = platform_->getIdentifierData();
+  auto row = identifiersOf(project);
+  if (!row) {
+    row = std::make_shared<DeviceIdentifiers>(project.idKey, data.deviceUIDs.current, data.uuid,
+                                              data.deviceUIDs.prev);
+    identifiersRepository_->insert(row);
+  } else if (row->deviceIdentifier != data.deviceUIDs.current) {
+    row->previousDeviceIdentifier = row->deviceIdentifier;
+    row->deviceIdentifier = data.deviceUIDs.current;
+    row->pelorinoId.reset();
+    row->crossPlatformPelorinoId.reset();
+    row->pelorinoIdTimestamp.reset();
+    identifiersRepository_->update(row);
+  }
+  return row;
+}
+
+void DeviceManager::updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifiers>& identifiers) {
+  identifiersRepository_->update(identifiers);
+}
+
+std::optional<DeviceData> DeviceManager::getDeviceData() {
+  const auto pending = std::make_shared<PendingDeviceData>(executor_.makeSemaphore());
+  platform_->getDeviceData([pending](const DeviceData& data) {
+    pending->data.set(data);
+    pending->arrived->signal();
+  });
+  if (!pending->arrived->wait(deviceDataTimeout)) return std::nullopt;
+  return pending->data.get();
+}
+
+ApplicationData DeviceManager::getAppData() { return platform_->getApplicationData(); }
+
+IdentifierData DeviceManager::getIdentifiersData() { return platform_->getIdentifierData(); }
+
+std::optional<bool> DeviceManager::sdkVersionIsChanged() {
+  const std::string version = SdkConstraints::sdkVersion();
+  const auto& rows = toolsRepository_->list();
+  if (rows.empty()) {
+    auto tools = std::make_shared<SdkTools>();
+    tools->properties[sdkVersionProperty] = version;
+    toolsRepository_->insert(tools);
+    return std::nullopt;
+  }
+  const auto tools = rows.front();
+  const auto stored = tools->properties.find(sdkVersionProperty);
+  if (stored == tools->properties.end() || stored->second == PeopleValueType(version)) return false;
+  stored->second = version;
+  toolsRepository_->update(tools);
+  return true;
+}
+
+std::shared_ptr<DeviceIdentifiers> DeviceManager::identifiersOf(const Project& project) const {
+  for (const auto& row : identifiersRepository_->list()) {
+    if (row->projectId == project.idKey) return row;
+  }
+  return nullptr;
+}
+
+}  // namespace pelorino

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+#include "DeviceIdentifiers.h"
+#include "Executor.h"
+#include "IdentifiersRepository.h"
+#include "PlatformProtocol.h"
+#include "Project.h"
+#include "ToolsRepository.h"
+
+namespace pelorino {
+
+/// Owns the device identifiers of a project, the device data and the mark of the library's version.
+///
+/// Threads: the incomeQueue only. getDeviceData() can hold it up for up to 20 seconds.
+class DeviceManager final {
+ public:
+  DeviceManager(std::shared_ptr<IdentifiersRepository> identifiersRepository,
+                std::shared_ptr<ToolsRepository> toolsRepository,
+                std::shared_ptr<PlatformProtocol> platform, Executor& executor);
+
+  /// The project's row, made when there is none. When the platform names another device than the
+  /// row, the row's becomes the previous one and the backend's identifiers are absent again.
+  std::shared_ptr<DeviceIdentifiers> initializeDeviceId(const Project& project);
+
+  void updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifiers>& identifiers);
+
+  /// Waits for the platform's answer; absent when it does not come in time.
+  [[nodiscard]] std::optional<DeviceData> getDeviceData();
+  [[nodiscard]] ApplicationData getAppData();
+  [[nodiscard]] IdentifierData getIdentifiersData();
+
+  /// Whether the library that ran last was another version. Absent on the first run; the mark is
+  /// brought up to date.
+  std::optional<bool> sdkVersionIsChanged();
+
+  static constexpr std::chrono::seconds deviceDataTimeout{20};
+
+ private:
+  std::shared_ptr<DeviceIdentifiers> identifiersOf(const Project& project) const;
+
+  std::shared_ptr<IdentifiersRepository> identifiersRepository_;
+  std::shared_ptr<ToolsRepository> toolsRepository_;
+  std::shared_ptr<PlatformProtocol> platform_;
+  Executor& executor_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,144 @@
+#include "StateManager.h"
+
+#include <cmath>
+#include <utility>
+
+#include "Logger.h"
+#include "SdkConstraints.h"
+
+namespace pelorino {
+namespace {
+
+CoreManager::IdentifiersReset makeReset(const std::shared_ptr<DeviceManager>& deviceManager,
+                                        const std::shared_ptr<Project>& project) {
+  return [deviceManager, project](std::optional<std::int64_t> pelorinoId,
+                                  std::optional<std::int64_t> crossPlatformPelorinoId,
+                                  std::optional<std::int64_t> pelorinoIdTimestamp) {
+    const auto identifiers = deviceManager->initializeDeviceId(*project);
+    identifiers->pelorinoId = pelorinoId;
+    identifiers->crossPlatformPelorinoId = crossPlatformPelorinoId;
+    identifiers->pelorinoIdTimestamp = pelorinoIdTimestamp;
+    deviceManager->updateDeviceIdentifiers(identifiers);
+  };
+}
+
+double roundedToFiveDecimals(double value) { return std::round(value * 100000) / 100000; }
+
+}  // namespace
+
+StateManager::StateManager(std::shared_ptr<DeviceManager> deviceManager,
+                           std::shared_ptr<CoreManager> coreManager,
+                           std::shared_ptr<UserRepository> userRepository,
+                           const std::optional<std::string>& userId,
+                           std::function<bool()> isEditorMode)
+    : deviceManager_(std::move(deviceManager)),
+      coreManager_(std::move(coreManager)),
+      userRepository_(std::move(userRepository)),
+      isEditorMode_(std::move(isEditorMode)) {
+  if (deviceManager_->sdkVersionIsChanged().value_or(false)) {
+    Logger::writeLog(PLRLogLevel::debug, "SDK version updated");
+  }
+  activeProject_ = coreManager_->createOrActivateProject();
+  deviceManager_->initializeDeviceId(*activeProject_);
+  resetClouser_ = makeReset(deviceManager_, activeProject_);
+  coreManager_->onIndetifiersReset = resetClouser_;
+  activeUser_ = chooseUser(userId);
+}
+
+std::shared_ptr<User> StateManager::chooseUser(const std::optional<std::string>& userId) const {
+  if (userId && !userId->empty()) {
+    return coreManager_->createOrActivateUser(*userId, activeProject_, false);
+  }
+  const std::string device = getActiveDeviceIdentifiers()->deviceIdentifier;
+  return userId ? coreManager_->createOrActivateDefaultUser(device, activeProject_)
+                : coreManager_->createOrActivateUser(device, activeProject_, true);
+}
+
+std::shared_ptr<DeviceIdentifiers> StateManager::getActiveDeviceIdentifiers() const {
+  return deviceManager_->initializeDeviceId(*activeProject_);
+}
+
+std::vector<std::shared_ptr<User>> StateManager::getAllUsers() const {
+  const auto& users = userRepository_->list();
+  return {users.begin(), users.end()};
+}
+
+std::vector<std::shared_ptr<User>> StateManager::getInactiveProjectUsers() const {
+  std::vector<std::shared_ptr<User>> inactive;
+  for (const auto& user : userRepository_->list()) {
+    if (user->projectId == activeProject_->idKey && user->idKey != activeUser_->idKey) {
+      inactive.push_back(user);
+    }
+  }
+  return inactive;
+}
+
+void StateManager::activateUser(const std::string& userId) { activeUser_ = chooseUser(userId); }
+
+void StateManager::replaceUserId(const std::shared_ptr<User>& user, const std::string& userId) {
+  user->previousUserId = user->userId;
+  user->userId = userId;
+  user->isDefaultUser = false;
+  userRepository_->update(user);
+  if (user->idKey == activeUser_->idKey) {
+    activeUser_ = user;
+    updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);
+  }
+}
+
+Identifiers StateManager::getIdentifiers(const User& user) const {
+  const auto device = getActiveDeviceIdentifiers();
+  return {.deviceId = device->deviceIdentifier,
+          .previousDeviceId = device->previousDeviceIdentifier,
+          .userId = user.userId,
+          .previousUserId = user.previousUserId,
+          .pelorinoId = device->pelorinoId,
+          .crossPlatformPelorinoId = device->crossPlatformPelorinoId,
+          .pelorinoIdTimestamp = device->pelorinoIdTimestamp};
+}
+
+Versions StateManager::getVersion() const {
+  Versions versions;
+  versions.sdkVersion = SdkConstraints::sdkVersion();
+  versions.sdkCodeVersion = SdkConstraints::sdkCodeVersion;
+  if (!isEditorMode()) {
+    const ApplicationData application = getAppData();
+    versions.appVersion = application.applicationVersion;
+    versions.appBuildVersion = application.applicationBuildVersion;
+  }
+  const Config& configuration = activeProject_->configuration;
+  if (configuration.exclude) versions.excludeVersion = configuration.exclude->version;
+  versions.sbsConfigVersion = configuration.sbsConfigVersion;
+  return versions;
+}
+
+std::optional<DeviceInfo> StateManager::getDeviceInfo(std::int64_t timestamp) const {
+  const auto device = getDeviceData();
+  if (!device) return std::nullopt;
+  const IdentifierData identifiers = deviceManager_->getIdentifiersData();
+  DeviceInfo info;
+  info.timestamp = timestamp;
+  info.osVersion = device->osVersion;
+  info.os = device->osName;
+  info.displayPpi = device->displayPpi;
+  info.displayResolution = device->displayResolution;
+  if (device->displayDiagonal) info.displayDiagonal = roundedToFiveDecimals(*device->displayDiagonal);
+  info.manufacturer = device->manufacturer;
+  info.model = device->model;
+  info.timeZoneOffset = device->timeZoneOffset;
+  info.rooted = device->isRooted ? 1 : 0;
+  info.isLimitAdTrackingEnabled = !identifiers.idfa;
+  info.idfv = identifiers.idfv;
+  info.idfa = identifiers.idfa;
+  info.uuid = identifiers.uuid;
+  info.sandboxState = getAppData().sandboxState;
+  return info;
+}
+
+void StateManager::updateDeviceIdentifiers(std::optional<std::int64_t> pelorinoId,
+                                           std::optional<std::int64_t> crossPlatformPelorinoId,
+                                           std::optional<std::int64_t> pelorinoIdTimestamp) {
+  resetClouser_(pelorinoId, crossPlatformPelorinoId, pelorinoIdTimestamp);
+}
+
+}  // namespace pelorino

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "CoreManager.h"
+#include "DeviceInfo.h"
+#include "DeviceManager.h"
+#include "Identifiers.h"
+#include "Versions.h"
+
+namespace pelorino {
+
+/// Holds the project and the user that are active now; every service reads them from here.
+///
+/// Invariant: the active project's `activeUserId` is the row id of the active user, stored. A
+/// change of the active user makes the backend's identifiers of the device absent.
+///
+/// Threads: the incomeQueue only.
+class StateManager final {
+ public:
+  /// Finds or makes the project, the device identifiers and the active user. `userId`: absent keeps
+  /// the user of last time, the empty text asks for the default user.
+  StateManager(std::shared_ptr<DeviceManager> deviceManager,
+               std::shared_ptr<CoreManager> coreManager,
+               std::shared_ptr<UserRepository> userRepository,
+               const std::optional<std::string>& userId, std::function<bool()> isEditorMode);
+
+  [[nodiscard]] bool isEditorMode() const { return isEditorMode_(); }
+  [[nodiscard]] const std::shared_ptr<Project>& getActiveProject() const { return activeProject_; }
+  [[nodiscard]] const std::shared_ptr<User>& getActiveUser() const { return activeUser_; }
+  [[nodiscard]] std::shared_ptr<DeviceIdentifiers> getActiveDeviceIdentifiers() const;
+  [[nodiscard]] std::vector<std::shared_ptr<User>> getAllUsers() const;
+  /// Users of the active project other than the active user.
+  [[nodiscard]] std::vector<std::shared_ptr<User>> getInactiveProjectUsers() const;
+
+  /// Makes the user of this identifier active; the empty text means the default user.
+  void activateUser(const std::string& userId);
+  void replaceUserId(const std::shared_ptr<User>& user, const std::string& userId);
+
+  /// What travels beside a request for this user.
+  [[nodiscard]] Identifiers getIdentifiers(const User& user) const;
+  [[nodiscard]] Versions getVersion() const;
+  [[nodiscard]] ApplicationData getAppData() const { return deviceManager_->getAppData(); }
+  /// Absent when the device data cannot be had in time.
+  [[nodiscard]] std::optional<DeviceInfo> getDeviceInfo(std::int64_t timestamp) const;
+  [[nodiscard]] std::optional<DeviceData> getDeviceData() const {
+    return deviceManager_->getDeviceData();
+  }
+
+  void updateDeviceIdentifiers(std::optional<std::int64_t> pelorinoId,
+                               std::optional<std::int64_t> crossPlatformPelorinoId,
+                               std::optional<std::int64_t> pelorinoIdTimestamp);
+
+ private:
+  std::shared_ptr<User> chooseUser(const std::optional<std::string>& userId) const;
+
+  std::shared_ptr<DeviceManager> deviceManager_;
+  std::shared_ptr<CoreManager> coreManager_;
+  std::shared_ptr<UserRepository> userRepository_;
+  std::function<bool()> isEditorMode_;
+  std::shared_ptr<Project> activeProject_;
+  CoreManager::IdentifiersReset resetClouser_;
+  std::shared_ptr<User> activeUser_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "AnyCodable.h"
+
+namespace pelorino {
+
+/// What the analytics module offers, behind its front as behind the logic itself.
+class AnalyticsProtocol {
+ public:
+  using TextHandler = std::function<void(const std::string&)>;
+  using BoolHandler = std::function<void(bool)>;
+  using IntegerHandler = std::function<void(std::int64_t)>;
+
+  virtual ~AnalyticsProtocol() = default;
+
+  virtual void stopSDK() = 0;
+  virtual void getDeviceId(TextHandler completionHandler) = 0;
+  virtual void getSDKVersion(TextHandler completionHandler) = 0;
+  virtual void getTrackingAvailability(BoolHandler completionHandler) = 0;
+  virtual void getUserId(TextHandler completionHandler) = 0;
+  virtual void getCurrentLevel(IntegerHandler completionHandler) = 0;
+  virtual void customEvent(std::string eventName, AnyCodable::Object parameters) = 0;
+  virtual void sendBufferedEvents() = 0;
+
+  /// Limit of parameters of a custom event. Any thread.
+  [[nodiscard]] virtual std::int64_t getCustomEventParamsCount() = 0;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "AnalyticsProtocol.h"
+#include "Guarded.h"
+
+namespace pelorino {
+
+/// The front of analytics. Here a public call leaves the caller's thread: it becomes a block on the
+/// incomeQueue, which refuses it if the library isn't started, validates its arguments, asks the
+/// exclusions, and only then calls the logic.
+///
+/// Threads: any. The logic is given on the incomeQueue.
+class AnalyticsProxy final : public AnalyticsProtocol,
+                             public std::enable_shared_from_this<AnalyticsProxy> {
+ public:
+  /// Gives the logic; there is no way back but the end of this object.
+  void initialize(std::shared_ptr<AnalyticsProtocol> analyticsLogic);
+  void isInited(BoolHandler completionHandler);
+
+  void stopSDK() override;
+  void getDeviceId(TextHandler completionHandler) override;
+  void getSDKVersion(TextHandler completionHandler) override;
+  void getTrackingAvailability(BoolHandler completionHandler) override;
+  void getUserId(TextHandler completionHandler) override;
+  void getCurrentLevel(IntegerHandler completionHandler) override;
+  void customEvent(std::string eventName, AnyCodable::Object parameters) override;
+  void sendBufferedEvents() override;
+  [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
+
+ private:
+  using Logic = std::shared_ptr<AnalyticsProtocol>;
+
+  /// Runs `work(logic)` on the incomeQueue, or `refuse()` behind the line that refuses the call.
+  template <class Work, class Refuse>
+  void perform(const char* label, Work work, Refuse refuse);
+  template <class Work>
+  void perform(const char* label, Work work);
+  template <class Handler, class Fallback>
+  void answer(const char* label, Handler completionHandler,
+              void (AnalyticsProtocol::*getter)(Handler), Fallback fallback);
+  [[nodiscard]] static bool validateInitialization(const char* label, const Logic& logic);
+
+  Guarded<Logic> analyticsLogic_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <pelorino/PLRIdentifiersListener.h>
+
+#include <memory>
+
+#include "Guarded.h"
+#include "LogicBroadcasterProtocol.h"
+
+namespace pelorino {
+
+/// Links the host's identifiers listener to the logic.
+///
+/// Threads: the listener is set from any thread and called on the incomeQueue; the logic is given
+/// on the incomeQueue.
+class AnalyticsObserver final : public std::enable_shared_from_this<AnalyticsObserver> {
+ public:
+  /// Replaces the listener; none clears it. It hears at once of an identifier already known.
+  void addIdentifiersListener(std::shared_ptr<PLRIdentifiersListener> identifiersListener);
+
+  void addLogicBroadcaster(const std::shared_ptr<LogicBroadcasterProtocol>& logicBroadcaster);
+
+ private:
+  void tellListener(std::int64_t pelorinoId) const;
+
+  Guarded<std::shared_ptr<PLRIdentifiersListener>> identifiersListener_;
+  std::weak_ptr<LogicBroadcasterProtocol> logicBroadcaster_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,61 @@
+#include "EventsService.h"
+
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <utility>
+
+#include "EventObject.h"
+#include "Logger.h"
+
+namespace pelorino {
+
+EventsService::EventsService(std::shared_ptr<StateManager> stateManager,
+                             std::shared_ptr<EventRepository> eventRepository)
+    : stateManager_(std::move(stateManager)), eventRepository_(std::move(eventRepository)) {}
+
+void EventsService::addEvent(const Storable& event) {
+  createEventForUser(event, *stateManager_->getActiveUser());
+}
+
+void EventsService::addEvent(const Storable& event, const User& user) {
+  createEventForUser(event, user);
+}
+
+void EventsService::removeAllEvents() { eventRepository_->clear(); }
+
+void EventsService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
+  std::vector<std::int64_t> ids;
+  ids.reserve(users.size());
+  for (const auto& user : users) ids.push_back(user->idKey);
+  eventRepository_->deleteForDataForUsers(ids);
+}
+
+bool EventsService::passesGates(const Storable& event) const {
+  const Project& project = *stateManager_->getActiveProject();
+  if (!project.trackingAvailable) {
+    Logger::writeLog(PLRLogLevel::debug, [&] {
+      return fmt::format("Event [{}] not created. Tracking is Disabled", event.code());
+    });
+    return false;
+  }
+  const auto& exclude = project.configuration.exclude;
+  if (exclude && exclude->all.value_or(false)) {
+    Logger::writeLog(PLRLogLevel::info, "All events is excluded by project configuration");
+    return false;
+  }
+  return true;
+}
+
+void EventsService::createEventForUser(const Storable& event, const User& user) {
+  if (!passesGates(event)) return;
+  eventRepository_->insert(
+      std::make_shared<EventObject>(std::string(event.code()), user.idKey, event.getJson()));
+  Logger::writeLog(PLRLogLevel::info,
+                   [&] { return "Create a new event: \n" + event.description(); });
+  const auto waiting = static_cast<std::int64_t>(eventRepository_->countOfUser(user.idKey));
+  const auto& configuration = stateManager_->getActiveProject()->configuration;
+  if (waiting >= configuration.countForRequest && onFullStackAction) onFullStackAction();
+}
+
+}  // namespace pelorino

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "EventRepository.h"
+#include "StateManager.h"
+#include "Storable.h"
+
+namespace pelorino {
+
+/// Turns event values into stored rows, past the gates of tracking and of the configuration.
+///
+/// Threads: the incomeQueue only.
+class EventsService final {
+ public:
+  EventsService(std::shared_ptr<StateManager> stateManager,
+                std::shared_ptr<EventRepository> eventRepository);
+
+  /// Called, within addEvent, when a user has enough stored events to be sent.
+  std::function<void()> onFullStackAction;
+
+  /// Stores the event for the active user, or for the given one.
+  void addEvent(const Storable& event);
+  void addEvent(const Storable& event, const User& user);
+
+  void removeAllEvents();
+  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
+
+ private:
+  [[nodiscard]] bool passesGates(const Storable& event) const;
+  void createEventForUser(const Storable& event, const User& user);
+
+  std::shared_ptr<StateManager> stateManager_;
+  std::shared_ptr<EventRepository> eventRepository_;
+};
+
+}  // namespace pelorino

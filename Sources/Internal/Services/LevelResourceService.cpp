@@ -1,0 +1,18 @@
+#include "LevelResourceService.h"
+
+#include <array>
+#include <utility>
+
+namespace pelorino {
+
+LevelResourceService::LevelResourceService(
+    std::shared_ptr<LevelResourcesRepository> levelResourcesRepository)
+    : levelResourcesRepository_(std::move(levelResourcesRepository)) {}
+
+void LevelResourceService::removeResources(std::int64_t userId) {
+  levelResourcesRepository_->deleteForDataForUsers(std::array{userId});
+}
+
+void LevelResourceService::removeAllResources() { levelResourcesRepository_->clear(); }
+
+}  // namespace pelorino

@@ -1,0 +1,210 @@
+#include "ReportService.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <exception>
+#include <limits>
+#include <string_view>
+#include <utility>
+
+#include "Logger.h"
+#include "PLRError.h"
+#include "QueueManager.h"
+#include "SdkConstraints.h"
+
+namespace pelorino {
+namespace {
+
+void logSending(const Report& report) {
+  Logger::writeLog(PLRLogLevel::info,
+                   [&] { return fmt::format("Trying to send the Report [{}]", report.uuid); });
+}
+
+void logFailure(const Report& report, std::string_view reason) {
+  Logger::writeLog(PLRLogLevel::error, [&] {
+    return fmt::format("Report [{}] submission failed: {}", report.uuid, reason);
+  });
+}
+
+void logSuccess(const Report& report) {
+  Logger::writeLog(PLRLogLevel::info, [&] {
+    return fmt::format("The report [{}] has been sent successfully", report.uuid);
+  });
+}
+
+}  // namespace
+
+ReportService::ReportService(std::shared_ptr<StateManager> stateManager,
+                             std::shared_ptr<EventRepository> eventRepository,
+                             std::shared_ptr<ReportsRepository> reportsRepository,
+                             std::shared_ptr<BackendProtocol> backend)
+    : stateManager_(std::move(stateManager)),
+      eventRepository_(std::move(eventRepository)),
+      reportsRepository_(std::move(reportsRepository)),
+      backend_(std::move(backend)) {}
+
+void ReportService::sendFlashEvent(const Storable& event) {
+  const std::shared_ptr<EventObject> object =
+      std::make_shared<EventObject>(std::string(event.code()), -1, event.getJson());
+  auto report = std::make_shared<Report>(createPackages({&object, 1}));
+  report->identifiers = stateManager_->getIdentifiers(*stateManager_->getActiveUser());
+  report->appKey = stateManager_->getActiveProject()->applicationKey;
+  QueueManager::networkFlashQueue().addOperation([weak = weak_from_this(), report] {
+    const auto self = weak.lock();
+    if (!self) return;
+    logSending(*report);
+    const auto failure = self->backend_->sendAnalytics(*report->appKey, *report->identifiers,
+                                                       {.reports = {report}});
+    failure ? logFailure(*report, failure->description()) : logSuccess(*report);
+  });
+}
+
+void ReportService::sendBufferedEvents() {
+  for (const auto& user : usersOfBatch()) packEventsOf(*user);
+  sendSavedReports();
+}
+
+void ReportService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
+  std::vector<std::int64_t> ids;
+  ids.reserve(users.size());
+  for (const auto& user : users) ids.push_back(user->idKey);
+  reportsRepository_->deleteForDataForUsers(ids);
+}
+
+void ReportService::removeAllReports() { reportsRepository_->clear(); }
+
+std::vector<std::shared_ptr<User>> ReportService::usersOfBatch() const {
+  auto users = stateManager_->getAllUsers();
+  const auto projectId = stateManager_->getActiveProject()->idKey;
+  std::erase_if(users, [&](const auto& user) { return user->projectId != projectId; });
+  std::ranges::stable_sort(users, {}, [](const auto& user) {
+    return user->sessionId.value_or(std::numeric_limits<std::int64_t>::max());
+  });
+  return users;
+}
+
+void ReportService::packEventsOf(const User& user) {
+  const auto events = eventRepository_->ofUser(user.idKey);
+  if (events.empty()) return;
+  auto packages = createPackages(events);
+  if (packages.empty()) return;
+  auto report = std::make_shared<Report>(std::move(packages));
+  report->userId = user.idKey;
+  reportsRepository_->insert(report);
+  // Without a stored report the events must stay: they would be in no table at all.
+  if (report->idKey == -1) return;
+  eventRepository_->deleteItems(events);
+}
+
+std::vector<Package> ReportService::createPackages(
+    std::span<const std::shared_ptr<EventObject>> events) const {
+  const auto device = stateManager_->getDeviceData();
+  if (!device) {
+    Logger::writeLog(PLRLogLevel::error, "Cannot obtain device information!");
+    return {};
+  }
+  const ApplicationData application = stateManager_->getAppData();
+  Package common;
+  common.language = device->language;
+  if (!stateManager_->isEditorMode()) {
+    common.appVersion = application.applicationVersion;
+    common.appBuildVersion = application.applicationBuildVersion;
+  }
+  common.sdkVersion = SdkConstraints::sdkVersion();
+  common.sdkCodeVersion = SdkConstraints::sdkCodeVersion;
+  common.bundle = application.applicationBundle;
+
+  const auto limit = std::max<std::int64_t>(
+      1, stateManager_->getActiveProject()->configuration.countForRequest);
+  std::vector<Package> packages;
+  while (!events.empty()) {
+    const auto count = std::min(events.size(), static_cast<std::size_t>(limit));
+    Package& package = packages.emplace_back(common);
+    package.events.emplace();
+    package.events->reserve(count);
+    for (const auto& event : events.first(count)) package.events->push_back(event->json);
+    events = events.subspan(count);
+  }
+  return packages;
+}
+
+void ReportService::sendSavedReports() {
+  resendWhenFinish_ = isSending_;
+  if (isSending_) return;
+  Reports reports = savedReports();
+  if (reports.empty()) return;
+  isSending_ = true;
+  QueueManager::networkSerialQueue().addOperation(
+      [weak = weak_from_this(), reports = std::move(reports)] {
+        if (const auto self = weak.lock()) self->sendReports(reports);
+      });
+}
+
+ReportService::Reports ReportService::savedReports() const {
+  const auto& activeUser = stateManager_->getActiveUser();
+  Reports reports;
+  for (const auto& user : usersOfBatch()) {
+    const auto ofUser = reportsRepository_->ofUser(user->idKey);
+    if (ofUser.empty()) continue;
+    Identifiers identifiers = stateManager_->getIdentifiers(*user);
+    if (user->idKey != activeUser->idKey) {  // The backend's identifiers are the active user's.
+      identifiers.pelorinoId.reset();
+      identifiers.crossPlatformPelorinoId.reset();
+      identifiers.pelorinoIdTimestamp.reset();
+    }
+    for (const auto& report : ofUser) {
+      report->appKey = stateManager_->getActiveProject()->applicationKey;
+      report->identifiers = identifiers;
+      reports.push_back(report);
+    }
+    Logger::writeLog(PLRLogLevel::info, [&] {
+      return fmt::format("Send buffered events for user [{}]", user->userId.value_or(""));
+    });
+  }
+  return reports;
+}
+
+void ReportService::sendReports(const Reports& reports) {
+  const bool succeeded =
+      std::ranges::all_of(reports, [this](const auto& report) { return send(report); });
+  QueueManager::incomeQueue().addOperation([weak = weak_from_this(), succeeded] {
+    if (const auto self = weak.lock()) self->endBatch(succeeded);
+  });
+}
+
+bool ReportService::send(const std::shared_ptr<Report>& report) {
+  logSending(*report);
+  std::optional<PLRError> failure;
+  try {
+    failure = backend_->sendAnalytics(*report->appKey, *report->identifiers, {.reports = {report}});
+  } catch (const std::exception& error) {  // Such as no memory for the body: the batch must end.
+    failure = PLRError(error.what());
+  }
+  if (failure) {
+    logFailure(*report, failure->description());
+    Logger::writeLog(PLRLogLevel::debug, "The network queue is stopped");
+    return false;
+  }
+  logSuccess(*report);
+  removeReport(report);
+  if (onReportSendAction) onReportSendAction();
+  return true;
+}
+
+void ReportService::removeReport(const std::shared_ptr<Report>& report) {
+  // The repository is held: a report that has arrived is deleted even if the library is torn down
+  // meanwhile.
+  QueueManager::incomeQueue().addOperation([repository = reportsRepository_, report] {
+    repository->deleteItems(std::span(&report, 1));
+  });
+}
+
+void ReportService::endBatch(bool succeeded) {
+  isSending_ = false;
+  const bool again = std::exchange(resendWhenFinish_, false) && succeeded;
+  if (again) sendSavedReports();
+}
+
+}  // namespace pelorino

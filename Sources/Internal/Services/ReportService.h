@@ -1,0 +1,70 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "BackendProtocol.h"
+#include "EventObject.h"
+#include "EventRepository.h"
+#include "Report.h"
+#include "ReportsRepository.h"
+#include "StateManager.h"
+#include "Storable.h"
+
+namespace pelorino {
+
+/// Moves events out of the device, in two stages with the database between them: each user's stored
+/// events become one stored report, and stored reports are sent one at a time and deleted when the
+/// backend has answered 200.
+///
+/// A batch stops at its first failure; the next call of sendBufferedEvents() is the retry. Delivery
+/// is at least once, in the order of the reports within a user's batch.
+///
+/// Threads: the incomeQueue, except what says otherwise.
+class ReportService final : public std::enable_shared_from_this<ReportService> {
+ public:
+  ReportService(std::shared_ptr<StateManager> stateManager,
+                std::shared_ptr<EventRepository> eventRepository,
+                std::shared_ptr<ReportsRepository> reportsRepository,
+                std::shared_ptr<BackendProtocol> backend);
+
+  /// Called after each report that the backend has accepted, on the networkSerialQueue. Set before
+  /// the first report is sent, and not changed afterwards.
+  std::function<void()> onReportSendAction;
+
+  /// Sends one event at once, past the table. It is lost when that fails.
+  void sendFlashEvent(const Storable& event);
+
+  /// Packs everything stored and sends it. Returns at once: the network is not waited for.
+  void sendBufferedEvents();
+
+  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
+  void removeAllReports();
+
+ private:
+  using Reports = std::vector<std::shared_ptr<Report>>;
+
+  [[nodiscard]] std::vector<std::shared_ptr<User>> usersOfBatch() const;
+  void packEventsOf(const User& user);
+  [[nodiscard]] std::vector<Package> createPackages(
+      std::span<const std::shared_ptr<EventObject>> events) const;
+  void sendSavedReports();
+  [[nodiscard]] Reports savedReports() const;
+  /// On the networkSerialQueue; blocks it.
+  void sendReports(const Reports& reports);
+  [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
+  void removeReport(const std::shared_ptr<Report>& report);
+  void endBatch(bool succeeded);
+
+  std::shared_ptr<StateManager> stateManager_;
+  std::shared_ptr<EventRepository> eventRepository_;
+  std::shared_ptr<ReportsRepository> reportsRepository_;
+  std::shared_ptr<BackendProtocol> backend_;
+  bool isSending_ = false;         ///< A batch is on the network queue.
+  bool resendWhenFinish_ = false;  ///< Look for stored reports again when that batch ends.
+};
+
+}  // namespace pelorino
