@@ -21,9 +21,9 @@ struct HttpRequest {
 
 /// What became of an exchange.
 struct HttpResponse {
-  std::optional<int> status;        ///< Absent when no whole answer arrived.
-  std::optional<std::string> body;  ///< Absent when the answer had none, or one over the limit.
-  std::optional<std::string> error; ///< The transport's words; set when something went wrong.
+  std::optional<int> status;         ///< Absent when no whole answer arrived.
+  std::optional<std::string> body;   ///< Absent when the answer had none, or one over the limit.
+  std::optional<std::string> error;  ///< The transport's words; set when something went wrong.
 };
 
 /// Blocking HTTP and HTTPS exchanges: certificates verified, no cookies, no redirects.

@@ -12,8 +12,8 @@ class CurlSession;
 class QueueWorker;
 
 /// Exchanges over libcurl. Each serial queue has a session of its own, which it keeps; off the
-/// queues every exchange has a new one. A proxy and certificates are taken from the environment,
-/// as libcurl does.
+/// queues every exchange has a new one. The environment may name a proxy, as libcurl documents it,
+/// and the trusted certificates (SSL_CERT_FILE, in place of the system's).
 class CurlExchange final : public HttpExchange {
  public:
   CurlExchange();

@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+
 #include "PrivateFiles.h"
 
 namespace pelorino {
@@ -35,7 +37,7 @@ std::optional<std::string> RealFiles::read(const std::string& path, std::size_t 
   // A pipe without a writer would hold up the caller.
   const FileDescriptor file = openPrivate(path, O_RDONLY | O_NONBLOCK);
   if (!file.isOpen() || !isRegular(file)) return std::nullopt;
-  auto content = readUpTo(file, limit + 1);
+  auto content = readUpTo(file, std::max(limit, limit + 1));
   if (content && content->size() > limit) return std::nullopt;
   return content;
 }

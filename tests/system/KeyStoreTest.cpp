@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+#include "FileKeyStore.h"
+#include "SystemTestSupport.h"
+
+namespace pelorino {
+namespace {
+
+mode_t rightsOf(const std::string& path) {
+  struct stat found {};
+  EXPECT_EQ(::stat(path.c_str(), &found), 0) << path;
+  return found.st_mode & 07777U;
+}
+
+std::string contentOf(const std::string& path) {
+  std::ostringstream content;
+  content << std::ifstream(path).rdbuf();
+  return content.str();
+}
+
+class KeyStoreTest : public testing::Test {
+ protected:
+  ScratchFolder folder_;
+  std::string path_ = folder_.file("state/my app/keys");
+  FileKeyStore store_{path_};
+
+  void putFile(const std::string& content) {
+    std::filesystem::create_directories(std::filesystem::path(path_).parent_path());
+    std::ofstream(path_) << content;
+  }
+};
+
+TEST_F(KeyStoreTest, KeepsAnyBytesUntilTheyAreReplacedOrRemoved) {
+  std::string everyByte;
+  for (int byte = 0; byte < 256; ++byte) everyByte += static_cast<char>(byte);
+  EXPECT_EQ(store_.get("a"), std::nullopt);
+  EXPECT_FALSE(store_.remove("a"));
+  for (const std::string& value : {everyByte, std::string(), std::string("=%41\n")}) {
+    ASSERT_TRUE(store_.set(everyByte, value));
+    EXPECT_EQ(FileKeyStore(path_).get(everyByte), value);
+  }
+  ASSERT_TRUE(store_.set("b", "2"));
+  EXPECT_TRUE(store_.remove(everyByte));
+  EXPECT_FALSE(store_.remove(everyByte));
+  EXPECT_EQ(store_.get(everyByte), std::nullopt);
+  EXPECT_EQ(contentOf(path_), "pelorino-keys 1\nb=2\n");
+}
+
+TEST_F(KeyStoreTest, BelongsToItsOwnerAlone) {
+  putFile("");
+  ::chmod(path_.c_str(), 0644);
+  std::ofstream(path_ + ".new") << "of a process that died";
+  ASSERT_TRUE(store_.set("a", "1"));
+  EXPECT_EQ(rightsOf(path_), 0600U);
+  FileKeyStore fresh(folder_.file("x/y/keys"));
+  ASSERT_TRUE(fresh.set("a", "1"));
+  EXPECT_EQ(rightsOf(folder_.file("x")), 0700U);
+  EXPECT_EQ(rightsOf(folder_.file("x/y")), 0700U);
+}
+
+TEST_F(KeyStoreTest, ReadsWhatCanBeReadOfACorruptFile) {
+  const struct {
+    const char* label;
+    const char* file;
+    std::optional<std::string> a;
+  } cases[] = {
+      {"whole", "pelorino-keys 1\na=1\n", "1"},
+      {"empty", "", std::nullopt},
+      {"damaged first line", "pelor\na=1\n", "1"},
+      {"cut in the last line", "pelorino-keys 1\na=12345", std::nullopt},
+      {"cut in an escape", "pelorino-keys 1\na=1%4\n", std::nullopt},
+      {"no hexadecimal digits", "pelorino-keys 1\na=1%+4\n", std::nullopt},
+      {"no separator", "pelorino-keys 1\na1\n", std::nullopt},
+      {"bytes that are never written", "pelorino-keys 1\na=1\t\n", std::nullopt},
+      {"garbage before", "pelorino-keys 1\n\x01\xFF=\n==\na=1\n", "1"},
+      {"twice", "pelorino-keys 1\na=0\na=1\n", "1"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    putFile(c.file);
+    EXPECT_EQ(store_.get("a"), c.a);
+    ASSERT_TRUE(store_.set("b", "2"));
+    EXPECT_EQ(contentOf(path_), "pelorino-keys 1\n" + (c.a ? "a=1\n" : std::string()) + "b=2\n");
+  }
+}
+
+TEST_F(KeyStoreTest, AFileOfALaterVersionIsLeftAlone) {
+  const std::string later = "pelorino-keys 2\na=1\n";
+  putFile(later);
+  EXPECT_EQ(store_.get("a"), std::nullopt);
+  EXPECT_FALSE(store_.set("a", "2"));
+  EXPECT_EQ(contentOf(path_), later);
+}
+
+TEST_F(KeyStoreTest, SaysWhenAValueIsNotDurable) {
+  putFile("");
+  FileKeyStore belowAFile(path_ + "/keys");
+  EXPECT_FALSE(belowAFile.set("a", "1"));
+  FileKeyStore aFolder(folder_.file("state"));
+  EXPECT_FALSE(aFolder.set("a", "1"));
+  EXPECT_EQ(aFolder.get("a"), std::nullopt);
+  EXPECT_FALSE(FileKeyStore("").set("a", "1"));
+}
+
+TEST_F(KeyStoreTest, WritersDoNotLoseEachOthersValues) {
+  constexpr int each = 20;
+  const auto write = [&](const std::string& name) {
+    FileKeyStore own(path_);
+    for (int i = 0; i < each; ++i) EXPECT_TRUE(own.set(name + std::to_string(i), name));
+  };
+  // The lock is of the opened file, not of the process: threads meet it like processes.
+  { const std::jthread a(write, "a"), b(write, "b"), c(write, "c"); }
+  for (int i = 0; i < each; ++i) {
+    for (const std::string name : {"a", "b", "c"}) {
+      EXPECT_EQ(store_.get(name + std::to_string(i)), name);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace pelorino

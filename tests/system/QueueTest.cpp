@@ -1,0 +1,204 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <stdexcept>
+#include <vector>
+
+#include "RealQueue.h"
+#include "SystemTestSupport.h"
+
+namespace pelorino {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::ptrdiff_t threadsOfProcess() {
+  const std::filesystem::directory_iterator tasks("/proc/self/task");
+  return std::distance(begin(tasks), end(tasks));
+}
+
+class QueueTest : public testing::Test {
+ protected:
+  std::shared_ptr<ExceptionOutlet> outlet_ = std::make_shared<ExceptionOutlet>();
+  RealQueue queue_{"com.pelorino.test", outlet_, 20ms};
+  std::vector<int> ran_;  // Of the queue; the test reads it after a wait.
+
+  Block note(int number) {
+    return [this, number] { ran_.push_back(number); };
+  }
+
+  /// The queue is inside a block from here until `release` is set.
+  void occupy(Event& release) {
+    Event begun;
+    queue_.add([&] {
+      ran_.push_back(0);
+      begun.set();
+      release.wait();
+    });
+    ASSERT_TRUE(begun.wait());
+  }
+};
+
+TEST_F(QueueTest, RunsBlocksOfManyThreadsOneAtATimeInOrderOfArrival) {
+  constexpr int perThread = 5000;
+  std::array<std::vector<int>, 4> seen;
+  {
+    std::vector<std::jthread> producers;
+    for (auto& mine : seen) {
+      producers.emplace_back([this, &mine] {
+        for (int i = 0; i < perThread; ++i) {
+          queue_.add([this, &mine, i] {
+            mine.push_back(i);
+            ran_.push_back(i);  // A race here is what two blocks at once would be.
+          });
+        }
+      });
+    }
+  }
+  queue_.waitUntilAllBlocksAreFinished();
+  EXPECT_EQ(ran_.size(), seen.size() * perThread);
+  for (const auto& one : seen) EXPECT_TRUE(std::is_sorted(one.begin(), one.end()));
+}
+
+TEST_F(QueueTest, ThreadGoesAwayWhenIdleAndComesBack) {
+  const auto before = threadsOfProcess();
+  for (int round = 0; round < 3; ++round) {
+    queue_.add(note(round));
+    queue_.waitUntilAllBlocksAreFinished();
+    EXPECT_TRUE(comesTrue([&] { return threadsOfProcess() == before; }));
+  }
+  EXPECT_EQ(ran_, (std::vector{0, 1, 2}));
+}
+
+TEST_F(QueueTest, NeverLosesABlockAddedAsItsThreadGoesAway) {
+  RealQueue hasty("hasty", outlet_, 0ms);
+  std::atomic<int> count{0};
+  for (int i = 0; i < 300; ++i) {
+    hasty.add([&] { ++count; });
+    if (i % 3 == 0) std::this_thread::sleep_for(50us);
+  }
+  hasty.waitUntilAllBlocksAreFinished();
+  EXPECT_EQ(count, 300);
+}
+
+TEST_F(QueueTest, PauseHoldsBackEverythingBehindTheRunningBlock) {
+  Event release;
+  occupy(release);
+  queue_.add(note(1));
+  queue_.add(note(2));
+  queue_.pause();
+  queue_.pause();
+  release.set();
+  queue_.waitUntilAllBlocksAreFinished();  // Returns at the end of the running block.
+  EXPECT_EQ(ran_, (std::vector{0}));
+  queue_.add(note(3));
+  std::this_thread::sleep_for(60ms);  // The thread has gone away meanwhile.
+  EXPECT_EQ(ran_, (std::vector{0}));
+  queue_.resume();
+  queue_.waitUntilAllBlocksAreFinished();
+  EXPECT_EQ(ran_, (std::vector{0, 1, 2, 3}));
+}
+
+TEST_F(QueueTest, WaitEndsWhenTheQueueIsPausedMeanwhile) {
+  Event release;
+  occupy(release);
+  queue_.add(note(1));
+  std::jthread waiter([this] { queue_.waitUntilAllBlocksAreFinished(); });
+  queue_.pause();
+  release.set();
+  waiter.join();
+  EXPECT_EQ(ran_, (std::vector{0}));
+}
+
+TEST_F(QueueTest, WaitFromItsOwnBlockReturnsAtOnce) {
+  bool wasCurrent = false;
+  queue_.add([&] {
+    queue_.add(note(2));
+    queue_.waitUntilAllBlocksAreFinished();
+    wasCurrent = queue_.isCurrent();
+    ran_.push_back(1);
+  });
+  queue_.waitUntilAllBlocksAreFinished();
+  std::jthread([this] { queue_.waitUntilAllBlocksAreFinished(); }).join();
+  EXPECT_EQ(ran_, (std::vector{1, 2}));
+  EXPECT_TRUE(wasCurrent);
+  EXPECT_FALSE(queue_.isCurrent());
+}
+
+TEST_F(QueueTest, AnExceptionEndsItsBlockAloneAndIsReported) {
+  std::vector<std::string> reports;
+  outlet_->setHandler([&](std::string_view queue, std::string_view what) {
+    reports.push_back(std::string(queue) + ": " + std::string(what));
+    throw std::runtime_error("of the handler");
+  });
+  queue_.add([] { throw std::runtime_error("broken"); });
+  queue_.add([] { throw 7; });
+  queue_.add(note(1));
+  queue_.waitUntilAllBlocksAreFinished();
+  EXPECT_EQ(reports, (std::vector<std::string>{
+                         "com.pelorino.test: broken",
+                         "com.pelorino.test: an exception of unknown type",
+                     }));
+  EXPECT_EQ(ran_, (std::vector{1}));
+}
+
+TEST_F(QueueTest, WhatABlockHoldsIsReleasedOnTheQueueBeforeTheNextBlock) {
+  auto onRelease = [this](void*) { ran_.push_back(queue_.isCurrent() ? 1 : -1); };
+  queue_.add([held = std::shared_ptr<void>(nullptr, onRelease)] {});
+  queue_.add(note(2));
+  queue_.waitUntilAllBlocksAreFinished();
+  EXPECT_EQ(ran_, (std::vector{1, 2}));
+}
+
+TEST_F(QueueTest, DestroyingAQueueDropsWhatWaits) {
+  Event begun;
+  Event release;
+  Event ended;
+  std::atomic<bool> hasRun{false};
+  auto queue = std::make_unique<RealQueue>("short", outlet_);
+  auto held = std::make_shared<int>();
+  const std::weak_ptr<int> dropped = held;
+  queue->add([&] {
+    begun.set();
+    release.wait();
+    ended.set();
+  });
+  queue->add([&hasRun, held = std::move(held)] { hasRun = true; });
+  ASSERT_TRUE(begun.wait());
+  queue.reset();
+  release.set();
+  EXPECT_TRUE(ended.wait());
+  EXPECT_TRUE(comesTrue([&] { return dropped.expired(); }));
+  EXPECT_FALSE(hasRun);
+}
+
+TEST_F(QueueTest, AQueueMayBeDestroyedByItsOwnBlock) {
+  Event destroyed;
+  auto queue = std::make_shared<std::unique_ptr<RealQueue>>();
+  *queue = std::make_unique<RealQueue>("own", outlet_);
+  RealQueue& alias = **queue;
+  alias.add([queue, &destroyed] {
+    queue->reset();
+    destroyed.set();
+  });
+  EXPECT_TRUE(destroyed.wait());
+}
+
+TEST_F(QueueTest, SignalsOfTheHostStayAwayAndFaultsDoNot) {
+  sigset_t blocked;
+  queue_.add([&] { pthread_sigmask(SIG_BLOCK, nullptr, &blocked); });
+  queue_.waitUntilAllBlocksAreFinished();
+  for (const int signal : {SIGTERM, SIGINT, SIGUSR1, SIGCHLD, SIGPIPE, SIGALRM, SIGHUP}) {
+    EXPECT_TRUE(sigismember(&blocked, signal)) << signal;
+  }
+  for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT}) {
+    EXPECT_FALSE(sigismember(&blocked, fault)) << fault;
+  }
+  sigset_t own;
+  pthread_sigmask(SIG_BLOCK, nullptr, &own);
+  EXPECT_FALSE(sigismember(&own, SIGTERM));
+}
+
+}  // namespace
+}  // namespace pelorino

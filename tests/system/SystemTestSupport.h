@@ -1,0 +1,53 @@
+#pragma once
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <future>
+#include <string>
+#include <thread>
+
+namespace pelorino {
+
+/// Far beyond what anything here takes, also under a sanitizer on a busy machine.
+constexpr std::chrono::seconds patience{20};
+
+/// Polls; false when it did not come true in time.
+inline bool comesTrue(const std::function<bool()>& condition) {
+  const auto end = std::chrono::steady_clock::now() + patience;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return true;
+}
+
+/// Something that one thread waits for and another announces, once.
+class Event {
+ public:
+  void set() { promise_.set_value(); }
+  bool wait() { return future_.wait_for(patience) == std::future_status::ready; }
+
+ private:
+  std::promise<void> promise_;
+  std::future<void> future_ = promise_.get_future();
+};
+
+class ScratchFolder {
+ public:
+  ScratchFolder() {
+    std::string pattern = std::filesystem::temp_directory_path() / "system tests XXXXXX";
+    if (::mkdtemp(pattern.data()) != nullptr) path_ = pattern;
+  }
+  ~ScratchFolder() { std::filesystem::remove_all(path_); }
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+  [[nodiscard]] std::string file(const std::string& name) const { return path_ + "/" + name; }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace pelorino

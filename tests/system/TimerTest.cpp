@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+#include "MainThread.h"
+#include "RealExecutor.h"
+#include "SystemTestSupport.h"
+#include "TimerSchedule.h"
+
+namespace pelorino {
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::milliseconds;
+
+/// A schedule under test time, which counts from zero.
+class Timetable {
+ public:
+  using Entry = TimerSchedule::Entry;
+
+  std::shared_ptr<Entry> set(char name, milliseconds due, milliseconds period,
+                             milliseconds tolerance) {
+    auto entry = std::make_shared<Entry>();
+    entry->block = [this, name] { ticks_ += name; };
+    entry->due = start_ + due;
+    entry->period = period;
+    entry->tolerance = tolerance;
+    schedule_.add(entry);
+    return entry;
+  }
+
+  /// The names of the timers that tick at the next wake-up, after the time of it.
+  std::string nextWakeUp() {
+    const auto wakeUp = schedule_.nextWakeUp();
+    if (!wakeUp) return "none";
+    const auto at = std::chrono::duration_cast<milliseconds>(*wakeUp - start_);
+    return std::to_string(at.count()) + " " + ticksAt(at);
+  }
+
+  std::string ticksAt(milliseconds time) {
+    std::deque<Block> blocks;
+    schedule_.takeDue(start_ + time, blocks);
+    ticks_.clear();
+    for (const Block& block : blocks) block();
+    return ticks_;
+  }
+
+ private:
+  const TimerSchedule::TimePoint start_{};
+  TimerSchedule schedule_;
+  std::string ticks_;
+};
+
+TEST(TimerSchedule, NeighbouringTicksShareAWakeUpAndNoneIsLaterThanItsTolerance) {
+  Timetable table;
+  table.set('a', 1000ms, 1000ms, 100ms);
+  table.set('b', 1050ms, 2000ms, 200ms);
+  table.set('o', 1101ms, 0ms, 0ms);
+  EXPECT_EQ(table.nextWakeUp(), "1100 ab");
+  EXPECT_EQ(table.nextWakeUp(), "1101 o");
+  EXPECT_EQ(table.nextWakeUp(), "2100 a");
+  EXPECT_EQ(table.nextWakeUp(), "3100 ab");
+}
+
+TEST(TimerSchedule, StaysInPhaseAndMakesOneTickOfThoseItMissed) {
+  Timetable table;
+  table.set('a', 1000ms, 1000ms, 0ms);
+  EXPECT_EQ(table.ticksAt(999ms), "");
+  EXPECT_EQ(table.ticksAt(1900ms), "a");
+  EXPECT_EQ(table.ticksAt(1999ms), "");
+  EXPECT_EQ(table.ticksAt(5500ms), "a");
+  EXPECT_EQ(table.nextWakeUp(), "6000 a");
+}
+
+TEST(TimerSchedule, ACancelledTimerDoesNotTickEvenIfItsTurnHasCome) {
+  Timetable table;
+  const auto entry = table.set('a', 1000ms, 1000ms, 0ms);
+  entry->isCancelled = true;
+  EXPECT_EQ(table.ticksAt(1000ms), "");
+}
+
+TEST(MainThread, TimersTickAndBlocksRunOnOneThread) {
+  MainThread main(std::make_shared<ExceptionOutlet>());
+  std::atomic<int> ticks{0};
+  std::atomic<int> elsewhere{0};
+  const auto count = [&] { main.isCurrent() ? ++ticks : ++elsewhere; };
+  const auto fast = main.startTimer(1ms, 1ms, 0ms, count);
+  const auto slow = main.startTimer(3ms, 3ms, 1ms, count);
+  main.add([] { throw 1; });
+  EXPECT_TRUE(comesTrue([&] { return ticks > 20; }));
+  EXPECT_EQ(elsewhere, 0);
+}
+
+TEST(MainThread, ATimerMayCancelItselfAndAnEarlierOneOvertakesALaterOne) {
+  MainThread main(std::make_shared<ExceptionOutlet>());
+  const auto late = main.startTimer(1h, 1h, 0ms, [] {});
+  std::atomic<int> ticks{0};
+  std::unique_ptr<Timer> timer;
+  Event isSet;
+  timer = main.startTimer(1ms, 1ms, 0ms, [&] {
+    isSet.wait();
+    ++ticks;
+    timer->cancel();
+    timer->cancel();
+  });
+  isSet.set();
+  EXPECT_TRUE(comesTrue([&] { return ticks == 1; }));
+  std::this_thread::sleep_for(20ms);
+  EXPECT_EQ(ticks, 1);
+}
+
+TEST(MainThread, ReleasingAHandleCancelsAndReleasesTheBlock) {
+  MainThread main(std::make_shared<ExceptionOutlet>(), 10ms);
+  auto held = std::make_shared<int>();
+  const std::weak_ptr<int> released = held;
+  auto timer = main.startTimer(milliseconds::max(), 0ms, 0ms, [held = std::move(held)] {});
+  timer.reset();
+  EXPECT_TRUE(released.expired());
+}
+
+TEST(RealExecutor, RunsADelayedBlockOnceAndRaisesShortPeriods) {
+  RealExecutor executor;
+  std::atomic<int> once{0};
+  std::atomic<int> often{0};
+  auto held = std::make_shared<int>();
+  const std::weak_ptr<int> released = held;
+  const auto delayed = executor.after(1ms, [&, held = std::move(held)] { ++once; });
+  const auto timer = executor.repeat(0ms, 0ms, [&] { ++often; });
+  EXPECT_TRUE(comesTrue([&] { return once == 1 && released.expired(); }));
+  std::this_thread::sleep_for(50ms);
+  EXPECT_EQ(once, 1);
+  EXPECT_EQ(often, 0);
+}
+
+TEST(RealExecutor, ASemaphoreGivesEachSignalOnce) {
+  const auto semaphore = RealExecutor().makeSemaphore();
+  EXPECT_FALSE(semaphore->wait(1ms));
+  std::jthread signaller([&] { semaphore->signal(); });
+  EXPECT_TRUE(semaphore->wait(milliseconds::max()));
+  EXPECT_FALSE(semaphore->wait(0ms));
+}
+
+}  // namespace
+}  // namespace pelorino
