@@ -1,0 +1,54 @@
+#pragma once
+
+#include <boost/json.hpp>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelorino::host {
+
+/// What is wrong with a command line, in words for whoever wrote it.
+class CommandError final : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Typed access to the fields of a JSON object. What is not there, or of another kind, throws
+/// CommandError; the `maybe` forms take null and a missing field for absent. Borrows the object.
+class Arguments final {
+ public:
+  explicit Arguments(const boost::json::object& object) : object_(&object) {}
+
+  /// Throws CommandError for a field that is none of these.
+  void allowOnly(std::span<const std::string_view> names) const;
+  void allowOnly(std::initializer_list<std::string_view> names) const {
+    allowOnly(std::span(names.begin(), names.size()));
+  }
+
+  [[nodiscard]] bool has(std::string_view name) const { return find(name) != nullptr; }
+
+  [[nodiscard]] std::string text(std::string_view name) const;
+  [[nodiscard]] std::int64_t integer(std::string_view name) const;
+  [[nodiscard]] double number(std::string_view name) const;
+  [[nodiscard]] bool boolean(std::string_view name) const;
+  [[nodiscard]] Arguments object(std::string_view name) const;
+
+  [[nodiscard]] std::optional<std::string> maybeText(std::string_view name) const;
+  [[nodiscard]] std::optional<std::int64_t> maybeInteger(std::string_view name) const;
+  [[nodiscard]] std::optional<std::vector<std::string>> maybeTexts(std::string_view name) const;
+
+  [[nodiscard]] const boost::json::object& fields() const { return *object_; }
+
+ private:
+  const boost::json::value* find(std::string_view name) const;
+  const boost::json::value& need(std::string_view name) const;
+
+  const boost::json::object* object_;
+};
+
+}  // namespace pelorino::host

@@ -1,0 +1,228 @@
+#include "Commands.h"
+
+#include <fmt/format.h>
+#include <pelorino/PLRAnalytics.h>
+#include <pelorino/PLREngineWrapper.h>
+#include <pelorino/PLREventsRouter.h>
+#include <pelorino/PLRHost.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <future>
+#include <map>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "Arguments.h"
+#include "Names.h"
+#include "Output.h"
+
+namespace pelorino::host {
+
+namespace json = boost::json;
+
+namespace {
+
+/// How long `drain` waits where the queue cannot run, as after a start in the background.
+constexpr std::chrono::milliseconds drainLimit{60'000};
+
+class Listener final : public PLRIdentifiersListener {
+  void didReceivePelorinoIdWith(std::int64_t pelorinoId) override {
+    writeResult("didReceivePelorinoId", pelorinoId);
+  }
+};
+
+PLRAnalyticsConfiguration configurationOf(const Arguments& fields) {
+  fields.allowOnly({"logLevel", "userId", "currentLevel", "trackingAvailability"});
+  PLRAnalyticsConfiguration configuration;
+  if (const auto level = fields.maybeText("logLevel")) configuration.logLevel = logLevelOf(*level);
+  configuration.userId = fields.maybeText("userId");
+  configuration.currentLevel = fields.maybeInteger("currentLevel");
+  if (const auto status = fields.maybeText("trackingAvailability")) {
+    configuration.trackingAvailability = trackingStatusOf(*status);
+  }
+  return configuration;
+}
+
+void initialize(const Arguments& arguments) {
+  const std::string key = arguments.text("applicationKey");
+  if (!arguments.has("configuration")) return PLRAnalytics::initialize(key);
+  PLRAnalytics::initialize(key, configurationOf(arguments.object("configuration")));
+}
+
+void addParameter(PLRCustomEventParameters& parameters, std::string_view key,
+                  const json::value& value) {
+  switch (value.kind()) {
+    case json::kind::bool_:
+      return parameters.add(key, value.get_bool());
+    case json::kind::int64:
+      return parameters.add(key, value.get_int64());
+    case json::kind::uint64:
+      return parameters.add(key, value.get_uint64());
+    case json::kind::double_:
+      return parameters.add(key, value.get_double());
+    case json::kind::string:
+      return parameters.add(key, std::string_view(value.get_string()));
+    default:
+      throw CommandError(fmt::format("the parameter \"{}\" is no number, text or boolean", key));
+  }
+}
+
+void customEvent(const Arguments& arguments) {
+  const std::string name = arguments.text("eventName");
+  if (!arguments.has("parameters")) return PLRAnalytics::customEvent(name);
+  PLRCustomEventParameters parameters;
+  for (const auto& [key, value] : arguments.object("parameters").fields()) {
+    addParameter(parameters, key, value);
+  }
+  PLRAnalytics::customEvent(name, parameters);
+}
+
+void logLevel(std::string_view op, const Arguments& arguments) {
+  if (const auto level = arguments.maybeText("level")) {
+    return PLRAnalytics::setLogLevel(logLevelOf(*level));
+  }
+  writeResult(op, nameOf(PLRAnalytics::logLevel()));
+}
+
+void setIdentifiersListener(const Arguments& arguments) {
+  PLRAnalytics::setIdentifiersListener(arguments.boolean("on") ? std::make_shared<Listener>()
+                                                               : nullptr);
+}
+
+/// Everything handed over before has run once the answer to a question asked now has come.
+void drain(const Arguments& arguments) {
+  const auto limit =
+      std::chrono::milliseconds(arguments.maybeInteger("limitMs").value_or(drainLimit.count()));
+  const auto answered = std::make_shared<std::promise<void>>();
+  PLRAnalytics::getSDKVersion([answered](const std::string&) { answered->set_value(); });
+  if (answered->get_future().wait_for(limit) != std::future_status::ready) {
+    throw CommandError(fmt::format("the queue has not run within {} ms", limit.count()));
+  }
+}
+
+void setApplicationState(const Arguments& arguments) {
+  PLRHost::setApplicationState(applicationStateOf(arguments.text("state")));
+}
+
+void echo(const Arguments& arguments) {
+  writeResult("echo", arguments.text("text"));
+}
+
+void killSelf(const Arguments&) {
+  ::kill(::getpid(), SIGKILL);
+}
+
+void sleepFor(const Arguments& arguments) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(arguments.integer("ms")));
+}
+
+void leave(const Arguments& arguments) {
+  std::exit(static_cast<int>(arguments.maybeInteger("code").value_or(0)));
+}
+
+struct Command {
+  std::vector<std::string_view> labels;
+  std::function<void(std::string_view op, const Arguments& arguments)> run;
+};
+
+Command command(std::vector<std::string_view> labels, void (*run)(const Arguments&)) {
+  return {std::move(labels),
+          [run](std::string_view, const Arguments& arguments) { run(arguments); }};
+}
+
+/// An operation that takes nothing and answers nothing.
+Command plain(void (*operation)() noexcept) {
+  return {{}, [operation](std::string_view, const Arguments&) { operation(); }};
+}
+
+/// An operation whose one argument is a text.
+Command withText(std::string_view label, void (*operation)(std::string_view) noexcept) {
+  return {{label},
+          [=](std::string_view, const Arguments& arguments) { operation(arguments.text(label)); }};
+}
+
+/// An operation that answers at once.
+template <class Answer>
+Command answering(Answer (*operation)()) {
+  return {{}, [operation](std::string_view op, const Arguments&) { writeResult(op, operation()); }};
+}
+
+/// An operation that answers by a handler.
+template <class Handler>
+Command asking(void (*operation)(Handler) noexcept) {
+  return {{}, [operation](std::string_view op, const Arguments&) {
+            operation([op](const auto& answer) { writeResult(op, answer); });
+          }};
+}
+
+/// Every command by its "op".
+const std::map<std::string_view, Command>& commands() {
+  static const auto& table = *new std::map<std::string_view, Command>{
+      {"initialize", command({"applicationKey", "configuration"}, initialize)},
+      {"logLevel", {{"level"}, logLevel}},
+      {"customEvent", command({"eventName", "parameters"}, customEvent)},
+      {"sendBufferedEvents", plain(PLRAnalytics::sendBufferedEvents)},
+      {"getDeviceId", asking(PLRAnalytics::getDeviceId)},
+      {"getSDKVersion", asking(PLRAnalytics::getSDKVersion)},
+      {"getTrackingAvailability", asking(PLRAnalytics::getTrackingAvailability)},
+      {"getUserId", asking(PLRAnalytics::getUserId)},
+      {"getCurrentLevel", asking(PLRAnalytics::getCurrentLevel)},
+      {"setIdentifiersListener", command({"on"}, setIdentifiersListener)},
+      {"testLogs", plain(PLRAnalytics::testLogs)},
+      {"setTestProxyUrl", withText("url", PLRAnalytics::setTestProxyUrl)},
+      {"getTestProxyUrl", asking(PLRAnalytics::getTestProxyUrl)},
+      {"setTestCustomUrl", withText("url", PLRAnalytics::setTestCustomUrl)},
+      {"getTestCustomUrl", asking(PLRAnalytics::getTestCustomUrl)},
+      {"sdkFolderPath", answering(PLRAnalytics::sdkFolderPath)},
+      {"clearKeychain", plain(PLRAnalytics::clearKeychain)},
+      {"engine.destroySDK", plain(PLREngineWrapper::destroySDK)},
+      {"engine.setSDKVersion", withText("version", PLREngineWrapper::setSDKVersion)},
+      {"engine.enableEditorMode", plain(PLREngineWrapper::enableEditorMode)},
+      {"engine.unitySdkFolderPath", answering(PLREngineWrapper::unitySdkFolderPath)},
+      {"engine.testString", withText("value", PLREngineWrapper::testString)},
+      {"eventsRouter.isAnalyticsInited", answering<bool>(PLREventsRouter::isAnalyticsInited)},
+      {"host.setApplicationState", command({"state"}, setApplicationState)},
+      {"host.didBecomeActive", plain(PLRHost::didBecomeActive)},
+      {"host.willResignActive", plain(PLRHost::willResignActive)},
+      {"host.didEnterBackground", plain(PLRHost::didEnterBackground)},
+      {"host.willTerminate", plain(PLRHost::willTerminate)},
+      {"sleep", command({"ms"}, sleepFor)},
+      {"drain", command({"limitMs"}, drain)},
+      {"echo", command({"text"}, echo)},
+      {"kill", command({}, killSelf)},
+      {"exit", command({"code"}, leave)},
+  };
+  return table;
+}
+
+json::value parse(std::string_view line) {
+  // What bytes a host hands over is the library's to bear; they are to reach it.
+  json::parse_options options;
+  options.allow_invalid_utf8 = true;
+  boost::system::error_code error;
+  json::value value = json::parse(line, error, json::storage_ptr(), options);
+  if (error) throw CommandError("no JSON: " + error.message());
+  if (!value.is_object()) throw CommandError("no JSON object");
+  return value;
+}
+
+}  // namespace
+
+void runCommand(std::string_view line) {
+  const json::value value = parse(line);
+  const Arguments arguments(value.get_object());
+  const std::string op = arguments.text("op");
+  const auto found = commands().find(op);
+  if (found == commands().end()) throw CommandError(fmt::format("unknown op \"{}\"", op));
+  std::vector<std::string_view> labels = found->second.labels;
+  labels.push_back("op");
+  arguments.allowOnly(labels);
+  found->second.run(found->first, arguments);
+}
+
+}  // namespace pelorino::host

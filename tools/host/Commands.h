@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string_view>
+
+namespace pelorino::host {
+
+/// Runs one command line, such as {"op":"customEvent","eventName":"boss"}. A line that is no
+/// valid command throws CommandError and has no effect.
+void runCommand(std::string_view line);
+
+}  // namespace pelorino::host

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <pelorino/PLRHost.h>
+#include <pelorino/PLRLogLevel.h>
+#include <pelorino/PLRTrackingStatus.h>
+
+#include <string_view>
+
+namespace pelorino::host {
+
+/// The values that command lines know by a name: the enumerators, as they are spelled in C++.
+/// A text that names none throws CommandError.
+[[nodiscard]] PLRLogLevel logLevelOf(std::string_view name);
+[[nodiscard]] PLRTrackingStatus trackingStatusOf(std::string_view name);
+[[nodiscard]] PLRApplicationState applicationStateOf(std::string_view name);
+
+[[nodiscard]] std::string_view nameOf(PLRLogLevel level);
+
+}  // namespace pelorino::host
