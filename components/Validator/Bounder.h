@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Label.h"
+
+namespace pelorino {
+
+/// Cuts arguments of public operations to their limits. Any thread.
+class Bounder final {
+ public:
+  Bounder() = delete;
+
+  /// The first `maximalLength` characters, as a user counts them. Says at `warning` that it has
+  /// cut.
+  [[nodiscard]] static std::string maxStringLength(std::string_view method, const Label& argument,
+                                                   std::string value, std::size_t maximalLength);
+
+  /// A missing text stays missing.
+  [[nodiscard]] static std::optional<std::string> maxStringLength(std::string_view method,
+                                                                  const Label& argument,
+                                                                  std::optional<std::string> value,
+                                                                  std::size_t maximalLength);
+};
+
+}  // namespace pelorino

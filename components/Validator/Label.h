@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+namespace pelorino {
+
+/// What a message calls an argument: fixed words, or fixed words around a part that varies, put
+/// together only where a message is written. Borrows its texts.
+struct Label {
+  Label(const char* words) : before(words) {}  // NOLINT(google-explicit-constructor)
+  Label(std::string_view opening, std::string_view varying, std::string_view closing)
+      : before(opening), variable(varying), after(closing) {}
+
+  std::string_view before;
+  std::string_view variable;
+  std::string_view after;
+};
+
+}  // namespace pelorino
