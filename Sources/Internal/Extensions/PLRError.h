@@ -2,7 +2,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <variant>
 
 namespace pelorino {
 
@@ -13,9 +12,5 @@ class PLRError final : public std::runtime_error {
 
   [[nodiscard]] std::string description() const { return what(); }
 };
-
-/// A value, or the error that stands in its place.
-template <class Value>
-using Result = std::variant<Value, PLRError>;
 
 }  // namespace pelorino
