@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <utility>
+
+#include "SynchronousQueue.h"
+
+namespace pelorino {
+
+/// A value that is read on first demand and then kept. Any thread; one that asks while another
+/// reads waits for it.
+template <class Value>
+class Lazy final {
+ public:
+  template <class Read>
+  [[nodiscard]] Value get(Read&& read) {
+    return reading_.sync([&]() -> Value {
+      if (!value_) value_ = std::forward<Read>(read)();
+      return *value_;
+    });
+  }
+
+ private:
+  SynchronousQueue reading_{"com.pelorino.platform"};
+  std::optional<Value> value_;
+};
+
+}  // namespace pelorino
