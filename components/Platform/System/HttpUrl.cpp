@@ -11,6 +11,13 @@
 namespace pelorino {
 namespace {
 
+/// curl guesses at other forms: it takes "https:///path" for the host "path".
+bool hasAuthority(std::string_view url) {
+  constexpr std::string_view mark = "://";
+  url.remove_prefix(std::min(url.find(':'), url.size()));
+  return url.starts_with(mark) && !url.substr(mark.size()).starts_with('/');
+}
+
 bool isPrintableAscii(char c) {
   return c > ' ' && c < '\x7f';
 }
@@ -28,7 +35,7 @@ std::string part(const UrlHandle& url, CURLUPart which) {
 }  // namespace
 
 bool isValidHttpUrl(const std::string& url) {
-  if (!std::all_of(url.begin(), url.end(), isPrintableAscii)) return false;
+  if (!std::all_of(url.begin(), url.end(), isPrintableAscii) || !hasAuthority(url)) return false;
   const ExitGate::Pass pass;
   const UrlHandle parsed(curl_url(), curl_url_cleanup);
   if (!parsed || curl_url_set(parsed.get(), CURLUPART_URL, url.c_str(), 0) != CURLUE_OK) {

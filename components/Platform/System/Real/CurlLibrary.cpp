@@ -17,19 +17,20 @@ Function* openSslFunction(const char* name) {
   return reinterpret_cast<Function*>(::dlsym(RTLD_DEFAULT, name));
 }
 
-/// OpenSSL frees its state in an exit handler. It registers that early in a set-up that takes
-/// milliseconds, during which an exit would find OpenSSL's handler ahead of the gate's. So it is
-/// made to register first, by the smallest step that does so.
-void putGateAheadOfOpenSsl() {
+/// OpenSSL frees its state in an exit handler, which it registers early in a set-up that takes
+/// almost a millisecond. An exit in that time would run that handler ahead of the gate's, with this
+/// thread still inside OpenSSL. So OpenSSL is asked to leave its memory to the system. In a process
+/// that has set OpenSSL up before, this changes nothing, and the handler is behind the gate's.
+void keepOpenSslUntilTheEnd() {
   using InitCrypto = int(std::uint64_t options, const void* settings);
+  constexpr std::uint64_t noExitHandler = 0x00080000;  // OPENSSL_INIT_NO_ATEXIT
   if (auto* initCrypto = openSslFunction<InitCrypto>("OPENSSL_init_crypto")) {
-    initCrypto(0, nullptr);
+    initCrypto(noExitHandler, nullptr);
   }
-  ExitGate::arm();
 }
 
 bool setUp() {
-  putGateAheadOfOpenSsl();
+  keepOpenSslUntilTheEnd();
   const bool isUsable = curl_global_init(CURL_GLOBAL_DEFAULT) == CURLE_OK;
   ExitGate::arm();
   return isUsable;

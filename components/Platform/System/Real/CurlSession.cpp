@@ -6,6 +6,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "ExitGate.h"
@@ -115,6 +116,14 @@ HttpResponse CurlSession::exchange(const HttpRequest& request) {
   return response(code, std::move(answer));
 }
 
+std::size_t CurlSession::receiveHead(char* line, std::size_t size, std::size_t count,
+                                     void* answer) noexcept {
+  // A blank line ends the head of an answer; another head may follow an interim one.
+  const std::string_view text(line, size * count);
+  static_cast<Answer*>(answer)->hasWholeHead = text == "\r\n" || text == "\n";
+  return size * count;
+}
+
 std::size_t CurlSession::receive(char* data, std::size_t size, std::size_t count,
                                  void* answer) noexcept {
   auto& into = *static_cast<Answer*>(answer);
@@ -138,6 +147,8 @@ void CurlSession::prepare(const HttpRequest& request, Answer& answer) {
   setContent(easy, request);
   headers_ = curlHeadersOf(request);
   set(easy, CURLOPT_HTTPHEADER, headers_.get());
+  set(easy, CURLOPT_HEADERFUNCTION, &CurlSession::receiveHead);
+  set(easy, CURLOPT_HEADERDATA, &answer);
   set(easy, CURLOPT_WRITEFUNCTION, &CurlSession::receive);
   set(easy, CURLOPT_WRITEDATA, &answer);
   errorText_.front() = '\0';
@@ -178,6 +189,9 @@ HttpResponse CurlSession::response(CURLcode result, Answer answer) {
         "The body of the answer is over " + std::to_string(HttpExchange::maximumBody) + " bytes";
   } else if (result != CURLE_OK) {
     response.error = errorText_.front() != '\0' ? errorText_.data() : curl_easy_strerror(result);
+  } else if (!answer.hasWholeHead) {
+    // curl takes a connection that closes within the headers for the end of a good answer.
+    response.error = "The answer ended within its headers";
   } else {
     response.status = static_cast<int>(status);
     if (!answer.body.empty()) response.body = std::move(answer.body);

@@ -28,8 +28,11 @@ class CurlSession final {
   struct Answer {
     std::string body;
     bool isTooLong = false;
+    bool hasWholeHead = false;
   };
 
+  static std::size_t receiveHead(char* line, std::size_t size, std::size_t count,
+                                 void* answer) noexcept;
   static std::size_t receive(char* data, std::size_t size, std::size_t count,
                              void* answer) noexcept;
 

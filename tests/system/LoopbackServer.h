@@ -1,0 +1,116 @@
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace pelorino {
+
+/// A listening socket on 127.0.0.1: a peer that accepts connections and never says a word.
+class SilentServer {
+ public:
+  SilentServer() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* general = reinterpret_cast<sockaddr*>(&address);
+    if (::bind(socket_, general, size) == 0 && ::listen(socket_, SOMAXCONN) == 0 &&
+        ::getsockname(socket_, general, &size) == 0) {
+      port_ = ntohs(address.sin_port);
+    }
+  }
+  ~SilentServer() { ::close(socket_); }
+  SilentServer(const SilentServer&) = delete;
+  SilentServer& operator=(const SilentServer&) = delete;
+
+  [[nodiscard]] int socket() const { return socket_; }
+  [[nodiscard]] std::string port() const { return std::to_string(port_); }
+  [[nodiscard]] std::string url(const std::string& path) const {
+    return "http://127.0.0.1:" + port() + path;
+  }
+
+ private:
+  int socket_;
+  std::uint16_t port_ = 0;
+};
+
+/// Answers the requests that come, in turn, with the given bytes. An answer that is empty or says
+/// "Connection: close" ends its connection. One connection at a time.
+class LoopbackServer : public SilentServer {
+ public:
+  explicit LoopbackServer(std::vector<std::string> answers)
+      : answers_(std::move(answers)), thread_([this] { serve(); }) {}
+
+  /// The requests as they came. Ends the server, after the client is done.
+  std::vector<std::string> requests() {
+    if (thread_.joinable()) {
+      ::shutdown(socket(), SHUT_RDWR);
+      ::shutdown(connection_, SHUT_RDWR);
+      thread_.join();
+    }
+    return requests_;
+  }
+  [[nodiscard]] int connections() const { return connections_; }
+  ~LoopbackServer() { requests(); }
+
+ private:
+  void serve() {
+    for (;;) {
+      const int connection = ::accept4(socket(), nullptr, nullptr, SOCK_CLOEXEC);
+      if (connection < 0) return;
+      connection_ = connection;
+      ++connections_;
+      while (answerOne(connection)) {
+      }
+      connection_ = -1;
+      ::close(connection);
+    }
+  }
+
+  bool answerOne(int connection) {
+    std::string request;
+    std::size_t wanted = std::string::npos;
+    while (request.size() < wanted) {
+      char buffer[65536];
+      const ssize_t count = ::recv(connection, buffer, sizeof buffer, 0);
+      if (count <= 0) return false;
+      request.append(buffer, static_cast<std::size_t>(count));
+      const std::size_t head = request.find("\r\n\r\n");
+      if (head != std::string::npos) wanted = head + 4 + bodySize(request);
+    }
+    requests_.push_back(request);
+    if (requests_.size() > answers_.size()) return false;
+    const std::string& answer = answers_[requests_.size() - 1];
+    std::size_t sent = 0;
+    while (sent < answer.size()) {
+      const ssize_t count =
+          ::send(connection, answer.data() + sent, answer.size() - sent, MSG_NOSIGNAL);
+      if (count <= 0) return false;
+      sent += static_cast<std::size_t>(count);
+    }
+    return !answer.empty() && answer.find("Connection: close") == std::string::npos;
+  }
+
+  static std::size_t bodySize(const std::string& request) {
+    const std::string name = "Content-Length: ";
+    const std::size_t at = request.find(name);
+    return at == std::string::npos ? 0 : std::stoul(request.substr(at + name.size()));
+  }
+
+  const std::vector<std::string> answers_;
+  std::vector<std::string> requests_;
+  std::atomic<int> connections_{0};
+  std::atomic<int> connection_{-1};
+  std::thread thread_;
+};
+
+}  // namespace pelorino

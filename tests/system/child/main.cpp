@@ -1,0 +1,141 @@
+// A process that ends in the way, and in the state, that its arguments name: see ExitTest.cpp.
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "ExitGate.h"
+#include "System.h"
+
+namespace {
+
+using namespace pelorino;
+using namespace std::chrono_literals;
+
+constexpr int wantedCode = 7;
+constexpr int usedTooLate = 8;
+constexpr int blocksLost = 9;
+
+/// State of a host, torn down at exit. What the library calls must not find it gone.
+struct HostState {
+  std::atomic<bool> isAlive{true};
+  ~HostState() {
+    isAlive = false;
+    // A host may call the library from here: it must not wait for what will never run.
+    System::current().executor().mainQueue().add([] {});
+    System::current().executor().mainQueue().waitUntilAllBlocksAreFinished();
+    const ExitGate::Pass pass;
+    // Gives a thread that should have been kept out the time to come in.
+    std::this_thread::sleep_for(5ms);
+  }
+};
+
+HostState hostState;
+
+Executor& executor() {
+  return System::current().executor();
+}
+
+SerialQueue& makeQueue() {
+  return *executor().makeQueue("com.pelorino.child").release();
+}
+
+void callHost() {
+  const ExitGate::Pass pass;
+  if (!hostState.isAlive) ::_exit(usedTooLate);
+}
+
+/// Adds a block that runs `work` over and over.
+void repeatOn(SerialQueue& queue, const std::function<void()>& work) {
+  queue.add([&queue, work] {
+    work();
+    repeatOn(queue, work);
+  });
+}
+
+void exchange(const std::string& url) {
+  HttpRequest request;
+  request.method = "POST";
+  request.url = url;
+  request.body = "{}";
+  static_cast<void>(System::current().http().perform(request));
+  callHost();
+}
+
+void startWork(const std::string& state, const std::string& port) {
+  ExitGate::arm();
+  for (int i = 0; i < 3; ++i) {
+    SerialQueue& queue = makeQueue();
+    if (state == "calling") repeatOn(queue, callHost);
+    if (state == "waiting") repeatOn(queue, [=] { exchange("http://127.0.0.1:" + port); });
+    if (state == "handshaking") repeatOn(queue, [=] { exchange("https://127.0.0.1:" + port); });
+  }
+}
+
+/// Stays inside the gate, as a closure of the host does that hangs.
+void hang() {
+  executor().mainQueue().add([] {
+    const ExitGate::Pass pass;
+    std::this_thread::sleep_for(1h);
+  });
+}
+
+int end(const std::string& way) {
+  if (way == "quick_exit") std::quick_exit(wantedCode);
+  if (way == "exit on a thread") {
+    std::thread([] { std::exit(wantedCode); }).detach();
+    std::this_thread::sleep_for(1h);
+  }
+  if (way == "exit in a block") {
+    makeQueue().add([] {
+      const ExitGate::Pass pass;
+      std::exit(wantedCode);
+    });
+    std::this_thread::sleep_for(1h);
+  }
+  return wantedCode;
+}
+
+/// Takes away the address space that a thread's stack needs, and gives it back.
+int runWithoutThreads() {
+  rlimit former{};
+  ::getrlimit(RLIMIT_AS, &former);
+  std::size_t pages = 0;
+  std::ifstream("/proc/self/statm") >> pages;
+  rlimit tight = former;
+  tight.rlim_cur = (pages + 256) * static_cast<std::size_t>(::getpagesize());
+  ::setrlimit(RLIMIT_AS, &tight);
+  SerialQueue& queue = makeQueue();
+  std::string ran;
+  queue.add([&] { ran += 'a'; });
+  queue.waitUntilAllBlocksAreFinished();  // Returns: there is no thread to wait for.
+  const bool hadThread = !ran.empty();
+  ::setrlimit(RLIMIT_AS, &former);
+  queue.add([&] { ran += 'b'; });
+  queue.waitUntilAllBlocksAreFinished();
+  return ran == "ab" && !hadThread ? wantedCode : blocksLost;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count != 5) return EXIT_FAILURE;
+  const std::string state = arguments[1];
+  const std::string way = arguments[2];
+  if (state == "without threads") return runWithoutThreads();
+  if (state == "hanging") {
+    hang();
+  } else {
+    startWork(state, arguments[4]);
+  }
+  std::this_thread::sleep_for(std::chrono::microseconds(std::stoi(arguments[3])));
+  return end(way);
+}
