@@ -1,6 +1,7 @@
 #include "Decimal.h"
 
 #include <boost/multiprecision/cpp_dec_float.hpp>
+#include <cctype>
 #include <exception>
 
 namespace pelorino {
@@ -16,7 +17,12 @@ Number numberOf(const Decimal& decimal) {
 
 std::optional<Decimal> Decimal::parse(std::string_view text) {
   try {
-    const Number number{std::string(text)};
+    // The number class would take what stands before the first character that it does not know.
+    const std::string_view json = JsonView(text).text();
+    if (json.front() != '-' && std::isdigit(static_cast<unsigned char>(json.front())) == 0) {
+      return std::nullopt;
+    }
+    const Number number{std::string(json)};
     if (!boost::multiprecision::isfinite(number)) return std::nullopt;
     return Decimal(number.str());
   } catch (const std::exception&) {
