@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "DeterministicTest.h"
+#include "Host.h"
+#include "LogCapture.h"
+#include "PlatformiOS.h"
+
+namespace pelorino {
+namespace {
+
+class PlatformiOSTest : public DeterministicTest {
+ protected:
+  PlatformiOSTest() {
+    description.machine = std::string("iPhone10,3\0\0", 12);
+    description.systemVersion = "14.4";
+    description.preferredLanguages = {"zh-Hans-CN", "en"};
+    description.region = "CN";
+    description.screen = HostScreen{{375, 812}, 3, {1125, 2436}};
+  }
+  ~PlatformiOSTest() override { Host::describe({}); }
+
+  /// One read; absent when no answer came. `waits` tells whether it came only later.
+  std::optional<DeviceData> read(bool* waits = nullptr) {
+    auto answer = std::make_shared<std::optional<DeviceData>>();
+    platform->getDeviceData([answer](const DeviceData& data) { *answer = data; });
+    if (waits != nullptr) *waits = !answer->has_value();
+    system.runUntilIdle();
+    return *answer;
+  }
+
+  void start() {
+    Host::describe(description);
+    platform = std::make_unique<PlatformiOS>(std::make_shared<PlatformStorage>());
+  }
+
+  HostDescription description;
+  std::unique_ptr<PlatformiOS> platform;
+};
+
+TEST_F(PlatformiOSTest, ReadsTheDeviceOnceAndRefreshesWhatMayChange) {
+  int probes = 0;
+  description.integrityProbe = [&] { return ++probes > 0; };
+  start();
+  system.facts().values.secondsFromGmt = 3600;
+  bool waits = false;
+  const auto first = read(&waits);
+  ASSERT_TRUE(first.has_value());
+  EXPECT_TRUE(waits) << "the probe runs on the main queue";
+  EXPECT_EQ(first->language, "zh");
+  EXPECT_EQ(first->country, "CN");
+  EXPECT_EQ(first->osVersion, "14.4");
+  EXPECT_EQ(first->osName, "iOS");
+  EXPECT_EQ(first->manufacturer, "Apple");
+  EXPECT_EQ(first->model, "iPhone10,3");
+  EXPECT_EQ(first->displayPpi, 458);
+  EXPECT_EQ(first->displayResolution, "2436x1125");
+  ASSERT_TRUE(first->displayDiagonal.has_value());
+  EXPECT_NEAR(*first->displayDiagonal, 5.8585799, 1e-7);
+  EXPECT_EQ(first->timeZoneOffset, 3600);
+  EXPECT_TRUE(first->isRooted);
+
+  description.machine = "iPad4,2";
+  description.preferredLanguages.emplace();
+  description.region.reset();
+  description.screen.reset();
+  Host::describe(description);
+  system.facts().values.secondsFromGmt = -7200;
+  const auto second = read(&waits);
+  ASSERT_TRUE(second.has_value());
+  EXPECT_FALSE(waits);
+  EXPECT_EQ(second->language, std::nullopt);
+  EXPECT_EQ(second->country, "");
+  EXPECT_EQ(second->timeZoneOffset, -7200);
+  EXPECT_EQ(second->model, "iPhone10,3");
+  EXPECT_EQ(second->displayResolution, "2436x1125");
+  EXPECT_TRUE(second->isRooted);
+  EXPECT_EQ(probes, 1);
+}
+
+TEST_F(PlatformiOSTest, LeavesOutWhatTheScreenDoesNotSay) {
+  struct Case {
+    const char* label;
+    const char* machine;
+    std::optional<HostScreen> screen;
+    std::optional<std::string> resolution;
+    bool hasDiagonal;
+  };
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const Case cases[] = {
+      {"no screen", "iPhone10,3", {}, {}, false},
+      {"no density", "iPad4,2", HostScreen{{768, 1024}, 2, {1536, 2048}}, "2048x1536", false},
+      {"landscape, part of a pixel", "iPhone10,3", HostScreen{{812.5, 375}, 1, {2436, 1125}},
+       "812x375", true},
+      {"senseless numbers", "iPhone10,3", HostScreen{{1e300, 1}, 2, {nan, 1}}, {}, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    description.machine = c.machine;
+    description.screen = c.screen;
+    start();
+    const auto data = read();
+    ASSERT_TRUE(data.has_value());
+    EXPECT_EQ(data->displayResolution, c.resolution);
+    EXPECT_EQ(data->displayDiagonal.has_value(), c.hasDiagonal);
+  }
+}
+
+TEST_F(PlatformiOSTest, AProbeThatThrowsCountsAsFalse) {
+  description.integrityProbe = []() -> bool { throw std::runtime_error("no access"); };
+  start();
+  const LogCapture log;
+  const auto data = read();
+  ASSERT_TRUE(data.has_value());
+  EXPECT_FALSE(data->isRooted);
+  EXPECT_EQ(log.lines(),
+            (std::vector<std::string>{"ERROR The integrity probe ended with an error: no access"}));
+}
+
+TEST_F(PlatformiOSTest, NobodyIsToldAfterItsEnd) {
+  start();
+  bool answered = false;
+  platform->getDeviceData([&](const DeviceData&) { answered = true; });
+  platform.reset();
+  system.runUntilIdle();
+  EXPECT_FALSE(answered);
+}
+
+TEST_F(PlatformiOSTest, TellsADevelopmentBuildFromItsProfile) {
+  const std::filesystem::path folder =
+      std::filesystem::path(::testing::TempDir()) / "pelorino profile";
+  struct Case {
+    const char* label;
+    std::optional<std::string> profile;
+    std::int64_t state;
+  };
+  const Case cases[] = {
+      {"no profile", {}, 0},
+      {"granted", "<dict>\n\t<key>get-task-allow</key>\r\n <true/></dict>", 1},
+      {"denied", "<key>get-task-allow</key><false/>", 2},
+      {"empty", "", 2},
+      {"not ASCII", "<key>get-task-allow</key><true/>\xC3\xA9", 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    if (c.profile) std::ofstream(folder / "embedded.mobileprovision") << *c.profile;
+    description.bundleFolder = folder.string();
+    start();
+    EXPECT_EQ(platform->getApplicationData().sandboxState, c.state);
+  }
+  std::filesystem::remove_all(folder);
+}
+
+TEST_F(PlatformiOSTest, KeepsApplicationAndIdentifiersButNotTheLibrarysVersion) {
+  description.keyStoreFile = "/keys";
+  description.applicationVersion = "1.0";
+  description.vendorIdentifier = "V";
+  description.trackingAuthorization = 0;
+  start();
+  const ApplicationData application = platform->getApplicationData();
+  EXPECT_EQ(application.applicationVersion, "1.0");
+  EXPECT_EQ(application.applicationBuildVersion, "");
+  const IdentifierData identifiers = platform->getIdentifierData();
+  EXPECT_EQ(identifiers.deviceUIDs.current, "V");
+  EXPECT_FALSE(identifiers.isLimitAdTrackingEnabled) << "not determined counts as allowed";
+  EXPECT_EQ(platform->getSdkData().sdkVersion, "2.1.2");
+
+  description.applicationVersion = "2.0";
+  description.vendorIdentifier = "W";
+  Host::describe(description);
+  SdkConstraints::setSdkVersion("engine-7");
+  EXPECT_EQ(platform->getApplicationData().applicationVersion, "1.0");
+  EXPECT_EQ(platform->getIdentifierData().deviceUIDs.current, "V");
+  EXPECT_EQ(platform->getIdentifierData().uuid, identifiers.uuid);
+  EXPECT_EQ(platform->getSdkData().sdkVersion, "engine-7");
+  EXPECT_EQ(platform->getSdkData().sdkCodeVersion, 10);
+  SdkConstraints::setSdkVersion("2.1.2");
+
+  start();
+  EXPECT_EQ(platform->getApplicationData().applicationVersion, "2.0");
+  EXPECT_EQ(platform->getIdentifierData().deviceUIDs.prev, "V");
+  PlatformiOS::clearKeychain();
+  EXPECT_TRUE(system.keyStoreValues("/keys").byAccount.empty());
+}
+
+}  // namespace
+}  // namespace pelorino

@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "FakeFacts.h"
+#include "ResolvedHost.h"
+
+namespace pelorino {
+namespace {
+
+using Languages = std::vector<std::string>;
+
+class FixedClock final : public Clock {
+ public:
+  [[nodiscard]] std::int64_t milliseconds() const override { return 0; }
+};
+
+class ResolvedHostTest : public ::testing::Test {
+ protected:
+  FakeFacts system;
+  FixedClock clock;
+  HostDescription description;
+  ResolvedHost host{[this] { return std::make_shared<const HostDescription>(description); }, system,
+                    clock};
+};
+
+TEST_F(ResolvedHostTest, TakesLanguageAndRegionFromTheLocale) {
+  struct Case {
+    const char* label;
+    std::map<std::string, std::string> environment;
+    Languages languages;
+    std::optional<std::string> region;
+  };
+  const Case cases[] = {
+      {"nothing set", {}, {}, std::nullopt},
+      {"plain", {{"LANG", "en_GB.UTF-8"}}, {"en-GB"}, "GB"},
+      {"no territory", {{"LANG", "eo.UTF-8"}}, {"eo"}, std::nullopt},
+      {"modifier", {{"LANG", "sr_RS@latin"}}, {"sr-RS"}, "RS"},
+      {"C", {{"LANG", "C.UTF-8"}}, {}, std::nullopt},
+      {"POSIX", {{"LANG", "POSIX"}}, {}, std::nullopt},
+      {"categories differ",
+       {{"LANG", "fr_FR"}, {"LC_MESSAGES", "de_AT"}, {"LC_CTYPE", "it_CH"}},
+       {"de-AT"},
+       "CH"},
+      {"LC_ALL wins",
+       {{"LC_ALL", "pt_BR"}, {"LANG", "fr_FR"}, {"LC_MESSAGES", "de_AT"}},
+       {"pt-BR"},
+       "BR"},
+      {"empty counts as not set", {{"LC_ALL", ""}, {"LANG", "fr_FR"}}, {"fr-FR"}, "FR"},
+      {"not a locale", {{"LANG", "../evil_X"}}, {}, std::nullopt},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    system.values.environment = c.environment;
+    EXPECT_EQ(host.preferredLanguages(), c.languages);
+    EXPECT_EQ(host.region(), c.region);
+  }
+  description.preferredLanguages.emplace();
+  description.region = "";
+  EXPECT_EQ(host.preferredLanguages(), Languages{}) << "told that there are none";
+  EXPECT_EQ(host.region(), "");
+}
+
+TEST_F(ResolvedHostTest, FindsAPlaceForItsFiles) {
+  system.values.homeFolder = "/home/u";
+  EXPECT_EQ(host.supportDirectory(), "/home/u/.local/share/game");
+  EXPECT_EQ(host.keyStoreFile(), "/home/u/.local/state/game/pelorino.keys");
+
+  system.values.environment = {{"XDG_DATA_HOME", "/data"}, {"XDG_STATE_HOME", "relative"}};
+  description.applicationName = "../a/b";
+  EXPECT_EQ(host.supportDirectory(), "/data/.._a_b") << "a name is one folder";
+  EXPECT_EQ(host.keyStoreFile(), "/home/u/.local/state/.._a_b/pelorino.keys");
+  description.applicationName = "..";
+  EXPECT_EQ(host.supportDirectory(), "/data/_..");
+
+  description.supportDirectory = "/told/support";
+  description.keyStoreFile = "/told/keys";
+  EXPECT_EQ(host.supportDirectory(), "/told/support");
+  EXPECT_EQ(host.keyStoreFile(), "/told/keys");
+}
+
+TEST_F(ResolvedHostTest, DerivesAVendorIdentifierThatDoesNotTellTheMachine) {
+  const auto derived = host.vendorIdentifier();
+  ASSERT_TRUE(derived.has_value());
+  EXPECT_TRUE(std::regex_match(*derived, std::regex("[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));
+  // Devices are known by it from one version of the library to the next.
+  EXPECT_EQ(*derived, "1419B103-86C6-5492-9503-96ACE683E8BC");
+
+  description.bundleIdentifier = "com.example.game";
+  const auto ofBundle = host.vendorIdentifier();
+  EXPECT_NE(ofBundle, derived);
+  description.applicationName = "renamed";
+  EXPECT_EQ(host.vendorIdentifier(), ofBundle) << "the bundle outranks the name";
+  system.values.machineId = "another machine";
+  EXPECT_NE(host.vendorIdentifier(), ofBundle);
+  system.values.machineId.reset();
+  EXPECT_EQ(host.vendorIdentifier(), std::nullopt);
+
+  description.vendorIdentifier = "aaaabbbb-cccc-dddd-eeee-ffff00001111";
+  EXPECT_EQ(host.vendorIdentifier(), "AAAABBBB-CCCC-DDDD-EEEE-FFFF00001111");
+  description.vendorIdentifier = "of another form";
+  EXPECT_EQ(host.vendorIdentifier(), "of another form");
+  description.vendorIdentifier = "";
+  system.values.machineId = "another machine";
+  EXPECT_EQ(host.vendorIdentifier(), std::nullopt) << "told that there is none";
+}
+
+TEST_F(ResolvedHostTest, TheToldVersionDecidesWhetherTheUserIsAsked) {
+  struct Case {
+    std::optional<std::string> version;
+    std::optional<int> status;
+    bool asks;
+  };
+  const Case cases[] = {
+      {"14.0.0", {}, true},     {"14.0", 2, true}, {"13.9.9", 3, false}, {"100", {}, true},
+      {"no version", 3, false}, {{}, 3, true},     {{}, {}, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.version.value_or("none"));
+    description.systemVersion = c.version;
+    description.trackingAuthorization = c.status;
+    EXPECT_EQ(host.asksBeforeTracking(), c.asks);
+  }
+}
+
+}  // namespace
+}  // namespace pelorino
