@@ -58,13 +58,15 @@ TEST_F(DeterministicTime, NoTickBeginsAfterTheTimerIsCancelledOrReleased) {
     releasedInTick = nullptr;
     note(ticks)();
   });
-  std::unique_ptr<Timer> queued = system.executor().after(1s, note(ticks));
+  const std::unique_ptr<Timer> cancelled = system.executor().after(1s, note(ticks));
+  std::unique_ptr<Timer> released = system.executor().after(1s, note(ticks));
   const auto semaphore = system.executor().makeSemaphore();
   const auto other = system.executor().makeQueue("other");
   system.executor().mainQueue().add([&] { EXPECT_FALSE(semaphore->wait(1500ms)); });
   other->add([&] {
     EXPECT_FALSE(semaphore->wait(1200ms));
-    queued = nullptr;  // It is due, and waits behind the block of the main queue.
+    cancelled->cancel();  // Both are due, and wait behind the block of the main queue.
+    released = nullptr;
   });
   system.advance(10s);
   EXPECT_EQ(ticks, (Times{1500ms, 1500ms}));

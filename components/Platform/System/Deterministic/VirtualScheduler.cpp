@@ -30,7 +30,9 @@ VirtualScheduler::VirtualScheduler()
   self_ = root_.get();
 }
 
-VirtualScheduler::~VirtualScheduler() { endThreads(); }
+VirtualScheduler::~VirtualScheduler() {
+  endThreads();
+}
 
 void VirtualScheduler::reset(std::uint64_t seed) {
   const std::vector<std::string> abandoned = abandon();
