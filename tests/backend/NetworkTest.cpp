@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Base64.h"
+#include "JSONContent.h"
+#include "LogCapture.h"
+#include "Network.h"
+#include "RecordingExchange.h"
+
+namespace pelorino {
+namespace {
+
+using Headers = std::vector<std::pair<std::string, std::string>>;
+
+std::shared_ptr<JSONContent> contentOf(AnyCodable::Object body,
+                                       RequestContentProtocol::Headers headers = {},
+                                       std::vector<std::string> encodingKeys = {}) {
+  return std::make_shared<JSONContent>(Encodable(std::move(body)), std::move(headers),
+                                       std::move(encodingKeys), "application/json");
+}
+
+TEST(Base64, PadsToFours) {
+  struct Case {
+    std::string bytes;
+    std::string text;
+  };
+  const Case cases[] = {
+      {"", ""},        {"f", "Zg=="},        {"fo", "Zm8="},
+      {"foo", "Zm9v"}, {"foob", "Zm9vYg=="}, {std::string("\xff\x00\xfb\xff", 4), "/wD7/w=="}};
+  for (const Case& c : cases) EXPECT_EQ(base64(c.bytes), c.text);
+}
+
+TEST(UrlBuilder, PutsThePartsTogetherAsTheyAre) {
+  UrlBuilder url("http://h");
+  EXPECT_EQ(url.buildFullPath(), "http://h");
+  url.setQueryParam("k", "old");
+  url.setQueryParam("k", "a b&");
+  EXPECT_EQ(url.buildFullPath(), "http://h?k=a b&");
+  url.path = "/p";
+  url.setQueryParam("a", "1");
+  EXPECT_EQ(url.buildFullPath(), "http://h/p?a=1&k=a b&");
+}
+
+TEST(PlatformRequest, SendsTheBodyWithItsHeadersInOrder) {
+  RecordingExchange http;
+  http.answer = {.status = 201, .body = "answer", .error = {}};
+  const LogCapture log;
+  const auto builder = Network(http).post("http://h");
+  builder->urlBuilder().path = "/p";
+  builder->requestContent =
+      contentOf({{"t", "\u00e9"}}, {{"Id", "x"}, {"A", "\u00e9"}, {"Z", "1"}}, {"A", "Id", "None"});
+  builder->requestIdentifier = "uuid";
+  const Response response = builder->build()->send();
+
+  EXPECT_EQ(response.statusCode, 201);
+  EXPECT_EQ(response.data, "answer");
+  EXPECT_FALSE(response.error);
+  ASSERT_EQ(http.requests.size(), 1U);
+  const HttpRequest& request = http.requests[0];
+  EXPECT_EQ(request.method, "POST");
+  EXPECT_EQ(request.url, "http://h/p");
+  EXPECT_EQ(request.body, "{\"t\":\"\u00e9\"}");
+  EXPECT_EQ(request.timeout, std::chrono::seconds(60));
+  EXPECT_EQ(request.headers, (Headers{{"Content-Length", "10"},
+                                      {"Content-Type", "application/json"},
+                                      {"A", "w6k="},
+                                      {"Id", "eA=="},
+                                      {"Z", "1"}}));
+  EXPECT_EQ(log.lines(),
+            std::vector<std::string>{"DEBUG [Network Module] \n Method: POST\n URL: http://h/p\n"
+                                     " Content-type: application/json\n Headers: \n"
+                                     "\t\tA: \u00e9,\n\t\tId: x,\n\t\tZ: 1\n EncodedHeaders: \n"
+                                     "\t\tA: w6k=,\n\t\tId: eA==,\n\t\tZ: 1\n"
+                                     " Content UUID: uuid \n"
+                                     " Content: {\n  \"t\": \"\u00e9\"\n} \n"});
+}
+
+TEST(PlatformRequest, LogsAnExchangeWithoutIdentifierAndHeaders) {
+  RecordingExchange http;
+  const LogCapture log;
+  const auto builder = Network(http).get("http://h");
+  builder->requestContent = contentOf({});
+  (void)builder->build()->send();
+  EXPECT_EQ(http.requests.at(0).method, "GET");
+  EXPECT_EQ(http.requests.at(0).body, "{}");
+  EXPECT_EQ(log.lines(),
+            std::vector<std::string>{"DEBUG [Network Module] \n Method: GET\n URL: http://h\n"
+                                     " Content-type: application/json\n Headers: \n\n"
+                                     " EncodedHeaders: \n\n  Content: {} \n"});
+}
+
+TEST(PlatformRequest, ReadsFailuresAsStatus400) {
+  struct Case {
+    const char* label;
+    std::string host;
+    AnyCodable::Object body;
+    HttpResponse answer;
+    std::size_t sent;
+    bool hasError;
+    std::vector<std::string> log;
+  };
+  const double infinite = std::numeric_limits<double>::infinity();
+  const Case cases[] = {
+      {"invalid URL", "http://a b", {}, {200, "x", {}}, 0, false, {}},
+      {"body that JSON cannot hold",
+       "http://h",
+       {{"a", infinite}},
+       {200, "x", {}},
+       0,
+       false,
+       {"ERROR [Network Module] Can't parse response data. Error: getContent Error"}},
+      {"no answer", "http://h", {}, {{}, {}, "refused"}, 1, true, {}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    RecordingExchange http;
+    http.answer = c.answer;
+    const LogCapture log(PLRLogLevel::info);
+    const auto builder = Network(http).post(c.host);
+    builder->requestContent = contentOf(c.body);
+    const Response response = builder->build()->send();
+    EXPECT_EQ(response.statusCode, 400);
+    EXPECT_EQ(response.data, std::nullopt);
+    EXPECT_EQ(response.error.has_value(), c.hasError);
+    EXPECT_EQ(http.requests.size(), c.sent);
+    EXPECT_EQ(log.lines(), c.log);
+  }
+}
+
+TEST(PlatformRequest, NeverSendsAHeaderThatCouldForgeAnother) {
+  RecordingExchange http;
+  const LogCapture log(PLRLogLevel::error);
+  const auto builder = Network(http).post("http://h");
+  builder->requestContent =
+      contentOf({}, {{"A", "x\r\nB: y"}, {"C\n", "z"}, {"D", "x\r\n"}, {"E", "ok"}}, {"D"});
+  (void)builder->build()->send();
+  EXPECT_EQ(http.requests.at(0).headers, (Headers{{"Content-Length", "2"},
+                                                  {"Content-Type", "application/json"},
+                                                  {"D", "eA0K"},
+                                                  {"E", "ok"}}));
+  EXPECT_EQ(log.lines().size(), 2U);
+}
+
+TEST(RequestBuilder, NeedsContent) {
+  RecordingExchange http;
+  try {
+    (void)Network(http).post("http://h")->build();
+    ADD_FAILURE() << "built without content";
+  } catch (const PLRError& error) {
+    EXPECT_EQ(error.description(), "[Network Module] requestContent is nil");
+  }
+}
+
+}  // namespace
+}  // namespace pelorino
