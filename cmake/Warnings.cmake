@@ -1,9 +1,10 @@
-# What every target of this project is compiled with.
+# What every target of this project is compiled with. Records have defaults and are made with the
+# fields that differ, so a field that is left out is no mistake.
 add_library(pelorino_warnings INTERFACE)
 target_compile_options(
   pelorino_warnings
   INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-            -Woverloaded-virtual -Werror -ffunction-sections -fdata-sections
+            -Woverloaded-virtual -Werror -Wno-missing-field-initializers -ffunction-sections -fdata-sections
             $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
 
 if(PELORINO_SANITIZE)

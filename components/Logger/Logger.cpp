@@ -30,7 +30,9 @@ std::shared_ptr<const Closure> shared(Closure closure) {
 
 }  // namespace
 
-PLRLogLevel Logger::logLevel() noexcept { return state().level.load(std::memory_order_relaxed); }
+PLRLogLevel Logger::logLevel() noexcept {
+  return state().level.load(std::memory_order_relaxed);
+}
 
 void Logger::setLogLevel(PLRLogLevel level) noexcept {
   state().level.store(level, std::memory_order_relaxed);

@@ -10,8 +10,8 @@ namespace {
 
 void logEscapedException(std::string_view queue, std::string_view what) {
   Logger::writeLog(PLRLogLevel::error, [&] {
-    return "[Queue] A block on " + std::string(queue) + " ended with an error: " +
-           std::string(what);
+    return "[Queue] A block on " + std::string(queue) +
+           " ended with an error: " + std::string(what);
   });
 }
 

@@ -8,10 +8,11 @@
 #include "BackendConfigUrl.h"
 #include "Core.h"
 #include "Host.h"
-#include "IdentifierCollector.h"
 #include "Logger.h"
 #include "PLRAnalyticsConfigurationLocal.h"
+#include "PlatformiOS.h"
 #include "PublicCall.h"
+#include "ResolvedHost.h"
 #include "SQLiteProvider.h"
 #include "Text.h"
 
@@ -19,7 +20,9 @@ using namespace pelorino;
 
 namespace {
 
-std::string copied(std::string_view text) { return repairUtf8(std::string(text)); }
+std::string copied(std::string_view text) {
+  return repairUtf8(std::string(text));
+}
 
 PLRAnalyticsConfigurationLocal cloneToLocal(const PLRAnalyticsConfiguration& configuration) {
   PLRAnalyticsConfigurationLocal local;
@@ -33,14 +36,15 @@ PLRAnalyticsConfigurationLocal cloneToLocal(const PLRAnalyticsConfiguration& con
 AnyCodable::Object copied(const PLRCustomEventParameters& parameters) {
   AnyCodable::Object values;
   for (const auto& [key, value] : parameters.getAllParameters()) {
-    values.insert_or_assign(
-        copied(key),
-        std::visit([](const auto& plain) { return AnyCodable(plain); }, value));
+    values.insert_or_assign(copied(key),
+                            std::visit([](const auto& plain) { return AnyCodable(plain); }, value));
   }
   return values;
 }
 
-AnalyticsProxy& proxyOf(const std::shared_ptr<Core>& core) { return core->analyticsProxy(); }
+AnalyticsProxy& proxyOf(const std::shared_ptr<Core>& core) {
+  return core->analyticsProxy();
+}
 
 /// Hands a completion handler to a getter of the front.
 template <class Handler>
@@ -62,9 +66,13 @@ void PLRAnalytics::initialize(std::string_view applicationKey,
   });
 }
 
-PLRLogLevel PLRAnalytics::logLevel() noexcept { return Logger::logLevel(); }
+PLRLogLevel PLRAnalytics::logLevel() noexcept {
+  return Logger::logLevel();
+}
 
-void PLRAnalytics::setLogLevel(PLRLogLevel level) noexcept { Logger::setLogLevel(level); }
+void PLRAnalytics::setLogLevel(PLRLogLevel level) noexcept {
+  Logger::setLogLevel(level);
+}
 
 std::function<void(const std::string&)> PLRAnalytics::loggerMessageClosure() {
   return Logger::loggerMessageClosure();
@@ -93,8 +101,7 @@ void PLRAnalytics::getUserId(std::function<void(const std::string&)> completionH
   ask("getUserId", &AnalyticsProxy::getUserId, std::move(completionHandler));
 }
 
-void PLRAnalytics::getCurrentLevel(
-    std::function<void(std::int64_t)> completionHandler) noexcept {
+void PLRAnalytics::getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept {
   ask("getCurrentLevel", &AnalyticsProxy::getCurrentLevel, std::move(completionHandler));
 }
 
@@ -106,15 +113,13 @@ void PLRAnalytics::setIdentifiersListener(
 }
 
 void PLRAnalytics::customEvent(std::string_view eventName) noexcept {
-  publicCall("customEvent",
-             [&] { proxyOf(Core::shared()).customEvent(copied(eventName), {}); });
+  publicCall("customEvent", [&] { proxyOf(Core::shared()).customEvent(copied(eventName), {}); });
 }
 
 void PLRAnalytics::customEvent(std::string_view eventName,
                                const PLRCustomEventParameters& parameters) noexcept {
-  publicCall("customEvent", [&] {
-    proxyOf(Core::shared()).customEvent(copied(eventName), copied(parameters));
-  });
+  publicCall("customEvent",
+             [&] { proxyOf(Core::shared()).customEvent(copied(eventName), copied(parameters)); });
 }
 
 void PLRAnalytics::sendBufferedEvents() noexcept {
@@ -150,10 +155,11 @@ void PLRAnalytics::getTestCustomUrl(
 
 std::string PLRAnalytics::sdkFolderPath() {
   return publicCall("sdkFolderPath", std::string("fileMessagerError"), [] {
-    return SQLiteProvider::folderPath(Host::supportDirectory()).value_or("fileMessagerError");
+    return SQLiteProvider::folderPath(Host::facts().supportDirectory())
+        .value_or("fileMessagerError");
   });
 }
 
 void PLRAnalytics::clearKeychain() noexcept {
-  publicCall("clearKeychain", [] { IdentifierCollector::clearKeychain(); });
+  publicCall("clearKeychain", [] { PlatformiOS::clearKeychain(); });
 }

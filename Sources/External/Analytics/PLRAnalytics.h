@@ -38,7 +38,8 @@ class PLR_EXPORT PLRAnalytics {
   [[nodiscard]] static PLRLogLevel logLevel() noexcept;
   static void setLogLevel(PLRLogLevel level) noexcept;
 
-  /// Held and given back; no line is written to it. Log lines go to the closure of PLREngineWrapper.
+  /// Held and given back; no line is written to it. Log lines go to the closure of
+  /// PLREngineWrapper.
   [[nodiscard]] static std::function<void(const std::string&)> loggerMessageClosure();
   static void setLoggerMessageClosure(std::function<void(const std::string&)> closure) noexcept;
 

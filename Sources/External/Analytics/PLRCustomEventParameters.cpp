@@ -1,6 +1,5 @@
-#include <pelorino/PLRCustomEventParameters.h>
-
 #include <fmt/format.h>
+#include <pelorino/PLRCustomEventParameters.h>
 
 #include "Core.h"
 #include "Logger.h"

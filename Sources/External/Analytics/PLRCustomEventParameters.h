@@ -23,10 +23,8 @@ class PLR_EXPORT PLRCustomEventParameters {
 
   /// Any integer type, `bool`, `float` and `double`, and any text. A string literal is a text.
   template <class T>
-    requires std::is_arithmetic_v<T>
-  void add(std::string_view key, T value) {
-    addParameter(key, number(value));
-  }
+  requires std::is_arithmetic_v<T>
+  void add(std::string_view key, T value) { addParameter(key, number(value)); }
   void add(std::string_view key, std::string_view value);
   void add(std::string_view key, const char* value) { add(key, text(value)); }
   void add(std::string_view key, const std::string& value) { add(key, std::string_view(value)); }

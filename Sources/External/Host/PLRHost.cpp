@@ -1,14 +1,40 @@
 #include <pelorino/PLRHost.h>
 
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "Host.h"
 #include "PublicCall.h"
 #include "System.h"
+#include "Text.h"
 
 using namespace pelorino;
 
 namespace {
+
+HostSize sizeOf(const PLRSize& size) {
+  return {.width = size.width, .height = size.height};
+}
+
+std::optional<HostScreen> screenOf(const std::optional<PLRScreen>& screen) {
+  if (!screen) return std::nullopt;
+  return HostScreen{.bounds = sizeOf(screen->bounds),
+                    .scale = screen->scale,
+                    .nativeBounds = sizeOf(screen->nativeBounds)};
+}
+
+std::optional<std::string> copied(std::optional<std::string> text) {
+  if (text) *text = repairUtf8(std::move(*text));
+  return text;
+}
+
+std::optional<std::vector<std::string>> copied(std::optional<std::vector<std::string>> texts) {
+  if (!texts) return texts;
+  for (std::string& text : *texts) text = repairUtf8(std::move(text));
+  return texts;
+}
 
 void moveTo(ApplicationState state, ApplicationNotification notification) {
   Host::setApplicationState(state);
@@ -16,6 +42,29 @@ void moveTo(ApplicationState state, ApplicationNotification notification) {
 }
 
 }  // namespace
+
+void PLRHost::describe(const PLRHostDescription& description) noexcept {
+  publicCall("describe", [&] {
+    // Paths are bytes to the file system and stay as they are; everything else may be sent.
+    Host::describe({.applicationName = copied(description.applicationName),
+                    .applicationVersion = copied(description.applicationVersion),
+                    .applicationBuildVersion = copied(description.applicationBuildVersion),
+                    .bundleIdentifier = copied(description.bundleIdentifier),
+                    .bundleFolder = description.bundleFolder,
+                    .receiptFile = description.receiptFile,
+                    .supportDirectory = description.supportDirectory,
+                    .keyStoreFile = description.keyStoreFile,
+                    .preferredLanguages = copied(description.preferredLanguages),
+                    .region = copied(description.region),
+                    .vendorIdentifier = copied(description.vendorIdentifier),
+                    .advertisingIdentifier = copied(description.advertisingIdentifier),
+                    .trackingAuthorization = description.trackingAuthorization,
+                    .screen = screenOf(description.screen),
+                    .machine = copied(description.machine),
+                    .systemVersion = copied(description.systemVersion),
+                    .integrityProbe = description.integrityProbe});
+  });
+}
 
 void PLRHost::setApplicationState(PLRApplicationState state) noexcept {
   publicCall("setApplicationState",
@@ -28,9 +77,8 @@ void PLRHost::didBecomeActive() noexcept {
 }
 
 void PLRHost::willResignActive() noexcept {
-  publicCall("willResignActive", [] {
-    moveTo(ApplicationState::inactive, ApplicationNotification::willResignActive);
-  });
+  publicCall("willResignActive",
+             [] { moveTo(ApplicationState::inactive, ApplicationNotification::willResignActive); });
 }
 
 void PLRHost::didEnterBackground() noexcept {

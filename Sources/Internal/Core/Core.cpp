@@ -34,7 +34,9 @@ Core::Core()
     : analyticsProxy_(std::make_shared<AnalyticsProxy>()),
       analyticsObserver_(std::make_shared<AnalyticsObserver>()) {}
 
-Core::~Core() { std::puts("PLRAnalytics deinit Core module"); }
+Core::~Core() {
+  std::puts("PLRAnalytics deinit Core module");
+}
 
 void Core::initialize(std::string applicationKey,
                       std::optional<PLRAnalyticsConfigurationLocal> configuration) {
@@ -59,16 +61,15 @@ void Core::onLoadAction() {
 void Core::startInitialize(std::string applicationKey,
                            std::optional<PLRAnalyticsConfigurationLocal> configuration) {
   if (isInitialized_.exchange(true)) {
-    Logger::writeLog(
-        PLRLogLevel::error,
-        "In the Initialize method an error has occurred: SDK is already initialized");
+    Logger::writeLog(PLRLogLevel::error,
+                     "In the Initialize method an error has occurred: SDK is already initialized");
     return;
   }
-  QueueManager::incomeQueue().addOperation(
-      [weak = weak_from_this(), applicationKey = std::move(applicationKey),
-       configuration = std::move(configuration)] {
-        if (const auto self = weak.lock()) self->start(applicationKey, configuration);
-      });
+  QueueManager::incomeQueue().addOperation([weak = weak_from_this(),
+                                            applicationKey = std::move(applicationKey),
+                                            configuration = std::move(configuration)] {
+    if (const auto self = weak.lock()) self->start(applicationKey, configuration);
+  });
 }
 
 }  // namespace pelorino

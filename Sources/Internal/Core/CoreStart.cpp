@@ -16,6 +16,7 @@
 #include "Network.h"
 #include "PlatformStorage.h"
 #include "PlatformiOS.h"
+#include "ResolvedHost.h"
 #include "SQLiteProvider.h"
 #include "ServiceFactory.h"
 #include "System.h"
@@ -38,12 +39,12 @@ void Core::start(const std::string& applicationKey,
 std::shared_ptr<CoreFactory> Core::initSubModules(const std::string& applicationKey) {
   try {
     auto platform = std::make_shared<PlatformiOS>(std::make_shared<PlatformStorage>());
-    auto lifeCycle =
-        std::make_shared<LifeCycleRepository>(std::make_shared<ApplicationLifeCycle>(
-            System::current().notifications()));
+    auto lifeCycle = std::make_shared<LifeCycleRepository>(
+        std::make_unique<ApplicationLifeCycle>(System::current().notifications()));
     auto backend = std::make_shared<Backend>(std::make_shared<BackendRepository>(
         std::make_shared<Network>(System::current().http()), std::make_shared<ContentFactory>()));
-    auto database = std::make_shared<SQLiteProvider>(applicationKey, Host::supportDirectory());
+    auto database =
+        std::make_shared<SQLiteProvider>(applicationKey, Host::facts().supportDirectory());
     return std::make_shared<CoreFactory>(std::move(lifeCycle), std::move(backend),
                                          std::move(platform), std::move(database));
   } catch (const std::exception& error) {
@@ -60,11 +61,11 @@ void Core::startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
                       const std::string& applicationKey,
                       const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {
   System& system = System::current();
-  auto deviceManager = std::make_shared<DeviceManager>(
-      coreFactory->identifiersRepository(), coreFactory->toolsRepository(), coreFactory->platform,
-      system.executor());
-  auto coreManager = std::make_shared<CoreManager>(
-      applicationKey, coreFactory->projectRepository(), coreFactory->userRepository());
+  auto deviceManager = std::make_shared<DeviceManager>(coreFactory->identifiersRepository(),
+                                                       coreFactory->toolsRepository(),
+                                                       coreFactory->platform(), system.executor());
+  auto coreManager = std::make_shared<CoreManager>(applicationKey, coreFactory->projectRepository(),
+                                                   coreFactory->userRepository());
   auto stateManager = std::make_shared<StateManager>(
       std::move(deviceManager), std::move(coreManager), coreFactory->userRepository(),
       configuration ? configuration->userId : std::nullopt, [weak = weak_from_this()] {
@@ -73,7 +74,7 @@ void Core::startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
       });
   ServiceFactory serviceFactory(coreFactory, std::move(stateManager), system.clock());
   const auto logic = AnalyticsLogic::make(serviceFactory.analyticsServices(),
-                                          coreFactory->lifeCycle, system.clock());
+                                          coreFactory->lifeCycle(), system.clock());
   logic->prepareCallBacks();
   logic->applyAnalyticsConfiguration(configuration);
   logic->tryStartSDK();

@@ -8,12 +8,12 @@
 #include "DatabaseProtocol.h"
 #include "EventRepository.h"
 #include "IdentifiersRepository.h"
-#include "Lazy.h"
 #include "LevelResourcesRepository.h"
 #include "LifeCycleRepository.h"
 #include "MessagingCategoryRepository.h"
 #include "PeopleRepository.h"
 #include "PlatformProtocol.h"
+#include "Product.h"
 #include "ProjectRepository.h"
 #include "RealPaymentRepository.h"
 #include "ReportsRepository.h"
@@ -33,50 +33,54 @@ class CoreFactory final {
   CoreFactory(std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
               std::shared_ptr<BackendProtocol> backend, std::shared_ptr<PlatformProtocol> platform,
               std::shared_ptr<DatabaseProtocol> database)
-      : lifeCycle(std::move(lifeCycle)),
-        backend(std::move(backend)),
-        platform(std::move(platform)),
-        database(std::move(database)) {}
+      : lifeCycle_(std::move(lifeCycle)),
+        backend_(std::move(backend)),
+        platform_(std::move(platform)),
+        database_(std::move(database)) {}
 
-  const std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle;
-  const std::shared_ptr<BackendProtocol> backend;
-  const std::shared_ptr<PlatformProtocol> platform;
-  const std::shared_ptr<DatabaseProtocol> database;
+  [[nodiscard]] const auto& lifeCycle() const { return lifeCycle_; }
+  [[nodiscard]] const auto& backend() const { return backend_; }
+  [[nodiscard]] const auto& platform() const { return platform_; }
+  [[nodiscard]] const auto& database() const { return database_; }
 
   void setLifeCycleListener(std::weak_ptr<LifeCycleProtocol> lifeCycleListener) {
-    lifeCycle->setLifeCycleListener(std::move(lifeCycleListener));
+    lifeCycle_->setLifeCycleListener(std::move(lifeCycleListener));
   }
 
-  const auto& projectRepository() { return projectRepository_.get(database); }
-  const auto& userRepository() { return userRepository_.get(database); }
-  const auto& identifiersRepository() { return identifiersRepository_.get(database); }
-  const auto& eventRepository() { return eventRepository_.get(database); }
-  const auto& reportsRepository() { return reportsRepository_.get(database); }
+  const auto& projectRepository() { return projectRepository_.get(database_); }
+  const auto& userRepository() { return userRepository_.get(database_); }
+  const auto& identifiersRepository() { return identifiersRepository_.get(database_); }
+  const auto& eventRepository() { return eventRepository_.get(database_); }
+  const auto& reportsRepository() { return reportsRepository_.get(database_); }
   const auto& currencyAccrualResourcesRepository() {
-    return currencyAccrualResourcesRepository_.get(database);
+    return currencyAccrualResourcesRepository_.get(database_);
   }
-  const auto& levelResourcesRepository() { return levelResourcesRepository_.get(database); }
-  const auto& realPaymentRepository() { return realPaymentRepository_.get(database); }
-  const auto& tutorialRepository() { return tutorialRepository_.get(database); }
-  const auto& peopleRepository() { return peopleRepository_.get(database); }
-  const auto& messagingCategoryRepository() { return messagingCategoryRepository_.get(database); }
-  const auto& toolsRepository() { return toolsRepository_.get(database); }
-  const auto& subscriptionRepository() { return subscriptionRepository_.get(database); }
+  const auto& levelResourcesRepository() { return levelResourcesRepository_.get(database_); }
+  const auto& realPaymentRepository() { return realPaymentRepository_.get(database_); }
+  const auto& tutorialRepository() { return tutorialRepository_.get(database_); }
+  const auto& peopleRepository() { return peopleRepository_.get(database_); }
+  const auto& messagingCategoryRepository() { return messagingCategoryRepository_.get(database_); }
+  const auto& toolsRepository() { return toolsRepository_.get(database_); }
+  const auto& subscriptionRepository() { return subscriptionRepository_.get(database_); }
 
  private:
-  Lazy<ProjectRepository> projectRepository_;
-  Lazy<UserRepository> userRepository_;
-  Lazy<IdentifiersRepository> identifiersRepository_;
-  Lazy<EventRepository> eventRepository_;
-  Lazy<ReportsRepository> reportsRepository_;
-  Lazy<CurrencyAccrualResourcesRepository> currencyAccrualResourcesRepository_;
-  Lazy<LevelResourcesRepository> levelResourcesRepository_;
-  Lazy<RealPaymentRepository> realPaymentRepository_;
-  Lazy<TutorialRepository> tutorialRepository_;
-  Lazy<PeopleRepository> peopleRepository_;
-  Lazy<MessagingCategoryRepository> messagingCategoryRepository_;
-  Lazy<ToolsRepository> toolsRepository_;
-  Lazy<SubscriptionRepository> subscriptionRepository_;
+  std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle_;
+  std::shared_ptr<BackendProtocol> backend_;
+  std::shared_ptr<PlatformProtocol> platform_;
+  std::shared_ptr<DatabaseProtocol> database_;
+  Product<ProjectRepository> projectRepository_;
+  Product<UserRepository> userRepository_;
+  Product<IdentifiersRepository> identifiersRepository_;
+  Product<EventRepository> eventRepository_;
+  Product<ReportsRepository> reportsRepository_;
+  Product<CurrencyAccrualResourcesRepository> currencyAccrualResourcesRepository_;
+  Product<LevelResourcesRepository> levelResourcesRepository_;
+  Product<RealPaymentRepository> realPaymentRepository_;
+  Product<TutorialRepository> tutorialRepository_;
+  Product<PeopleRepository> peopleRepository_;
+  Product<MessagingCategoryRepository> messagingCategoryRepository_;
+  Product<ToolsRepository> toolsRepository_;
+  Product<SubscriptionRepository> subscriptionRepository_;
 };
 
 }  // namespace pelorino

@@ -30,7 +30,7 @@ const std::shared_ptr<EventsService>& ServiceFactory::eventsService() {
 
 const std::shared_ptr<ReportService>& ServiceFactory::reportService() {
   return reportService_.get(stateManager_, coreFactory_->eventRepository(),
-                            coreFactory_->reportsRepository(), coreFactory_->backend);
+                            coreFactory_->reportsRepository(), coreFactory_->backend());
 }
 
 const std::shared_ptr<CurrencyAccrualService>& ServiceFactory::currencyAccrualService() {

@@ -6,7 +6,7 @@
 #include "AnalyticsLogic.h"
 #include "Clock.h"
 #include "CoreFactory.h"
-#include "Lazy.h"
+#include "Product.h"
 #include "StateManager.h"
 
 namespace pelorino {
@@ -34,13 +34,13 @@ class ServiceFactory final {
   std::shared_ptr<CoreFactory> coreFactory_;
   std::shared_ptr<StateManager> stateManager_;
   std::reference_wrapper<const Clock> clock_;
-  Lazy<ProjectService> projectService_;
-  Lazy<UserService> userService_;
-  Lazy<LevelResourceService> levelResourceService_;
-  Lazy<ActivityService> activityService_;
-  Lazy<EventsService> eventsService_;
-  Lazy<ReportService> reportService_;
-  Lazy<CurrencyAccrualService> currencyAccrualService_;
+  Product<ProjectService> projectService_;
+  Product<UserService> userService_;
+  Product<LevelResourceService> levelResourceService_;
+  Product<ActivityService> activityService_;
+  Product<EventsService> eventsService_;
+  Product<ReportService> reportService_;
+  Product<CurrencyAccrualService> currencyAccrualService_;
 };
 
 }  // namespace pelorino

@@ -19,9 +19,8 @@ namespace pelorino {
 class CoreManager final {
  public:
   /// New values of pelorinoId, crossPlatformPelorinoId and pelorinoIdTimestamp.
-  using IdentifiersReset = std::function<void(std::optional<std::int64_t>,
-                                              std::optional<std::int64_t>,
-                                              std::optional<std::int64_t>)>;
+  using IdentifiersReset = std::function<void(
+      std::optional<std::int64_t>, std::optional<std::int64_t>, std::optional<std::int64_t>)>;
 
   CoreManager(std::string applicationKey, std::shared_ptr<ProjectRepository> projectRepository,
               std::shared_ptr<UserRepository> userRepository);

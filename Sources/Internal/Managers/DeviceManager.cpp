@@ -14,7 +14,8 @@ constexpr const char* sdkVersionProperty = "sdkVersion";
 
 /// An answer and the wait for it. The answer may come after nobody waits any more.
 struct PendingDeviceData {
-  explicit PendingDeviceData(std::unique_ptr<Semaphore> semaphore) : arrived(std::move(semaphore)) {}
+  explicit PendingDeviceData(std::unique_ptr<Semaphore> semaphore)
+      : arrived(std::move(semaphore)) {}
 
   std::unique_ptr<Semaphore> arrived;
   Guarded<std::optional<DeviceData>> data;
@@ -34,8 +35,11 @@ std::shared_ptr<DeviceIdentifiers> DeviceManager::initializeDeviceId(const Proje
   const IdentifierData data = platform_->getIdentifierData();
   auto row = identifiersOf(project);
   if (!row) {
-    row = std::make_shared<DeviceIdentifiers>(project.idKey, data.deviceUIDs.current, data.uuid,
-                                              data.deviceUIDs.prev);
+    row = std::make_shared<DeviceIdentifiers>();
+    row->projectId = project.idKey;
+    row->deviceIdentifier = data.deviceUIDs.current;
+    row->previousDeviceIdentifier = data.deviceUIDs.prev;
+    row->uuid = data.uuid;
     identifiersRepository_->insert(row);
   } else if (row->deviceIdentifier != data.deviceUIDs.current) {
     row->previousDeviceIdentifier = row->deviceIdentifier;
@@ -62,13 +66,17 @@ std::optional<DeviceData> DeviceManager::getDeviceData() {
   return pending->data.get();
 }
 
-ApplicationData DeviceManager::getAppData() { return platform_->getApplicationData(); }
+ApplicationData DeviceManager::getAppData() {
+  return platform_->getApplicationData();
+}
 
-IdentifierData DeviceManager::getIdentifiersData() { return platform_->getIdentifierData(); }
+IdentifierData DeviceManager::getIdentifiersData() {
+  return platform_->getIdentifierData();
+}
 
 std::optional<bool> DeviceManager::sdkVersionIsChanged() {
   const std::string version = SdkConstraints::sdkVersion();
-  const auto& rows = toolsRepository_->list();
+  const auto rows = toolsRepository_->list();
   if (rows.empty()) {
     auto tools = std::make_shared<SdkTools>();
     tools->properties[sdkVersionProperty] = version;
@@ -77,7 +85,7 @@ std::optional<bool> DeviceManager::sdkVersionIsChanged() {
   }
   const auto tools = rows.front();
   const auto stored = tools->properties.find(sdkVersionProperty);
-  if (stored == tools->properties.end() || stored->second == PeopleValueType(version)) return false;
+  if (stored == tools->properties.end() || stored->second.isEqual(version)) return false;
   stored->second = version;
   toolsRepository_->update(tools);
   return true;

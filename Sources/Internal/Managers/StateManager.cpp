@@ -22,7 +22,9 @@ CoreManager::IdentifiersReset makeReset(const std::shared_ptr<DeviceManager>& de
   };
 }
 
-double roundedToFiveDecimals(double value) { return std::round(value * 100000) / 100000; }
+double roundedToFiveDecimals(double value) {
+  return std::round(value * 100000) / 100000;
+}
 
 }  // namespace
 
@@ -59,8 +61,7 @@ std::shared_ptr<DeviceIdentifiers> StateManager::getActiveDeviceIdentifiers() co
 }
 
 std::vector<std::shared_ptr<User>> StateManager::getAllUsers() const {
-  const auto& users = userRepository_->list();
-  return {users.begin(), users.end()};
+  return userRepository_->list();
 }
 
 std::vector<std::shared_ptr<User>> StateManager::getInactiveProjectUsers() const {
@@ -73,7 +74,9 @@ std::vector<std::shared_ptr<User>> StateManager::getInactiveProjectUsers() const
   return inactive;
 }
 
-void StateManager::activateUser(const std::string& userId) { activeUser_ = chooseUser(userId); }
+void StateManager::activateUser(const std::string& userId) {
+  activeUser_ = chooseUser(userId);
+}
 
 void StateManager::replaceUserId(const std::shared_ptr<User>& user, const std::string& userId) {
   user->previousUserId = user->userId;
@@ -122,7 +125,8 @@ std::optional<DeviceInfo> StateManager::getDeviceInfo(std::int64_t timestamp) co
   info.os = device->osName;
   info.displayPpi = device->displayPpi;
   info.displayResolution = device->displayResolution;
-  if (device->displayDiagonal) info.displayDiagonal = roundedToFiveDecimals(*device->displayDiagonal);
+  if (device->displayDiagonal)
+    info.displayDiagonal = roundedToFiveDecimals(*device->displayDiagonal);
   info.manufacturer = device->manufacturer;
   info.model = device->model;
   info.timeZoneOffset = device->timeZoneOffset;

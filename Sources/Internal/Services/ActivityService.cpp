@@ -17,8 +17,7 @@ bool opensNewSession(std::optional<std::int64_t> lastBackgroundTime, std::int64_
 }
 
 ActivityService::ActivityService(std::shared_ptr<StateManager> stateManager,
-                                 std::shared_ptr<UserRepository> userRepository,
-                                 const Clock& clock)
+                                 std::shared_ptr<UserRepository> userRepository, const Clock& clock)
     : stateManager_(std::move(stateManager)),
       userRepository_(std::move(userRepository)),
       clock_(clock) {}

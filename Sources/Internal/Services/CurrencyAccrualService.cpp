@@ -8,6 +8,8 @@ CurrencyAccrualService::CurrencyAccrualService(
     std::shared_ptr<CurrencyAccrualResourcesRepository> accrualResourcesRepository)
     : accrualResourcesRepository_(std::move(accrualResourcesRepository)) {}
 
-void CurrencyAccrualService::removeAllResources() { accrualResourcesRepository_->clear(); }
+void CurrencyAccrualService::removeAllResources() {
+  accrualResourcesRepository_->clear();
+}
 
 }  // namespace pelorino

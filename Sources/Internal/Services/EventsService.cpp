@@ -22,7 +22,9 @@ void EventsService::addEvent(const Storable& event, const User& user) {
   createEventForUser(event, user);
 }
 
-void EventsService::removeAllEvents() { eventRepository_->clear(); }
+void EventsService::removeAllEvents() {
+  eventRepository_->clear();
+}
 
 void EventsService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
   std::vector<std::int64_t> ids;
@@ -49,8 +51,11 @@ bool EventsService::passesGates(const Storable& event) const {
 
 void EventsService::createEventForUser(const Storable& event, const User& user) {
   if (!passesGates(event)) return;
-  eventRepository_->insert(
-      std::make_shared<EventObject>(std::string(event.code()), user.idKey, event.getJson()));
+  const auto object = std::make_shared<EventObject>();
+  object->code = event.code();
+  object->userId = user.idKey;
+  object->json = event.getJson();
+  eventRepository_->insert(object);
   Logger::writeLog(PLRLogLevel::info,
                    [&] { return "Create a new event: \n" + event.description(); });
   const auto waiting = static_cast<std::int64_t>(eventRepository_->countOfUser(user.idKey));

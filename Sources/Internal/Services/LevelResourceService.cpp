@@ -13,6 +13,8 @@ void LevelResourceService::removeResources(std::int64_t userId) {
   levelResourcesRepository_->deleteForDataForUsers(std::array{userId});
 }
 
-void LevelResourceService::removeAllResources() { levelResourcesRepository_->clear(); }
+void LevelResourceService::removeAllResources() {
+  levelResourcesRepository_->clear();
+}
 
 }  // namespace pelorino

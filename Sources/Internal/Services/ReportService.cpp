@@ -46,8 +46,9 @@ ReportService::ReportService(std::shared_ptr<StateManager> stateManager,
       backend_(std::move(backend)) {}
 
 void ReportService::sendFlashEvent(const Storable& event) {
-  const std::shared_ptr<EventObject> object =
-      std::make_shared<EventObject>(std::string(event.code()), -1, event.getJson());
+  const auto object = std::make_shared<EventObject>();
+  object->code = event.code();
+  object->json = event.getJson();
   auto report = std::make_shared<Report>(createPackages({&object, 1}));
   report->identifiers = stateManager_->getIdentifiers(*stateManager_->getActiveUser());
   report->appKey = stateManager_->getActiveProject()->applicationKey;
@@ -55,8 +56,8 @@ void ReportService::sendFlashEvent(const Storable& event) {
     const auto self = weak.lock();
     if (!self) return;
     logSending(*report);
-    const auto failure = self->backend_->sendAnalytics(*report->appKey, *report->identifiers,
-                                                       {.reports = {report}});
+    const auto failure =
+        self->backend_->sendAnalytics(*report->appKey, *report->identifiers, {.reports = {report}});
     failure ? logFailure(*report, failure->description()) : logSuccess(*report);
   });
 }
@@ -73,7 +74,9 @@ void ReportService::removeInactiveUserData(const std::vector<std::shared_ptr<Use
   reportsRepository_->deleteForDataForUsers(ids);
 }
 
-void ReportService::removeAllReports() { reportsRepository_->clear(); }
+void ReportService::removeAllReports() {
+  reportsRepository_->clear();
+}
 
 std::vector<std::shared_ptr<User>> ReportService::usersOfBatch() const {
   auto users = stateManager_->getAllUsers();
@@ -92,9 +95,8 @@ void ReportService::packEventsOf(const User& user) {
   if (packages.empty()) return;
   auto report = std::make_shared<Report>(std::move(packages));
   report->userId = user.idKey;
-  reportsRepository_->insert(report);
   // Without a stored report the events must stay: they would be in no table at all.
-  if (report->idKey == -1) return;
+  if (!reportsRepository_->insert(report)) return;
   eventRepository_->deleteItems(events);
 }
 
@@ -116,8 +118,8 @@ std::vector<Package> ReportService::createPackages(
   common.sdkCodeVersion = SdkConstraints::sdkCodeVersion;
   common.bundle = application.applicationBundle;
 
-  const auto limit = std::max<std::int64_t>(
-      1, stateManager_->getActiveProject()->configuration.countForRequest);
+  const auto limit =
+      std::max<std::int64_t>(1, stateManager_->getActiveProject()->configuration.countForRequest);
   std::vector<Package> packages;
   while (!events.empty()) {
     const auto count = std::min(events.size(), static_cast<std::size_t>(limit));
@@ -133,7 +135,7 @@ std::vector<Package> ReportService::createPackages(
 void ReportService::sendSavedReports() {
   resendWhenFinish_ = isSending_;
   if (isSending_) return;
-  Reports reports = savedReports();
+  ReportList reports = savedReports();
   if (reports.empty()) return;
   isSending_ = true;
   QueueManager::networkSerialQueue().addOperation(
@@ -142,9 +144,9 @@ void ReportService::sendSavedReports() {
       });
 }
 
-ReportService::Reports ReportService::savedReports() const {
+ReportService::ReportList ReportService::savedReports() const {
   const auto& activeUser = stateManager_->getActiveUser();
-  Reports reports;
+  ReportList reports;
   for (const auto& user : usersOfBatch()) {
     const auto ofUser = reportsRepository_->ofUser(user->idKey);
     if (ofUser.empty()) continue;
@@ -166,7 +168,7 @@ ReportService::Reports ReportService::savedReports() const {
   return reports;
 }
 
-void ReportService::sendReports(const Reports& reports) {
+void ReportService::sendReports(const ReportList& reports) {
   const bool succeeded =
       std::ranges::all_of(reports, [this](const auto& report) { return send(report); });
   QueueManager::incomeQueue().addOperation([weak = weak_from_this(), succeeded] {

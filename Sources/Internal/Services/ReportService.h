@@ -45,16 +45,16 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   void removeAllReports();
 
  private:
-  using Reports = std::vector<std::shared_ptr<Report>>;
+  using ReportList = std::vector<std::shared_ptr<Report>>;
 
   [[nodiscard]] std::vector<std::shared_ptr<User>> usersOfBatch() const;
   void packEventsOf(const User& user);
   [[nodiscard]] std::vector<Package> createPackages(
       std::span<const std::shared_ptr<EventObject>> events) const;
   void sendSavedReports();
-  [[nodiscard]] Reports savedReports() const;
+  [[nodiscard]] ReportList savedReports() const;
   /// On the networkSerialQueue; blocks it.
-  void sendReports(const Reports& reports);
+  void sendReports(const ReportList& reports);
   [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
   void removeReport(const std::shared_ptr<Report>& report);
   void endBatch(bool succeeded);

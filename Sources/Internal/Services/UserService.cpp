@@ -26,8 +26,8 @@ void UserService::resourceAggregation(bool isActive) {
   const auto& user = stateManager_->getActiveUser();
   user->isResourceAggregationEnable = isActive;
   userRepository_->update(user);
-  Logger::writeLog(PLRLogLevel::debug, isActive ? "Resource aggregation is Enable"
-                                                : "Resource aggregation is Disable");
+  Logger::writeLog(PLRLogLevel::debug,
+                   isActive ? "Resource aggregation is Enable" : "Resource aggregation is Disable");
 }
 
 }  // namespace pelorino

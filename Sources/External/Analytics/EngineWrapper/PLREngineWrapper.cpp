@@ -36,7 +36,9 @@ void PLREngineWrapper::enableEditorMode() noexcept {
   publicCall("enableEditorMode", [] { Core::shared()->enableEditorMode(); });
 }
 
-std::string PLREngineWrapper::unitySdkFolderPath() { return PLRAnalytics::sdkFolderPath(); }
+std::string PLREngineWrapper::unitySdkFolderPath() {
+  return PLRAnalytics::sdkFolderPath();
+}
 
 void PLREngineWrapper::testString(std::string_view value) noexcept {
   publicCall("testString", [&] {

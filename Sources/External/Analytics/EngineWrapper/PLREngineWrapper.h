@@ -10,8 +10,8 @@
 /// What game-engine plug-ins need beside PLRAnalytics. Any thread; nothing throws.
 class PLR_EXPORT PLREngineWrapper {
  public:
-  /// Receives each log line that passes PLRAnalytics::logLevel(): its level, and the level's name, a
-  /// blank and the message. It is the only outlet of log lines. It runs on the thread that writes
+  /// Receives each log line that passes PLRAnalytics::logLevel(): its level, and the level's name,
+  /// a blank and the message. It is the only outlet of log lines. It runs on the thread that writes
   /// the line, most often one of the library's, and must be quick.
   [[nodiscard]] static std::function<void(PLRLogLevel, const std::string&)>
   engineLoggerMessageClosure();

@@ -131,9 +131,13 @@ void AnalyticsLogic::customEvent(std::string eventName, AnyCodable::Object param
                                                       .parameters = std::move(parameters)}));
 }
 
-void AnalyticsLogic::sendBufferedEvents() { services_.reportService->sendBufferedEvents(); }
+void AnalyticsLogic::sendBufferedEvents() {
+  services_.reportService->sendBufferedEvents();
+}
 
-std::int64_t AnalyticsLogic::getCustomEventParamsCount() { return customEventParamsCount_; }
+std::int64_t AnalyticsLogic::getCustomEventParamsCount() {
+  return customEventParamsCount_;
+}
 
 void AnalyticsLogic::setOnBackendIdentifiersUpdate(IdentifiersUpdate onBackendIdentifiersUpdate) {
   onBackendIdentifiersUpdate_ = std::move(onBackendIdentifiersUpdate);

@@ -18,11 +18,17 @@ void AnalyticsLogic::goActive() {
   });
 }
 
-void AnalyticsLogic::goInactive() { stopSession(); }
+void AnalyticsLogic::goInactive() {
+  stopSession();
+}
 
-void AnalyticsLogic::goBackground() { stopSession(); }
+void AnalyticsLogic::goBackground() {
+  stopSession();
+}
 
-void AnalyticsLogic::goTerminate() { stopSession(); }
+void AnalyticsLogic::goTerminate() {
+  stopSession();
+}
 
 void AnalyticsLogic::stopSession() {
   QueueManager::incomeQueue().addOperation([weak = weak_from_this()] {

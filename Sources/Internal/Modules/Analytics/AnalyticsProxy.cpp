@@ -17,18 +17,17 @@ void AnalyticsProxy::initialize(std::shared_ptr<AnalyticsProtocol> analyticsLogi
 
 template <class Work, class Refuse>
 void AnalyticsProxy::perform(const char* label, Work work, Refuse refuse) {
-  QueueManager::incomeQueue().addOperation(
-      [weak = weak_from_this(), label, work = std::move(work),
-       refuse = std::move(refuse)]() mutable {
-        const auto self = weak.lock();
-        if (!self) return;
-        const Logic logic = self->analyticsLogic_.get();
-        if (validateInitialization(label, logic)) {
-          work(*logic);
-        } else {
-          refuse();
-        }
-      });
+  QueueManager::incomeQueue().addOperation([weak = weak_from_this(), label, work = std::move(work),
+                                            refuse = std::move(refuse)]() mutable {
+    const auto self = weak.lock();
+    if (!self) return;
+    const Logic logic = self->analyticsLogic_.get();
+    if (validateInitialization(label, logic)) {
+      work(*logic);
+    } else {
+      refuse();
+    }
+  });
 }
 
 template <class Work>
@@ -41,9 +40,7 @@ void AnalyticsProxy::answer(const char* label, Handler completionHandler,
                             void (AnalyticsProtocol::*getter)(Handler), Fallback fallback) {
   perform(
       label,
-      [completionHandler, getter](AnalyticsProtocol& logic) {
-        (logic.*getter)(completionHandler);
-      },
+      [completionHandler, getter](AnalyticsProtocol& logic) { (logic.*getter)(completionHandler); },
       [completionHandler, fallback] { callHost(completionHandler, fallback); });
 }
 

@@ -5,17 +5,17 @@
 namespace pelorino {
 
 /// A slot that is filled on first read and stays filled.
-template <class Product>
-class Lazy {
+template <class Made>
+class Product final {
  public:
   template <class... Parts>
-  const std::shared_ptr<Product>& get(const Parts&... parts) {
-    if (!product_) product_ = std::make_shared<Product>(parts...);
+  const std::shared_ptr<Made>& get(const Parts&... parts) {
+    if (!product_) product_ = std::make_shared<Made>(parts...);
     return product_;
   }
 
  private:
-  std::shared_ptr<Product> product_;
+  std::shared_ptr<Made> product_;
 };
 
 }  // namespace pelorino

@@ -1,0 +1,135 @@
+#pragma once
+
+#include <pelorino/PLRAnalytics.h>
+#include <pelorino/PLREngineWrapper.h>
+#include <pelorino/PLRHost.h>
+
+#include <algorithm>
+#include <boost/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "DatabaseFile.h"
+#include "DeterministicTest.h"
+#include "LogCapture.h"
+
+namespace pelorino {
+
+/// The whole library on virtual time: its public face on one side, a backend that is a function on
+/// the other, and a real database file in between.
+class LibraryTest : public DeterministicTest {
+ protected:
+  LibraryTest() {
+    describe("11111111-2222-3333-4444-555555555555");
+    PLRHost::setApplicationState(PLRApplicationState::active);
+    system.http().setHandler([this](const HttpRequest& request) { return answer(request); });
+  }
+
+  void TearDown() override {
+    stop();
+    DeterministicTest::TearDown();
+  }
+
+  void describe(const std::string& vendorIdentifier) const {
+    PLRHostDescription host;
+    host.applicationName = "game";
+    host.applicationVersion = "1.4";
+    host.applicationBuildVersion = "77";
+    host.bundleIdentifier = "com.example.game";
+    host.supportDirectory = file.support();
+    host.keyStoreFile = file.support() + ".keys";
+    host.vendorIdentifier = vendorIdentifier;
+    host.preferredLanguages = {"en-GB"};
+    host.region = "GB";
+    PLRHost::describe(host);
+  }
+
+  void start(const PLRAnalyticsConfiguration& configuration = {}) {
+    PLRAnalytics::initialize("key", configuration);
+    system.runUntilIdle();
+  }
+  void start(const std::string& userId) {
+    PLRAnalyticsConfiguration configuration;
+    configuration.userId = userId;
+    start(configuration);
+  }
+  void stop() {
+    PLREngineWrapper::destroySDK();
+    system.runUntilIdle();
+  }
+  void restart(const std::string& userId) {
+    stop();
+    start(userId);
+  }
+  void report(const std::string& name) {
+    PLRAnalytics::customEvent(name);
+    system.runUntilIdle();
+  }
+  void send() {
+    PLRAnalytics::sendBufferedEvents();
+    system.runUntilIdle();
+  }
+
+  /// What the backend answers: the scripted statuses in turn, then `usualStatus`. No status is a
+  /// connection that fails.
+  HttpResponse answer(const HttpRequest& request) {
+    auto status = usualStatus;
+    if (!statuses.empty()) {
+      status = statuses.front();
+      statuses.erase(statuses.begin());
+    }
+    if (status == 200) delivered.push_back(request);
+    if (!status) return {.status = {}, .body = {}, .error = "connection refused"};
+    return {.status = status, .body = {}, .error = {}};
+  }
+
+  /// Codes of the events of one delivered request, custom events by their names, a list a package.
+  static std::vector<std::string> eventsOf(const HttpRequest& request) {
+    std::vector<std::string> packages;
+    const auto body = boost::json::parse(request.body);
+    for (const auto& report : body.at("reports").as_array()) {
+      for (const auto& package : report.at("packages").as_array()) {
+        std::string& events = packages.emplace_back();
+        for (const auto& event : package.at("events").as_array()) {
+          const auto& object = event.as_object();
+          const auto* name = object.if_contains("name");
+          if (!events.empty()) events += ' ';
+          events += std::string((name ? *name : object.at("code")).as_string());
+        }
+      }
+    }
+    return packages;
+  }
+
+  /// The same of all delivered requests so far.
+  std::vector<std::string> deliveredEvents() const {
+    std::vector<std::string> all;
+    for (const auto& request : delivered)
+      std::ranges::copy(eventsOf(request), std::back_inserter(all));
+    return all;
+  }
+
+  static std::optional<std::string> header(const HttpRequest& request, const std::string& name) {
+    for (const auto& [key, value] : request.headers) {
+      if (key == name) return value;
+    }
+    return std::nullopt;
+  }
+
+  std::string rows(const std::string& sql) const { return file.run(sql); }
+
+  [[nodiscard]] bool logged(const std::string& line) const { return timesLogged(line) > 0; }
+  [[nodiscard]] std::ptrdiff_t timesLogged(const std::string& line) const {
+    const auto lines = log.lines();
+    return std::ranges::count(lines, line);
+  }
+
+  DatabaseFile file;
+  LogCapture log;
+  std::vector<std::optional<int>> statuses;
+  std::optional<int> usualStatus = 200;
+  std::vector<HttpRequest> delivered;
+};
+
+}  // namespace pelorino
