@@ -46,7 +46,7 @@ PLRVerifyResponse readReceiptResult(ReceiptResult result) {
   const auto status = result.status && *result.status >= 0 && *result.status <= 4
                           ? PLRReceiptStatusFromRaw(static_cast<int>(*result.status))
                           : std::nullopt;
-  const PLRVerifyResponse response = VerifyResponseMaker::make(
+  PLRVerifyResponse response = VerifyResponseMaker::make(
       status.value_or(PLRReceiptStatus::internalError), std::move(result.verificationResult));
   if (status) {
     Logger::writeLog(PLRLogLevel::info, [&] {
