@@ -1,18 +1,6 @@
 # libpelorino.so: the rows of public classes whole, and of the rows below what these reach.
 
-set(objects)
-foreach(row core external)
-  get_target_property(type pelorino_${row} TYPE)
-  if(type STREQUAL STATIC_LIBRARY)
-    list(APPEND objects $<TARGET_OBJECTS:pelorino_${row}>)
-  endif()
-endforeach()
-if(NOT objects)
-  file(WRITE ${PROJECT_BINARY_DIR}/empty.cpp "")
-  set(objects ${PROJECT_BINARY_DIR}/empty.cpp)
-endif()
-
-add_library(pelorino SHARED ${objects})
+add_library(pelorino SHARED $<TARGET_OBJECTS:pelorino_core> $<TARGET_OBJECTS:pelorino_external>)
 add_library(Pelorino::pelorino ALIAS pelorino)
 target_link_libraries(pelorino PRIVATE pelorino_external pelorino_core)
 target_compile_features(pelorino INTERFACE cxx_std_20)

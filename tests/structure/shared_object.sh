@@ -22,8 +22,9 @@ dynamic=$(readelf -dW "$library")
 # values TAG: the bracketed values of a tag
 values() { sed -n "s/.*($1).*\[\(.*\)\].*/\1/p" <<<"$dynamic" | sort | tr '\n' ' '; }
 same 'name' "libpelorino.so.$major " "$(values SONAME)"
+# The dynamic linker is named as a library where the compiler leaves thread-local storage to it.
 same 'libraries' 'libc.so.6 libcurl.so.4 libgcc_s.so.1 libm.so.6 libsqlite3.so.0 libstdc++.so.6 libutf8proc.so.2 ' \
-  "$(values NEEDED)"
+  "$(values NEEDED | sed 's/ld-linux[^ ]* //')"
 same 'search paths' '' "$(values RPATH)$(values RUNPATH)"
 same 'flags' NODELETE "$(grep -o NODELETE <<<"$dynamic" || true)"
 
