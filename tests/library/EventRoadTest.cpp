@@ -112,9 +112,10 @@ TEST_F(LibraryTest, ABatchStopsAtItsFirstFailure) {
   statuses = {200, 500};
   start(std::string("c"));
   EXPECT_EQ(delivered.size(), 1U);
-  EXPECT_EQ(rows("SELECT DISTINCT u.userId FROM reports r JOIN users u ON u.id=r.userId "
-                 "ORDER BY r.id"),
-            "b\nc");
+  EXPECT_EQ(rows("SELECT u.userId, count(*) FROM reports r JOIN users u ON u.id=r.userId "
+                 "GROUP BY u.id"),
+            "a|2\nb|3\nc|4")
+      << "the first is gone, the second and all behind it stay";
   send();
   ASSERT_GE(delivered.size(), 3U);
   std::vector<std::string> users;
@@ -169,8 +170,10 @@ TEST_F(LibraryTest, WithoutDeviceDataEventsWait) {
   system.advance(std::chrono::minutes(10));
   EXPECT_TRUE(logged("ERROR Cannot obtain device information!"));
   EXPECT_EQ(rows("SELECT code FROM events"), "ss") << "no device info, and nothing lost";
-  semaphore->signal();
-  system.runUntilIdle();
+  while (!system.waits().empty()) {  // Each read before the first answer has asked for itself.
+    semaphore->signal();
+    system.runUntilIdle();
+  }
   send();
   EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"ss"});
 }
