@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <future>
 #include <string>
@@ -21,6 +22,17 @@ inline bool comesTrue(const std::function<bool()>& condition) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   return true;
+}
+
+/// Threads of this process that carry the name.
+inline int threadsNamed(const std::string& name) {
+  int count = 0;
+  for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::string found;
+    std::getline(std::ifstream(task.path() / "comm"), found);
+    count += found == name ? 1 : 0;
+  }
+  return count;
 }
 
 /// Something that one thread waits for and another announces, once.

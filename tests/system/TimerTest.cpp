@@ -109,13 +109,17 @@ TEST(MainThread, ATimerMayCancelItselfAndAnEarlierOneOvertakesALaterOne) {
   EXPECT_EQ(ticks, 1);
 }
 
-TEST(MainThread, ReleasingAHandleCancelsAndReleasesTheBlock) {
+TEST(MainThread, ReleasingTheLastHandleReleasesTheBlockAndTheThread) {
+  ASSERT_TRUE(comesTrue([] { return threadsNamed("main") == 0; }));  // Of the tests before.
   MainThread main(std::make_shared<ExceptionOutlet>(), 10ms);
   auto held = std::make_shared<int>();
   const std::weak_ptr<int> released = held;
   auto timer = main.startTimer(milliseconds::max(), 0ms, 0ms, [held = std::move(held)] {});
+  std::this_thread::sleep_for(30ms);
+  EXPECT_EQ(threadsNamed("main"), 1);
   timer.reset();
   EXPECT_TRUE(released.expired());
+  EXPECT_TRUE(comesTrue([] { return threadsNamed("main") == 0; }));
 }
 
 TEST(RealExecutor, RunsADelayedBlockOnceAndRaisesShortPeriods) {
