@@ -23,7 +23,9 @@ std::string clockTime(std::int64_t time) {
 }
 
 std::string scalarText(const json::value& value) {
-  return value.is_string() ? std::string(value.get_string()) : json::serialize(value);
+  if (value.is_string()) return std::string(value.get_string());
+  if (value.is_double()) return fmt::format("{}", value.get_double());
+  return json::serialize(value);
 }
 
 /// The entries of a JSON object, as "key=value  key=value".

@@ -123,9 +123,9 @@ void BackendServer::stop() {
   closeAcceptedConnections(port_);
 }
 
-void BackendServer::wait(std::chrono::milliseconds delay) {
+bool BackendServer::wait(std::chrono::milliseconds delay) {
   std::unique_lock lock(mutex_);
-  stopped_.wait_for(lock, delay, [this] { return stopping_; });
+  return !stopped_.wait_for(lock, delay, [this] { return stopping_; });
 }
 
 void BackendServer::receive(const httplib::Request& request, httplib::Response& response,
@@ -136,8 +136,7 @@ void BackendServer::receive(const httplib::Request& request, httplib::Response& 
   exchange.fault = fault.description();
 
   if (fault.drop != Fault::Drop::before) readAndCheckBody(exchange, readContent);
-  wait(fault.delay);
-  if (fault.drop != Fault::Drop::no) {
+  if (!wait(fault.delay) || fault.drop != Fault::Drop::no) {
     store_.add(exchange);
     return closeAcceptedConnections(port_, request.remote_port);
   }

@@ -46,7 +46,8 @@ class BackendServer final {
  private:
   void receive(const httplib::Request& request, httplib::Response& response,
                const httplib::ContentReader& readContent);
-  void wait(std::chrono::milliseconds delay);
+  /// False when the server stops meanwhile.
+  [[nodiscard]] bool wait(std::chrono::milliseconds delay);
 
   ExchangeStore& store_;
   AnswerScript script_;

@@ -1,0 +1,116 @@
+#include "BackendProcess.h"
+
+#include <httplib.h>
+
+#include <memory>
+#include <stdexcept>
+
+namespace pelorino::blackbox {
+
+namespace json = boost::json;
+
+namespace {
+
+std::vector<std::string> commandLine(const std::string& dataFile, int port,
+                                     const std::vector<std::string>& options) {
+  std::vector<std::string> words = {PELORINO_BACKEND, "--data", dataFile, "--port",
+                                    std::to_string(port)};
+  words.insert(words.end(), options.begin(), options.end());
+  return words;
+}
+
+std::unique_ptr<httplib::Client> clientOf(const std::string& url) {
+  auto client = std::make_unique<httplib::Client>(url);
+  client->enable_server_certificate_verification(false);
+  client->set_read_timeout(Process::deadline);
+  return client;
+}
+
+const httplib::Response& answered(const httplib::Result& result) {
+  if (!result) throw std::runtime_error("the backend does not answer");
+  return *result;
+}
+
+}  // namespace
+
+bool comesTrue(const std::function<bool()>& condition) {
+  const auto end = std::chrono::steady_clock::now() + Process::deadline;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return true;
+}
+
+BackendProcess::BackendProcess(const std::string& dataFile, int port,
+                               const std::vector<std::string>& options)
+    : process_(commandLine(dataFile, port, options)) {
+  const std::string greeting = "listening on ";
+  const auto lines =
+      process_.waitForLines([&](const std::string& line) { return line.starts_with(greeting); });
+  if (lines.empty()) throw std::runtime_error("the backend does not start");
+  url_ = lines.front().substr(greeting.size());
+}
+
+int BackendProcess::port() const {
+  return std::stoi(url_.substr(url_.rfind(':') + 1));
+}
+
+void BackendProcess::stop() {
+  process_.signal(SIGTERM);
+  if (process_.waitForExit() != 0) throw std::runtime_error("the backend does not stop cleanly");
+}
+
+void BackendProcess::control(const std::string& what, const json::object& order) {
+  const auto result =
+      clientOf(url_)->Post("/control/" + what, json::serialize(order), "application/json");
+  if (answered(result).status != 200) throw std::runtime_error(result->body);
+}
+
+int BackendProcess::post(const std::string& endpoint, const std::string& body) {
+  const httplib::Headers headers = {{"DeviceId", "ZGV2aWNl"}, {"X-Id-Encoding", "base64"}};
+  return answered(
+             clientOf(url_)->Post("/v2" + endpoint + "?appId=k", headers, body, "application/json"))
+      .status;
+}
+
+json::array BackendProcess::received(const std::string& endpoint) {
+  const auto result = clientOf(url_)->Get("/control/received?endpoint=" + endpoint);
+  return json::parse(answered(result).body).as_array();
+}
+
+std::vector<Arrived> BackendProcess::events(const std::string& code) {
+  std::vector<Arrived> list;
+  for (const json::value& exchange : received("/analytics/report")) {
+    if (exchange.at("status") != 200) continue;
+    const json::array& packages = exchange.at("body").at("reports").at(0).at("packages").as_array();
+    for (const json::value& package : packages) {
+      const json::array& inPackage = package.at("events").as_array();
+      for (const json::value& event : inPackage) {
+        if (event.at("code") != json::string(code)) continue;
+        const json::value* name = event.as_object().if_contains("name");
+        list.push_back({name ? json::value_to<std::string>(*name) : std::string(),
+                        event.as_object(), inPackage.size()});
+      }
+    }
+  }
+  return list;
+}
+
+std::vector<std::string> BackendProcess::names() {
+  std::vector<std::string> list;
+  for (const Arrived& arrived : events("ce")) list.push_back(arrived.name);
+  return list;
+}
+
+std::vector<std::string> BackendProcess::findings() {
+  std::vector<std::string> list;
+  for (const json::value& exchange : received("")) {
+    for (const json::value& finding : exchange.at("verdict").as_array()) {
+      list.push_back(json::value_to<std::string>(finding));
+    }
+  }
+  return list;
+}
+
+}  // namespace pelorino::blackbox

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <boost/json.hpp>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Process.h"
+
+namespace pelorino::blackbox {
+
+/// Polls until the condition holds; false when Process::deadline has passed.
+[[nodiscard]] bool comesTrue(const std::function<bool()>& condition);
+
+/// A custom event as the backend has accepted it.
+struct Arrived {
+  std::string name;
+  boost::json::object event;
+  std::size_t packageSize = 0;  ///< Events in its package.
+};
+
+/// pelorino-backend as a child process.
+class BackendProcess final {
+ public:
+  /// 0 takes any port. `options` are further arguments of the program.
+  explicit BackendProcess(const std::string& dataFile, int port = 0,
+                          const std::vector<std::string>& options = {});
+
+  [[nodiscard]] const std::string& url() const { return url_; }
+  [[nodiscard]] int port() const;
+
+  /// Ends it; the port is free afterwards.
+  void stop();
+
+  /// POST /control/fault or /control/answer with the fields of a JSON object.
+  void control(const std::string& what, const boost::json::object& order);
+
+  /// Posts a body with correct headers, as a client would, and returns the status.
+  int post(const std::string& endpoint, const std::string& body);
+
+  /// The exchanges of an endpoint, or of all for the empty text.
+  [[nodiscard]] boost::json::array received(const std::string& endpoint);
+
+  /// Accepted events with this code, in their order; "ce" for custom ones.
+  [[nodiscard]] std::vector<Arrived> events(const std::string& code);
+
+  /// The names of the custom events.
+  [[nodiscard]] std::vector<std::string> names();
+
+  /// All that the wire checks have found, in all exchanges that were read to the end.
+  [[nodiscard]] std::vector<std::string> findings();
+
+ private:
+  Process process_;
+  std::string url_;
+};
+
+}  // namespace pelorino::blackbox

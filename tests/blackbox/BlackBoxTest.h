@@ -1,0 +1,84 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "BackendProcess.h"
+#include "HostProcess.h"
+
+namespace pelorino::blackbox {
+
+/// A backend, the files of one application, and hosts that run one after another. At the end no
+/// request may have broken the wire format.
+class BlackBoxTest : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    if (!backend_) return;
+    EXPECT_EQ(backend_->findings(), std::vector<std::string>());
+  }
+
+  BackendProcess& backend() { return *backend_; }
+
+  void stopBackend() {
+    backend_->stop();
+    backend_.reset();
+  }
+  void restartBackend() { backend_ = startBackend(port_); }
+
+  /// A host that has started and has delivered all of its start.
+  std::unique_ptr<HostProcess> startedHost() {
+    auto host = std::make_unique<HostProcess>(file_, url_);
+    host->initialize();
+    EXPECT_TRUE(host->drain());
+    EXPECT_TRUE(comesTrue([&] { return waiting(*host).empty(); })) << waiting(*host);
+    return host;
+  }
+
+  /// What the database of a running host holds. The host is stopped meanwhile: a reader's lock
+  /// would fail its writes.
+  std::string query(HostProcess& host, const std::string& sql) {
+    std::string rows;
+    const auto read = [&] {
+      try {
+        rows = file_.run(sql);
+        return true;
+      } catch (const std::runtime_error&) {
+        return false;  // It was stopped in the midst of a write.
+      }
+    };
+    EXPECT_TRUE(comesTrue([&] { return host.whileStopped(read); }));
+    return rows;
+  }
+
+  /// Rows of events and reports that wait for delivery.
+  std::string waiting(HostProcess& host) {
+    return query(host,
+                 "SELECT id, 'event', eventJson FROM events UNION ALL "
+                 "SELECT id, uuid, packagesJson FROM reports");
+  }
+
+  /// Asks for dispatches until nothing waits any more: after a failure nothing but the next
+  /// occasion sends again.
+  [[nodiscard]] bool deliver(HostProcess& host) {
+    return comesTrue([&] {
+      host.sendBufferedEvents();
+      return host.drain() && waiting(host).empty();
+    });
+  }
+
+  TemporaryFolder folder_;
+  DatabaseFile file_;
+  std::unique_ptr<BackendProcess> backend_ = startBackend(0);
+  std::string url_ = backend_->url();
+  int port_ = backend_->port();
+
+ private:
+  std::unique_ptr<BackendProcess> startBackend(int port) {
+    return std::make_unique<BackendProcess>(folder_.file("backend.db"), port);
+  }
+};
+
+}  // namespace pelorino::blackbox

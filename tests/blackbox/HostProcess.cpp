@@ -1,0 +1,83 @@
+#include "HostProcess.h"
+
+#include <fstream>
+
+namespace pelorino::blackbox {
+
+namespace json = boost::json;
+
+namespace {
+
+std::vector<std::string> commandLine(const DatabaseFile& file, const std::string& backendUrl,
+                                     const json::object& description) {
+  json::object fields{{"applicationName", "Black Box"},
+                      {"applicationVersion", "1.0"},
+                      {"bundleIdentifier", "com.example.blackbox"},
+                      {"supportDirectory", file.support()},
+                      {"keyStoreFile", file.support() + ".keys"}};
+  for (const auto& [key, value] : description) fields[key] = value;
+  return {PELORINO_HOST, "--backend", backendUrl, "--describe", json::serialize(fields)};
+}
+
+auto contains(std::string_view text) {
+  return [text](const std::string& line) { return line.find(text) != std::string::npos; };
+}
+
+}  // namespace
+
+HostProcess::HostProcess(const DatabaseFile& file, const std::string& backendUrl,
+                         const json::object& description)
+    : process_(commandLine(file, backendUrl, description)) {}
+
+void HostProcess::initialize() {
+  run(R"({"op":"initialize","applicationKey":"black-box","configuration":{"logLevel":"debug"}})");
+}
+
+void HostProcess::customEvent(const std::string& name) {
+  run(json::serialize(json::object{{"op", "customEvent"}, {"eventName", name}}));
+}
+
+bool HostProcess::drain() {
+  const std::string mark = "drained " + std::to_string(++drains_);
+  run(R"({"op":"drain"})");
+  run(json::serialize(json::object{{"op", "echo"}, {"text", mark}}));
+  return logs("\"" + mark + "\"");
+}
+
+bool HostProcess::logs(std::string_view text, std::size_t times) {
+  return process_.waitForLines(contains(text), times).size() == times;
+}
+
+std::vector<std::string> HostProcess::linesWith(std::string_view text) {
+  std::vector<std::string> list;
+  for (std::string& line : process_.lines()) {
+    if (contains(text)(line)) list.push_back(std::move(line));
+  }
+  return list;
+}
+
+json::value HostProcess::resultOf(std::string_view op) {
+  const std::string start = json::serialize(json::object{{"op", op}});
+  const auto lines = process_.waitForLines(contains(start.substr(0, start.size() - 1) + ","));
+  return lines.empty() ? json::value() : json::parse(lines.front()).at("result");
+}
+
+int HostProcess::end() {
+  process_.closeInput();
+  return exitCode();
+}
+
+void HostProcess::kill() {
+  process_.signal(SIGKILL);
+  process_.waitForExit();
+}
+
+long HostProcess::peakMemory() const {
+  std::ifstream status("/proc/" + std::to_string(process_.pid()) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6));
+  }
+  return -1;
+}
+
+}  // namespace pelorino::blackbox
