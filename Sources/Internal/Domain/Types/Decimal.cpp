@@ -1,3 +1,9 @@
+#if defined(__GNUC__) && !defined(__clang__)
+// With optimisation g++ 12 takes an assignment within the number class for an overlapping copy. The
+// headers are named below, as it blames them.
+#pragma GCC diagnostic ignored "-Wrestrict"
+#endif
+
 #include "Decimal.h"
 
 #include <boost/multiprecision/cpp_dec_float.hpp>
