@@ -59,6 +59,26 @@ TEST_F(Faults, OfAnAnswerBodyCostNoMemory) {
   EXPECT_LT(host->peakMemory() - before, hugeBody / 1024 / 4) << "kB";
 }
 
+TEST_F(Faults, OfTheConfigurationLeaveTheLibraryOnItsOwn) {
+  std::size_t requests = 0;
+  for (const json::object& fault :
+       {json::object{{"garbage", true}}, json::object{{"truncate", true}},
+        json::object{{"hugeBody", hugeBody}}, json::object{{"status", 404}}}) {
+    const std::string name = json::serialize(fault);
+    SCOPED_TRACE(name);
+    json::object order = fault;
+    order["endpoint"] = "/analytics/config";
+    backend().control("fault", order);
+    const auto host = startedHost();
+    EXPECT_TRUE(host->logs("Failed to get analytics configuration, using the default"));
+    EXPECT_EQ(backend().received("/analytics/config").size(), ++requests);
+    host->customEvent(name);
+    ASSERT_TRUE(deliver(*host));
+    EXPECT_EQ(backend().names().back(), name);
+    EXPECT_EQ(host->end(), 0);
+  }
+}
+
 TEST_F(Faults, OfTheCertificateSendNothing) {
   const std::string certificate = folder_.file("cert.pem");
   const std::string key = folder_.file("key.pem");
