@@ -81,6 +81,12 @@ std::optional<std::string> ValidatorRules::validateUserId(std::string_view metho
   return userId;
 }
 
+bool ValidatorRules::validateLevel(std::string_view method, std::int64_t level) {
+  Rule rule(method);
+  rule.inInterval("The level argument value", level, minimalLevel, maximalLevel);
+  return !rule.rejects();
+}
+
 std::optional<ValidatorRules::CustomEvent> ValidatorRules::validateCustomEvent(
     std::string name, const Parameters& params) {
   Rule rule("CustomEvent");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -34,6 +35,9 @@ class ValidatorRules final {
   /// An empty id passes: it means the default user. Writes no cancel message; the caller does.
   [[nodiscard]] static std::optional<std::string> validateUserId(std::string_view method,
                                                                  std::string userId);
+
+  /// True for a level that a user can have.
+  [[nodiscard]] static bool validateLevel(std::string_view method, std::int64_t level);
 
   /// Bad parameters are left out; only a bad name rejects. Parameters whose keys become equal
   /// overwrite each other, the later one in the order of the original keys stays.

@@ -95,7 +95,7 @@ TEST_F(LibraryTest, ATriggerDuringASlowBatchLosesNothingAndStartsNoSecondBatch) 
   send();
   report("second");
   send();
-  EXPECT_EQ(system.http().exchanges().size(), 2U + 1) << "start, device, and the one under way";
+  EXPECT_EQ(delivered.size(), 1U) << "one is under way";
   system.advance(std::chrono::seconds(25));
   EXPECT_EQ(deliveredEvents(), (std::vector<std::string>{"first", "second"}));
 }

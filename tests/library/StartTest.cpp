@@ -31,10 +31,10 @@ TEST_F(LibraryTest, CallsBeforeTheStartAreRefusedAndAnsweredWithTheirFallback) {
 }
 
 TEST_F(LibraryTest, GettersAnswerOnceStarted) {
-  PLRAnalyticsConfiguration configuration;
-  configuration.userId = "ann";
-  configuration.currentLevel = 5;
-  start(configuration);
+  PLRAnalyticsConfiguration decided;
+  decided.userId = "ann";
+  decided.currentLevel = 5;
+  start(decided);
   std::string answers;
   const auto text = [&](const std::string& value) { answers += value + " "; };
   PLRAnalytics::getDeviceId(text);
@@ -87,9 +87,9 @@ TEST_F(LibraryTest, ARejectedKeyKeepsTheLibraryDownUntilItIsDestroyed) {
 }
 
 TEST_F(LibraryTest, TheConfiguredLogLevelRulesBeforeAnythingIsValidated) {
-  PLRAnalyticsConfiguration configuration;
-  configuration.logLevel = PLRLogLevel::no;
-  PLRAnalytics::initialize("", configuration);
+  PLRAnalyticsConfiguration decided;
+  decided.logLevel = PLRLogLevel::no;
+  PLRAnalytics::initialize("", decided);
   system.runUntilIdle();
   EXPECT_TRUE(log.lines().empty());
 }

@@ -45,14 +45,14 @@ class LibraryTest : public DeterministicTest {
     PLRHost::describe(host);
   }
 
-  void start(const PLRAnalyticsConfiguration& configuration = {}) {
-    PLRAnalytics::initialize("key", configuration);
+  void start(const PLRAnalyticsConfiguration& decided = {}) {
+    PLRAnalytics::initialize("key", decided);
     system.runUntilIdle();
   }
   void start(const std::string& userId) {
-    PLRAnalyticsConfiguration configuration;
-    configuration.userId = userId;
-    start(configuration);
+    PLRAnalyticsConfiguration decided;
+    decided.userId = userId;
+    start(decided);
   }
   void stop() {
     PLREngineWrapper::destroySDK();
@@ -71,9 +71,17 @@ class LibraryTest : public DeterministicTest {
     system.runUntilIdle();
   }
 
-  /// What the backend answers: the scripted statuses in turn, then `usualStatus`. No status is a
-  /// connection that fails.
+  /// What the backend answers. To reports: the scripted statuses in turn, then `usualStatus`. No
+  /// status is a connection that fails.
   HttpResponse answer(const HttpRequest& request) {
+    for (auto* script : {&configuration, &identification}) {
+      if (request.url.find(script->path) == std::string::npos) continue;
+      script->requests.push_back(request);
+      if (script->answers.empty()) return {.status = 404, .body = {}, .error = {}};
+      const HttpResponse next = script->answers.front();
+      if (script->answers.size() > 1) script->answers.erase(script->answers.begin());
+      return next;
+    }
     auto status = usualStatus;
     if (!statuses.empty()) {
       status = statuses.front();
@@ -125,8 +133,22 @@ class LibraryTest : public DeterministicTest {
     return std::ranges::count(lines, line);
   }
 
+  /// The exchanges of an endpoint other than that of reports: its answers in turn, the last for
+  /// ever.
+  struct Script {
+    std::string path;
+    std::vector<HttpResponse> answers;
+    std::vector<HttpRequest> requests;
+
+    void answer(int status, std::string body) {
+      answers.push_back({.status = status, .body = std::move(body), .error = {}});
+    }
+  };
+
   DatabaseFile file;
   LogCapture log;
+  Script configuration{.path = "/analytics/config", .answers = {}, .requests = {}};
+  Script identification{.path = "/analytics/identification", .answers = {}, .requests = {}};
   std::vector<std::optional<int>> statuses;
   std::optional<int> usualStatus = 200;
   std::vector<HttpRequest> delivered;

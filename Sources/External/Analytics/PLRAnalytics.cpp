@@ -97,12 +97,25 @@ void PLRAnalytics::getTrackingAvailability(std::function<void(bool)> completionH
       std::move(completionHandler));
 }
 
+void PLRAnalytics::setTrackingAvailability(bool value) noexcept {
+  publicCall("setTrackingAvailability",
+             [&] { proxyOf(Core::shared()).setTrackingAvailability(value); });
+}
+
 void PLRAnalytics::getUserId(std::function<void(const std::string&)> completionHandler) noexcept {
   ask("getUserId", &AnalyticsProxy::getUserId, std::move(completionHandler));
 }
 
+void PLRAnalytics::setUserId(std::string_view userId) noexcept {
+  publicCall("setUserId", [&] { proxyOf(Core::shared()).setUserId(copied(userId)); });
+}
+
 void PLRAnalytics::getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept {
   ask("getCurrentLevel", &AnalyticsProxy::getCurrentLevel, std::move(completionHandler));
+}
+
+void PLRAnalytics::setCurrentLevel(std::int64_t currentLevel) noexcept {
+  publicCall("setCurrentLevel", [&] { proxyOf(Core::shared()).setCurrentLevel(currentLevel); });
 }
 
 void PLRAnalytics::setIdentifiersListener(

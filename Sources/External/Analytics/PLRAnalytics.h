@@ -49,10 +49,19 @@ class PLR_EXPORT PLRAnalytics {
   static void getSDKVersion(std::function<void(const std::string&)> completionHandler) noexcept;
   /// False before the start.
   static void getTrackingAvailability(std::function<void(bool)> completionHandler) noexcept;
+  /// Switches tracking for every application key on the device, for good. Off drops what has not
+  /// been sent, tells the backend and stores nothing from then on.
+  static void setTrackingAvailability(bool value) noexcept;
   /// The active user's identifier; empty before the start.
   static void getUserId(std::function<void(const std::string&)> completionHandler) noexcept;
+  /// Who is playing, in at most 64 characters, longer ones are cut; the empty text means the
+  /// default user, who stands for the device. The device's identifier is refused.
+  static void setUserId(std::string_view userId) noexcept;
   /// The active user's level; 1 before the start.
   static void getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept;
+
+  /// A level that the user did not reach by playing, 1 to 2147483646; anything else is refused.
+  static void setCurrentLevel(std::int64_t currentLevel) noexcept;
 
   /// Replaces the listener; none clears it. A listener set after the start hears at once of an
   /// identifier that is already known.

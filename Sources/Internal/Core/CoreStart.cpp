@@ -72,7 +72,8 @@ void Core::startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
         const auto core = weak.lock();
         return core && core->isEditorMode();
       });
-  ServiceFactory serviceFactory(coreFactory, std::move(stateManager), system.clock());
+  ServiceFactory serviceFactory(coreFactory, std::move(stateManager), system.clock(),
+                                system.executor());
   const auto logic = AnalyticsLogic::make(serviceFactory.analyticsServices(),
                                           coreFactory->lifeCycle(), system.clock());
   logic->prepareCallBacks();

@@ -5,11 +5,23 @@
 namespace pelorino {
 
 ServiceFactory::ServiceFactory(std::shared_ptr<CoreFactory> coreFactory,
-                               std::shared_ptr<StateManager> stateManager, const Clock& clock)
-    : coreFactory_(std::move(coreFactory)), stateManager_(std::move(stateManager)), clock_(clock) {}
+                               std::shared_ptr<StateManager> stateManager, const Clock& clock,
+                               Executor& executor)
+    : coreFactory_(std::move(coreFactory)),
+      stateManager_(std::move(stateManager)),
+      clock_(clock),
+      executor_(executor) {}
 
 const std::shared_ptr<ProjectService>& ServiceFactory::projectService() {
   return projectService_.get(stateManager_, coreFactory_->projectRepository());
+}
+
+const std::shared_ptr<TimerService>& ServiceFactory::timerService() {
+  return timerService_.get(stateManager_, executor_);
+}
+
+const std::shared_ptr<ConfigService>& ServiceFactory::configService() {
+  return configService_.get(stateManager_, coreFactory_->backend(), executor_);
 }
 
 const std::shared_ptr<UserService>& ServiceFactory::userService() {
@@ -42,6 +54,8 @@ AnalyticsServices ServiceFactory::analyticsServices() {
           .projectService = projectService(),
           .userService = userService(),
           .eventsService = eventsService(),
+          .timerService = timerService(),
+          .configService = configService(),
           .reportService = reportService(),
           .activityService = activityService(),
           .currencyAccrualService = currencyAccrualService(),

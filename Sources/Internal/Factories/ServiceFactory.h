@@ -6,6 +6,7 @@
 #include "AnalyticsLogic.h"
 #include "Clock.h"
 #include "CoreFactory.h"
+#include "Executor.h"
 #include "Product.h"
 #include "StateManager.h"
 
@@ -17,9 +18,12 @@ namespace pelorino {
 class ServiceFactory final {
  public:
   ServiceFactory(std::shared_ptr<CoreFactory> coreFactory,
-                 std::shared_ptr<StateManager> stateManager, const Clock& clock);
+                 std::shared_ptr<StateManager> stateManager, const Clock& clock,
+                 Executor& executor);
 
   const std::shared_ptr<ProjectService>& projectService();
+  const std::shared_ptr<TimerService>& timerService();
+  const std::shared_ptr<ConfigService>& configService();
   const std::shared_ptr<UserService>& userService();
   const std::shared_ptr<LevelResourceService>& levelResourceService();
   const std::shared_ptr<ActivityService>& activityService();
@@ -34,7 +38,10 @@ class ServiceFactory final {
   std::shared_ptr<CoreFactory> coreFactory_;
   std::shared_ptr<StateManager> stateManager_;
   std::reference_wrapper<const Clock> clock_;
+  std::reference_wrapper<Executor> executor_;
   Product<ProjectService> projectService_;
+  Product<TimerService> timerService_;
+  Product<ConfigService> configService_;
   Product<UserService> userService_;
   Product<LevelResourceService> levelResourceService_;
   Product<ActivityService> activityService_;

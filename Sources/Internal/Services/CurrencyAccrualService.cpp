@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "RowIds.h"
+
 namespace pelorino {
 
 CurrencyAccrualService::CurrencyAccrualService(
@@ -10,6 +12,11 @@ CurrencyAccrualService::CurrencyAccrualService(
 
 void CurrencyAccrualService::removeAllResources() {
   accrualResourcesRepository_->clear();
+}
+
+void CurrencyAccrualService::removeInactiveUserData(
+    const std::vector<std::shared_ptr<User>>& users) {
+  accrualResourcesRepository_->deleteForDataForUsers(rowIds(users));
 }
 
 }  // namespace pelorino

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "CurrencyAccrualResourcesRepository.h"
+#include "User.h"
 
 namespace pelorino {
 
@@ -15,6 +17,7 @@ class CurrencyAccrualService final {
       std::shared_ptr<CurrencyAccrualResourcesRepository> accrualResourcesRepository);
 
   void removeAllResources();
+  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
 
  private:
   std::shared_ptr<CurrencyAccrualResourcesRepository> accrualResourcesRepository_;

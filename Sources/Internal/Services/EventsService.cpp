@@ -7,6 +7,7 @@
 
 #include "EventObject.h"
 #include "Logger.h"
+#include "RowIds.h"
 
 namespace pelorino {
 
@@ -27,10 +28,7 @@ void EventsService::removeAllEvents() {
 }
 
 void EventsService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  std::vector<std::int64_t> ids;
-  ids.reserve(users.size());
-  for (const auto& user : users) ids.push_back(user->idKey);
-  eventRepository_->deleteForDataForUsers(ids);
+  eventRepository_->deleteForDataForUsers(rowIds(users));
 }
 
 bool EventsService::passesGates(const Storable& event) const {

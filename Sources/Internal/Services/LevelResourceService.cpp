@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "RowIds.h"
+
 namespace pelorino {
 
 LevelResourceService::LevelResourceService(
@@ -15,6 +17,10 @@ void LevelResourceService::removeResources(std::int64_t userId) {
 
 void LevelResourceService::removeAllResources() {
   levelResourcesRepository_->clear();
+}
+
+void LevelResourceService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
+  levelResourcesRepository_->deleteForDataForUsers(rowIds(users));
 }
 
 }  // namespace pelorino

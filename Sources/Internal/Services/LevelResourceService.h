@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "LevelResourcesRepository.h"
+#include "User.h"
 
 namespace pelorino {
 
@@ -16,6 +18,7 @@ class LevelResourceService final {
 
   void removeResources(std::int64_t userId);
   void removeAllResources();
+  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
 
  private:
   std::shared_ptr<LevelResourcesRepository> levelResourcesRepository_;

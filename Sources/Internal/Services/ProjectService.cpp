@@ -2,9 +2,20 @@
 
 #include <utility>
 
+#include "JsonHelpers.h"
 #include "Logger.h"
+#include "Validator.h"
 
 namespace pelorino {
+
+Config mergedConfig(const Config& stored, Config received) {
+  const bool sameExclude = stored.exclude && received.exclude
+                               ? stored.exclude->version == received.exclude->version
+                               : !stored.exclude && !received.exclude;
+  if (sameExclude) received.exclude = stored.exclude;
+  if (received.sbsConfigVersion == stored.sbsConfigVersion) received.sbsBundles = stored.sbsBundles;
+  return received;
+}
 
 ProjectService::ProjectService(std::shared_ptr<StateManager> stateManager,
                                std::shared_ptr<ProjectRepository> projectRepository)
@@ -23,8 +34,28 @@ bool ProjectService::getTrackingAvailable() const {
   return stateManager_->getActiveProject()->trackingAvailable;
 }
 
+bool ProjectService::userCounting() const {
+  return stateManager_->getActiveProject()->configuration.userCounting;
+}
+
 std::int64_t ProjectService::paramsCount() const {
   return stateManager_->getActiveProject()->configuration.eventParamsCount;
+}
+
+void ProjectService::applyConfig(const Config& received) {
+  const auto& project = stateManager_->getActiveProject();
+  project->configuration = mergedConfig(project->configuration, received);
+  projectRepository_->update(project);
+  Logger::writeLog(PLRLogLevel::debug, [&] {
+    return "The SDK analytics configuration has been received:\n " +
+           toPrettyJson(project->configuration);
+  });
+  const auto& exclude = project->configuration.exclude;
+  Validator::setExcludedOptions(exclude ? exclude->events : std::nullopt);
+}
+
+bool ProjectService::checkIfNeedRemoveUsersData(const Config& received) const {
+  return userCounting() && !received.userCounting;
 }
 
 }  // namespace pelorino

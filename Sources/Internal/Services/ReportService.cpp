@@ -12,6 +12,7 @@
 #include "Logger.h"
 #include "PLRError.h"
 #include "QueueManager.h"
+#include "RowIds.h"
 #include "SdkConstraints.h"
 
 namespace pelorino {
@@ -68,10 +69,7 @@ void ReportService::sendBufferedEvents() {
 }
 
 void ReportService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  std::vector<std::int64_t> ids;
-  ids.reserve(users.size());
-  for (const auto& user : users) ids.push_back(user->idKey);
-  reportsRepository_->deleteForDataForUsers(ids);
+  reportsRepository_->deleteForDataForUsers(rowIds(users));
 }
 
 void ReportService::removeAllReports() {

@@ -22,6 +22,10 @@ void UserService::setLevel(std::int64_t level) {
   });
 }
 
+void UserService::removeUsers(const std::vector<std::shared_ptr<User>>& users) {
+  userRepository_->deleteItems(users);
+}
+
 void UserService::resourceAggregation(bool isActive) {
   const auto& user = stateManager_->getActiveUser();
   user->isResourceAggregationEnable = isActive;

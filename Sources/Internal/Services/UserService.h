@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "StateManager.h"
 #include "UserRepository.h"
@@ -18,6 +19,9 @@ class UserService final {
 
   /// Stores the level and tells it in the log.
   void setLevel(std::int64_t level);
+
+  /// Deletes the rows of these users, without what belongs to them.
+  void removeUsers(const std::vector<std::shared_ptr<User>>& users);
 
   /// Whether sums of the level are kept for this user.
   void resourceAggregation(bool isActive);

@@ -2,12 +2,9 @@
 
 #include <utility>
 
-#include "CustomEvent.h"
 #include "Event.h"
-#include "HostCall.h"
 #include "Logger.h"
 #include "QueueManager.h"
-#include "SdkConstraints.h"
 #include "TrackingStatus.h"
 
 namespace pelorino {
@@ -30,10 +27,40 @@ AnalyticsLogic::AnalyticsLogic(AnalyticsServices services,
       customEventParamsCount_(services_.projectService->paramsCount()) {}
 
 void AnalyticsLogic::prepareCallBacks() {
+  prepareTimerCallBacks();
   services_.eventsService->onFullStackAction = [weak = weak_from_this()] {
     Logger::writeLog(PLRLogLevel::debug, "There are enough events for dispatching");
     if (const auto self = weak.lock()) self->services_.reportService->sendBufferedEvents();
   };
+  services_.configService->onSdkConfigUpdate = [weak = weak_from_this()](const Config& config) {
+    if (const auto self = weak.lock()) self->receiveConfig(config);
+  };
+  services_.reportService->onReportSendAction = onIncomeQueue([](AnalyticsLogic& logic) {
+    const AnalyticsServices& services = logic.services_;
+    if (services.projectService->getTrackingAvailable() && services.activityService->isActive()) {
+      services.timerService->resetRequestTimer();
+    }
+  });
+}
+
+template <class Work>
+std::function<void()> AnalyticsLogic::onIncomeQueue(Work work) {
+  return [weak = weak_from_this(), work] {
+    QueueManager::incomeQueue().addOperation([weak, work] {
+      if (const auto self = weak.lock()) work(*self);
+    });
+  };
+}
+
+void AnalyticsLogic::prepareTimerCallBacks() {
+  TimerService& timers = *services_.timerService;
+  timers.onAliveTimerTick = onIncomeQueue([](AnalyticsLogic& logic) { logic.sendAlive(); });
+  timers.onCurrencyAccrualTimerTick = onIncomeQueue(
+      [](AnalyticsLogic&) { Logger::writeLog(PLRLogLevel::debug, "Currency accrual timer tick"); });
+  timers.onRequestTimerTick =
+      onIncomeQueue([](AnalyticsLogic& logic) { logic.sendBufferedEvents(); });
+  timers.onActivityTimerTick = onIncomeQueue(
+      [](AnalyticsLogic& logic) { logic.services_.activityService->updateLastBackgroundTime(); });
 }
 
 void AnalyticsLogic::applyAnalyticsConfiguration(
@@ -41,36 +68,26 @@ void AnalyticsLogic::applyAnalyticsConfiguration(
   if (!configuration) return;
   applyTracking(configuration->trackingAvailability);
   if (configuration->userId) services_.stateManager->activateUser(*configuration->userId);
-  if (configuration->level) applyLevel(*configuration->level);
+  if (!configuration->level) return;
+  const User& user = *services_.stateManager->getActiveUser();
+  if (*configuration->level != user.level) {
+    services_.levelResourceService->removeResources(user.idKey);
+    services_.userService->resourceAggregation(false);
+  }
+  services_.userService->setLevel(*configuration->level);
 }
 
 void AnalyticsLogic::applyTracking(PLRTrackingStatus trackingAvailability) {
   ProjectService& project = *services_.projectService;
   if (!project.getTrackingAvailable() && trackingAvailability == PLRTrackingStatus::enable) {
     project.setTrackingAvailable(true);
-    services_.eventsService->addEvent(
-        Event(TrackingStatus{.timestamp = clock_.milliseconds(), .trackingAllowed = true}));
+    addTrackingStatus(true);
   }
   if (project.getTrackingAvailable() && trackingAvailability == PLRTrackingStatus::disable) {
     removeEventsAndResources();
+    services_.timerService->stopTimers();
     project.setTrackingAvailable(false);
   }
-}
-
-void AnalyticsLogic::applyLevel(std::int64_t level) {
-  const User& user = *services_.stateManager->getActiveUser();
-  if (level != user.level) {
-    services_.levelResourceService->removeResources(user.idKey);
-    services_.userService->resourceAggregation(false);
-  }
-  services_.userService->setLevel(level);
-}
-
-void AnalyticsLogic::removeEventsAndResources() {
-  services_.eventsService->removeAllEvents();
-  services_.reportService->removeAllReports();
-  services_.levelResourceService->removeAllResources();
-  services_.currencyAccrualService->removeAllResources();
 }
 
 void AnalyticsLogic::tryStartSDK() {
@@ -92,6 +109,8 @@ void AnalyticsLogic::startSDK() {
   startActivity();
   sendDeviceInfo();
   services_.reportService->sendBufferedEvents();
+  services_.configService->receiveSdkConfig();
+  requestMissingBackendIds();
   started_ = true;
 }
 
@@ -100,52 +119,23 @@ void AnalyticsLogic::stopSDK() {
   stopActivity();
 }
 
-void AnalyticsLogic::getDeviceId(TextHandler completionHandler) {
-  callHost(completionHandler,
-           services_.stateManager->getActiveDeviceIdentifiers()->deviceIdentifier);
-}
-
-void AnalyticsLogic::getSDKVersion(TextHandler completionHandler) {
-  callHost(completionHandler, SdkConstraints::sdkVersion());
-}
-
-void AnalyticsLogic::getTrackingAvailability(BoolHandler completionHandler) {
-  callHost(completionHandler, services_.projectService->getTrackingAvailable());
-}
-
-void AnalyticsLogic::getUserId(TextHandler completionHandler) {
-  callHost(completionHandler, services_.stateManager->getActiveUser()->userId.value_or(""));
-}
-
-void AnalyticsLogic::getCurrentLevel(IntegerHandler completionHandler) {
-  callHost(completionHandler, services_.stateManager->getActiveUser()->level);
-}
-
-void AnalyticsLogic::customEvent(std::string eventName, AnyCodable::Object parameters) {
-  const User& user = *services_.stateManager->getActiveUser();
-  if (!user.sessionId) return;
-  services_.eventsService->addEvent(Event(CustomEvent{.timestamp = clock_.milliseconds(),
-                                                      .sessionId = *user.sessionId,
-                                                      .level = user.level,
-                                                      .name = std::move(eventName),
-                                                      .parameters = std::move(parameters)}));
-}
-
-void AnalyticsLogic::sendBufferedEvents() {
-  services_.reportService->sendBufferedEvents();
-}
-
-std::int64_t AnalyticsLogic::getCustomEventParamsCount() {
-  return customEventParamsCount_;
+void AnalyticsLogic::receiveConfig(const Config& config) {
+  const bool removeInactive = services_.projectService->checkIfNeedRemoveUsersData(config);
+  services_.projectService->applyConfig(config);
+  customEventParamsCount_ = services_.projectService->paramsCount();
+  if (removeInactive) removeUsers(services_.stateManager->getInactiveProjectUsers());
+  // Begun anew, so that the new periods apply at once.
+  services_.timerService->stopTimers();
+  services_.timerService->startTimers();
 }
 
 void AnalyticsLogic::setOnBackendIdentifiersUpdate(IdentifiersUpdate onBackendIdentifiersUpdate) {
-  onBackendIdentifiersUpdate_ = std::move(onBackendIdentifiersUpdate);
+  services_.configService->onIdentifiersUpdate = std::move(onBackendIdentifiersUpdate);
 }
 
 void AnalyticsLogic::forceUpdate() {
-  if (!onBackendIdentifiersUpdate_) return;
-  onBackendIdentifiersUpdate_(services_.stateManager->getActiveDeviceIdentifiers()->pelorinoId);
+  const auto& tell = services_.configService->onIdentifiersUpdate;
+  if (tell) tell(services_.stateManager->getActiveDeviceIdentifiers()->pelorinoId);
 }
 
 }  // namespace pelorino

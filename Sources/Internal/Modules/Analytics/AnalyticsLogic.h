@@ -2,13 +2,16 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "ActivityService.h"
 #include "AnalyticsProtocol.h"
 #include "Clock.h"
+#include "ConfigService.h"
 #include "CurrencyAccrualService.h"
 #include "EventsService.h"
 #include "LevelResourceService.h"
@@ -19,6 +22,7 @@
 #include "ProjectService.h"
 #include "ReportService.h"
 #include "StateManager.h"
+#include "TimerService.h"
 #include "UserService.h"
 
 namespace pelorino {
@@ -29,6 +33,8 @@ struct AnalyticsServices {
   std::shared_ptr<ProjectService> projectService;
   std::shared_ptr<UserService> userService;
   std::shared_ptr<EventsService> eventsService;
+  std::shared_ptr<TimerService> timerService;
+  std::shared_ptr<ConfigService> configService;
   std::shared_ptr<ReportService> reportService;
   std::shared_ptr<ActivityService> activityService;
   std::shared_ptr<CurrencyAccrualService> currencyAccrualService;
@@ -68,8 +74,11 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   void getDeviceId(TextHandler completionHandler) override;
   void getSDKVersion(TextHandler completionHandler) override;
   void getTrackingAvailability(BoolHandler completionHandler) override;
+  void setTrackingAvailability(bool value) override;
   void getUserId(TextHandler completionHandler) override;
+  void setUserId(std::string userId) override;
   void getCurrentLevel(IntegerHandler completionHandler) override;
+  void setCurrentLevel(std::int64_t currentLevel) override;
   void customEvent(std::string eventName, AnyCodable::Object parameters) override;
   void sendBufferedEvents() override;
   [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
@@ -88,17 +97,29 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   AnalyticsLogic(AnalyticsServices services, std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
                  const Clock& clock);
 
+  /// A callback that runs `work(logic)` as a block on the incomeQueue.
+  template <class Work>
+  std::function<void()> onIncomeQueue(Work work);
+  void prepareTimerCallBacks();
+  void receiveConfig(const Config& config);
+  void applyTracking(PLRTrackingStatus trackingAvailability);
+
   void stopSession();
+  void sendAlive();
   void sendDeviceInfo();
   void sendUserEngagement();
-  void applyTracking(PLRTrackingStatus trackingAvailability);
-  void applyLevel(std::int64_t level);
+  void addTrackingStatus(bool trackingAllowed);
+
+  void enableTracking();
+  void disableTracking();
+  void switchUser(const std::string& userId);
+  void requestMissingBackendIds();
+  void removeUsers(const std::vector<std::shared_ptr<User>>& users);
   void removeEventsAndResources();
 
   const AnalyticsServices services_;
   const std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle_;
   const Clock& clock_;
-  IdentifiersUpdate onBackendIdentifiersUpdate_;
   bool started_ = false;  ///< True from the first complete startSDK(); never set back.
   /// Any thread; written on the incomeQueue.
   std::atomic<std::int64_t> customEventParamsCount_;

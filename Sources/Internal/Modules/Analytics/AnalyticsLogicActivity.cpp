@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Alive.h"
 #include "AnalyticsLogic.h"
 #include "Event.h"
 #include "Logger.h"
@@ -46,10 +47,12 @@ void AnalyticsLogic::startActivity() {
   Logger::writeLog(PLRLogLevel::debug, "Start activity");
   const bool isNewSession = services_.activityService->startActivity().value_or(false);
   const User& user = *services_.stateManager->getActiveUser();
-  if (!isNewSession || !user.sessionId) return;
-  services_.eventsService->addEvent(
-      Event(SessionStart{.timestamp = *user.sessionId, .level = user.level}));
-  services_.reportService->sendBufferedEvents();
+  if (isNewSession && user.sessionId) {
+    services_.eventsService->addEvent(
+        Event(SessionStart{.timestamp = *user.sessionId, .level = user.level}));
+    services_.reportService->sendBufferedEvents();
+  }
+  services_.timerService->startTimers();
 }
 
 void AnalyticsLogic::stopActivity() {
@@ -57,6 +60,7 @@ void AnalyticsLogic::stopActivity() {
   Logger::writeLog(PLRLogLevel::debug, "Stop activity");
   sendUserEngagement();
   services_.reportService->sendBufferedEvents();
+  services_.timerService->stopTimers();
 }
 
 void AnalyticsLogic::sendUserEngagement() {
@@ -73,6 +77,11 @@ void AnalyticsLogic::sendUserEngagement() {
                                                          .level = user.level,
                                                          .length = *length,
                                                          .sessionId = *user.sessionId}));
+}
+
+void AnalyticsLogic::sendAlive() {
+  if (Validator::isExcluded("al")) return;
+  services_.reportService->sendFlashEvent(Event(Alive{.timestamp = clock_.milliseconds()}));
 }
 
 void AnalyticsLogic::sendDeviceInfo() {

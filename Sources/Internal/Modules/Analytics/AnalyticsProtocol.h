@@ -21,8 +21,11 @@ class AnalyticsProtocol {
   virtual void getDeviceId(TextHandler completionHandler) = 0;
   virtual void getSDKVersion(TextHandler completionHandler) = 0;
   virtual void getTrackingAvailability(BoolHandler completionHandler) = 0;
+  virtual void setTrackingAvailability(bool value) = 0;
   virtual void getUserId(TextHandler completionHandler) = 0;
+  virtual void setUserId(std::string userId) = 0;
   virtual void getCurrentLevel(IntegerHandler completionHandler) = 0;
+  virtual void setCurrentLevel(std::int64_t currentLevel) = 0;
   virtual void customEvent(std::string eventName, AnyCodable::Object parameters) = 0;
   virtual void sendBufferedEvents() = 0;
 

@@ -81,14 +81,38 @@ void AnalyticsProxy::getTrackingAvailability(BoolHandler completionHandler) {
          &AnalyticsProtocol::getTrackingAvailability, false);
 }
 
+void AnalyticsProxy::setTrackingAvailability(bool value) {
+  perform("setTrackingAvailability(_:)",
+          [value](AnalyticsProtocol& logic) { logic.setTrackingAvailability(value); });
+}
+
 void AnalyticsProxy::getUserId(TextHandler completionHandler) {
   answer("getUserId(_:)", std::move(completionHandler), &AnalyticsProtocol::getUserId,
          std::string());
 }
 
+void AnalyticsProxy::setUserId(std::string userId) {
+  perform("setUserId(_:)", [userId = std::move(userId)](AnalyticsProtocol& logic) {
+    constexpr const char* label = "SetUserId";
+    if (auto valid = ValidatorRules::validateUserId(label, userId)) {
+      logic.setUserId(std::move(*valid));
+    } else {
+      ValidatorRules::notifyThatMethodExecutionWasCanceled(label);
+    }
+  });
+}
+
 void AnalyticsProxy::getCurrentLevel(IntegerHandler completionHandler) {
   answer("getCurrentLevel(_:)", std::move(completionHandler), &AnalyticsProtocol::getCurrentLevel,
          std::int64_t{1});
+}
+
+void AnalyticsProxy::setCurrentLevel(std::int64_t currentLevel) {
+  perform("setCurrentLevel(_:)", [currentLevel](AnalyticsProtocol& logic) {
+    if (ValidatorRules::validateLevel("SetCurrentLevel", currentLevel)) {
+      logic.setCurrentLevel(currentLevel);
+    }
+  });
 }
 
 void AnalyticsProxy::customEvent(std::string eventName, AnyCodable::Object parameters) {

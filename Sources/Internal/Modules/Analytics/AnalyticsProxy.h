@@ -28,8 +28,11 @@ class AnalyticsProxy final : public AnalyticsProtocol,
   void getDeviceId(TextHandler completionHandler) override;
   void getSDKVersion(TextHandler completionHandler) override;
   void getTrackingAvailability(BoolHandler completionHandler) override;
+  void setTrackingAvailability(bool value) override;
   void getUserId(TextHandler completionHandler) override;
+  void setUserId(std::string userId) override;
   void getCurrentLevel(IntegerHandler completionHandler) override;
+  void setCurrentLevel(std::int64_t currentLevel) override;
   void customEvent(std::string eventName, AnyCodable::Object parameters) override;
   void sendBufferedEvents() override;
   [[nodiscard]] std::int64_t getCustomEventParamsCount() override;

@@ -92,23 +92,20 @@ class CachedRepository {
   }
 
  private:
-  struct Row {
-    Item item;
-
-    static std::optional<Row> from(const Cursor& cursor) {
-      Row row{std::make_shared<Model>()};
-      int at = 0;
-      for (const Column<Model>& column : Columns::columns()) {
-        if (!column.read(*row.item, cursor, at++)) return std::nullopt;
-      }
-      return row;
+  /// Null for a row that lacks what the model must have.
+  static Item modelOf(const Cursor& cursor) {
+    Item item = std::make_shared<Model>();
+    int at = 0;
+    for (const Column<Model>& column : Columns::columns()) {
+      if (!column.read(*item, cursor, at++)) return nullptr;
     }
-  };
+    return item;
+  }
 
   void load() {
-    std::vector<Row> rows;
-    isLoaded_ = database_->query(TableQuery{.tableName = Columns::tableName}, rows);
-    for (const Row& row : rows) cache_.set(row.item);
+    isLoaded_ = database_->query({.tableName = Columns::tableName}, [this](const Cursor& cursor) {
+      if (const Item item = modelOf(cursor)) cache_.set(item);
+    });
   }
 
   void forgetAll() {

@@ -1,0 +1,166 @@
+#include "ConfigService.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+#include <variant>
+
+#include "Logger.h"
+#include "QueueManager.h"
+
+namespace pelorino {
+namespace {
+
+constexpr std::int64_t sdkConfigTimeout = 60;   ///< Seconds of one unit of waiting.
+constexpr std::int64_t longestConfigWait = 10;  ///< In those units.
+
+template <class... Handlers>
+struct Overloaded : Handlers... {
+  using Handlers::operator()...;
+};
+
+}  // namespace
+
+ConfigService::ConfigService(std::shared_ptr<StateManager> stateManager,
+                             std::shared_ptr<BackendProtocol> backend, Executor& executor)
+    : stateManager_(std::move(stateManager)), backend_(std::move(backend)), executor_(executor) {}
+
+void ConfigService::receiveSdkConfig() {
+  QueueManager::configQueue().addOperation(
+      [weak = weak_from_this(), key = stateManager_->getActiveProject()->applicationKey,
+       identifiers = stateManager_->getIdentifiers(*stateManager_->getActiveUser()),
+       versions = stateManager_->getVersion()] {
+        if (const auto self = weak.lock()) self->requestConfig(key, identifiers, versions);
+      });
+}
+
+void ConfigService::requestConfig(const std::string& applicationKey, const Identifiers& identifiers,
+                                  const Versions& versions) {
+  Logger::writeLog(PLRLogLevel::debug, "Trying to get analytics configuration from the server");
+  ConfigAnswer answer = backend_->requestConfig(applicationKey, identifiers, versions);
+  if (answer.isDefault) {
+    retryConfig();
+    return;
+  }
+  QueueManager::incomeQueue().addOperation(
+      [weak = weak_from_this(), config = std::move(answer.config)] {
+        const auto self = weak.lock();
+        if (self && self->onSdkConfigUpdate) self->onSdkConfigUpdate(config);
+      });
+}
+
+void ConfigService::retryConfig() {
+  const std::int64_t seconds = sdkConfigAttempt_ * sdkConfigTimeout;
+  Logger::writeLog(PLRLogLevel::debug, [&] {
+    return fmt::format(
+        "Failed to get analytics configuration, using the default configuration and retrying after "
+        "{} seconds",
+        seconds);
+  });
+  sdkConfigAttempt_ = std::min(sdkConfigAttempt_ + 1, longestConfigWait);
+  // Over the incomeQueue, which alone may look at the project and the user.
+  configRetry_ = executor_.after(std::chrono::seconds(seconds), [weak = weak_from_this()] {
+    QueueManager::incomeQueue().addOperation([weak] {
+      if (const auto self = weak.lock()) self->receiveSdkConfig();
+    });
+  });
+}
+
+void ConfigService::receiveUserBackendIds() {
+  const User& user = *stateManager_->getActiveUser();
+  if (backendIDsRequestInProcess_) {
+    Logger::writeLog(PLRLogLevel::debug, [&] {
+      return fmt::format("Receiving operation for user backend identifiers [{}] has been canceled",
+                         user.userId.value_or(""));
+    });
+    return;
+  }
+  backendIDsRequestInProcess_ = true;
+  const IdentifiersRequest request{
+      .applicationKey = stateManager_->getActiveProject()->applicationKey,
+      .identifiers = stateManager_->getIdentifiers(user),
+      .userIdKey = user.idKey};
+  QueueManager::configQueue().addOperation([weak = weak_from_this(), request] {
+    const auto self = weak.lock();
+    if (!self) return;
+    self->retryTimerTask_.reset();
+    self->getBackendIdentifiers(1, request);
+  });
+}
+
+void ConfigService::getBackendIdentifiers(std::int64_t attempt, const IdentifiersRequest& request) {
+  const BackendIdentifiers::Outcome outcome =
+      backend_->requestIdentification(request.applicationKey, attempt, request.identifiers);
+  std::visit(
+      Overloaded{[&](const BackendIdentifiers::Identifiers& identifiers) {
+                   QueueManager::incomeQueue().addOperation(
+                       [weak = weak_from_this(), identifiers, userIdKey = request.userIdKey] {
+                         if (const auto self = weak.lock())
+                           self->applyIdentifiers(identifiers, userIdKey);
+                       });
+                 },
+                 [&](const BackendIdentifiers::RetryAfter& retry) {
+                   retryIdentifiers(attempt, retry.retryAfter, request);
+                 },
+                 [&](const BackendIdentifiers::Error& error) {
+                   Logger::writeLog(PLRLogLevel::error,
+                                    [&] { return "BackendIdentifiers: " + error.text; });
+                   stopRequestProcess();
+                 },
+                 [&](BackendIdentifiers::DoNotRetry) {
+                   Logger::writeLog(PLRLogLevel::debug, "BackendIdentifiers: doNotRetry");
+                   stopRequestProcess();
+                 }},
+      outcome);
+}
+
+void ConfigService::retryIdentifiers(std::int64_t attempt, std::int64_t milliseconds,
+                                     const IdentifiersRequest& request) {
+  Logger::writeLog(PLRLogLevel::debug, [&] {
+    return fmt::format("BackendIdentifiers: let's retry after: {}", milliseconds);
+  });
+  // The backend's number may be anything; a wait is neither in the past nor beyond the clock.
+  constexpr std::chrono::milliseconds longestWait = std::chrono::days(3650);
+  const auto wait = std::clamp(std::chrono::milliseconds(milliseconds),
+                               std::chrono::milliseconds::zero(), longestWait);
+  retryTimerTask_ = executor_.after(wait, [weak = weak_from_this(), attempt, request] {
+    QueueManager::configBackQueue().addOperation([weak, attempt, request] {
+      if (const auto self = weak.lock()) self->getBackendIdentifiers(attempt + 1, request);
+    });
+  });
+}
+
+void ConfigService::stopRequestProcess() {
+  QueueManager::incomeQueue().addOperation([weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->backendIDsRequestInProcess_ = false;
+  });
+}
+
+void ConfigService::applyIdentifiers(const BackendIdentifiers::Identifiers& identifiers,
+                                     std::int64_t userIdKey) {
+  backendIDsRequestInProcess_ = false;
+  if (!stateManager_->getActiveProject()->trackingAvailable) {
+    Logger::writeLog(PLRLogLevel::info,
+                     "BackendIdentifiers: The query result was not applied. Tracking is Disabled");
+    return;
+  }
+  const User& user = *stateManager_->getActiveUser();
+  if (user.idKey != userIdKey) {
+    Logger::writeLog(PLRLogLevel::debug,
+                     "In the process of receiving backendidentifiers from the server, the user was "
+                     "changed. Request the identifiers again.");
+    receiveUserBackendIds();
+    return;
+  }
+  stateManager_->updateDeviceIdentifiers(
+      identifiers.pelorinoId, identifiers.crossPlatformPelorinoId, identifiers.pelorinoIdTimestamp);
+  Logger::writeLog(PLRLogLevel::info, [&] {
+    return fmt::format("For [{}] user the updated backendIdentifiers are:\n{}",
+                       user.userId.value_or(""), identifiers.description());
+  });
+  if (onIdentifiersUpdate) onIdentifiersUpdate(identifiers.pelorinoId);
+}
+
+}  // namespace pelorino

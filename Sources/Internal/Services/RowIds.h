@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "SQLiteValue.h"
+#include "User.h"
+
+namespace pelorino {
+
+/// The row ids of users, in their order.
+[[nodiscard]] inline std::vector<RowId> rowIds(const std::vector<std::shared_ptr<User>>& users) {
+  std::vector<RowId> ids;
+  ids.reserve(users.size());
+  for (const auto& user : users) ids.push_back(user->idKey);
+  return ids;
+}
+
+}  // namespace pelorino

@@ -1,0 +1,89 @@
+#include "TimerService.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pelorino {
+namespace {
+
+constexpr std::int64_t defaultCurrencyAggregationTimeout = 360'000;
+constexpr std::int64_t activityTimeout = 15'000;
+constexpr std::chrono::milliseconds tolerance{500};
+
+}  // namespace
+
+std::chrono::seconds timerPeriod(std::int64_t milliseconds) {
+  using namespace std::chrono_literals;
+  constexpr std::chrono::seconds longest = std::chrono::days(3650);
+  return std::clamp<std::chrono::seconds>(std::chrono::seconds(milliseconds / 1000), 1s, longest);
+}
+
+/// What tells one timer from another, in the order of the slots.
+struct TimerService::Kind {
+  std::int64_t (*period)(const Config&);  ///< Milliseconds.
+  std::function<void()> TimerService::*onTick;
+};
+
+const std::array<TimerService::Kind, 4> TimerService::kinds{{
+    {[](const Config& config) { return config.aliveTimeout; }, &TimerService::onAliveTimerTick},
+    {[](const Config& config) {
+       return config.currencyAggregationTimeout.value_or(defaultCurrencyAggregationTimeout);
+     },
+     &TimerService::onCurrencyAccrualTimerTick},
+    {[](const Config& config) { return config.timeForRequest; }, &TimerService::onRequestTimerTick},
+    {[](const Config&) { return activityTimeout; }, &TimerService::onActivityTimerTick},
+}};
+
+TimerService::TimerService(std::shared_ptr<StateManager> stateManager, Executor& executor)
+    : stateManager_(std::move(stateManager)), executor_(executor) {}
+
+void TimerService::startTimers() {
+  state_.update([this](State& state) {
+    state.isRunning = true;
+    readPeriods(state);
+  });
+  scheduleMissing();
+}
+
+void TimerService::stopTimers() {
+  state_.update([](State& state) {
+    state.isRunning = false;
+    state.timers = {};
+  });
+}
+
+void TimerService::resetRequestTimer() {
+  state_.update([this](State& state) {
+    state.timers[request].reset();
+    readPeriods(state);
+  });
+  scheduleMissing();
+}
+
+// The main thread must not look at the project, which belongs to the incomeQueue.
+void TimerService::readPeriods(State& state) const {
+  const Config& config = stateManager_->getActiveProject()->configuration;
+  for (std::size_t slot = 0; slot < kinds.size(); ++slot) {
+    state.periods[slot] = timerPeriod(kinds[slot].period(config));
+  }
+}
+
+void TimerService::scheduleMissing() {
+  executor_.mainQueue().add([weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (!self) return;
+    self->state_.update([&](State& state) {
+      if (!state.isRunning) return;
+      for (std::size_t slot = 0; slot < kinds.size(); ++slot) {
+        if (state.timers[slot]) continue;
+        state.timers[slot] = self->executor_.repeat(state.periods[slot], tolerance, [weak, slot] {
+          const auto service = weak.lock();
+          if (!service) return;
+          if (const auto& onTick = (*service).*kinds[slot].onTick) onTick();
+        });
+      }
+    });
+  });
+}
+
+}  // namespace pelorino
