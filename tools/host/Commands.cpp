@@ -82,6 +82,14 @@ void customEvent(const Arguments& arguments) {
   PLRAnalytics::customEvent(name, parameters);
 }
 
+void setTrackingAvailability(const Arguments& arguments) {
+  PLRAnalytics::setTrackingAvailability(arguments.boolean("value"));
+}
+
+void setCurrentLevel(const Arguments& arguments) {
+  PLRAnalytics::setCurrentLevel(arguments.integer("currentLevel"));
+}
+
 void logLevel(std::string_view op, const Arguments& arguments) {
   if (const auto level = arguments.maybeText("level")) {
     return PLRAnalytics::setLogLevel(logLevelOf(*level));
@@ -172,6 +180,9 @@ const std::map<std::string_view, Command>& commands() {
       {"getTrackingAvailability", asking(PLRAnalytics::getTrackingAvailability)},
       {"getUserId", asking(PLRAnalytics::getUserId)},
       {"getCurrentLevel", asking(PLRAnalytics::getCurrentLevel)},
+      {"setTrackingAvailability", command({"value"}, setTrackingAvailability)},
+      {"setUserId", withText("userId", PLRAnalytics::setUserId)},
+      {"setCurrentLevel", command({"currentLevel"}, setCurrentLevel)},
       {"setIdentifiersListener", command({"on"}, setIdentifiersListener)},
       {"testLogs", plain(PLRAnalytics::testLogs)},
       {"setTestProxyUrl", withText("url", PLRAnalytics::setTestProxyUrl)},

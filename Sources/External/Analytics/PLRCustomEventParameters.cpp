@@ -27,10 +27,13 @@ void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
 
 std::string PLRCustomEventParameters::description() const {
   std::string text;
-  for (const auto& [key, value] : dictionary) {
+  for (const auto& parameter : dictionary) {
     if (!text.empty()) text += '\n';
-    std::visit([&](const auto& plain) { text += fmt::format("key: {} value: {}", key, plain); },
-               value);
+    std::visit(
+        [&](const auto& value) {
+          text += fmt::format("key: {} value: {}", parameter.first, value);
+        },
+        parameter.second);
   }
   return text;
 }
