@@ -65,6 +65,19 @@ TEST_F(LibraryTest, AStartInTheBackgroundWaitsForTheApplicationToBecomeActive) {
   EXPECT_EQ(all, "ss di first second ");
 }
 
+TEST_F(LibraryTest, BecomingActiveDuringInitializeIsNotMissed) {
+  start();
+  PLRHost::didEnterBackground();
+  // The line that refuses the second call is written after the state was read.
+  PLREngineWrapper::setEngineLoggerMessageClosure(
+      [](PLRLogLevel, const std::string&) { PLRHost::didBecomeActive(); });
+  PLRAnalytics::initialize("key");
+  PLREngineWrapper::setEngineLoggerMessageClosure(nullptr);
+  report("boss");
+  send();
+  EXPECT_EQ(deliveredEvents().back(), "boss");
+}
+
 TEST_F(LibraryTest, OnlyTheFirstInitializeIsAccepted) {
   PLRAnalytics::initialize("key");
   PLRAnalytics::initialize("other");

@@ -51,6 +51,8 @@ void Core::waitForActive() {
       ApplicationNotification::didBecomeActive, [weak = weak_from_this()] {
         if (const auto self = weak.lock()) self->onLoadAction();
       }));
+  // It may have become active, on another thread, after the state was read and before this.
+  if (Host::applicationState() == ApplicationState::active) onLoadAction();
 }
 
 void Core::onLoadAction() {
