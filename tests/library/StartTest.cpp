@@ -185,6 +185,12 @@ TEST_F(LibraryTest, AListenerHearsOfAKnownIdentifierOnceItIsSet) {
   EXPECT_EQ(listener->heard.size(), 1U);
 }
 
+TEST_F(LibraryTest, ATextParameterIsRepairedWhereItIsCollected) {
+  PLRCustomEventParameters parameters;
+  parameters.add("who", "a\xFF");
+  EXPECT_EQ(parameters.getAllParameters().at("who"), PLRCustomEventParameters::Value("a\uFFFD"));
+}
+
 TEST_F(LibraryTest, ParametersAreLimitedWhereTheyAreCollected) {
   PLRCustomEventParameters parameters;
   for (int i = 0; i < 19; ++i) parameters.add("key" + std::to_string(i), i);

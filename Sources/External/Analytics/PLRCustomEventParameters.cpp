@@ -4,11 +4,12 @@
 #include "Core.h"
 #include "Logger.h"
 #include "PublicCall.h"
+#include "Text.h"
 
 using namespace pelorino;
 
 void PLRCustomEventParameters::add(std::string_view key, std::string_view value) {
-  publicCall("add", [&] { addParameter(key, std::string(value)); });
+  publicCall("add", [&] { addParameter(key, repairUtf8(std::string(value))); });
 }
 
 void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
