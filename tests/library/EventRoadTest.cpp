@@ -192,6 +192,26 @@ TEST_F(LibraryTest, ATearDownDuringAnExchangeNeitherLosesNorRepeatsTheReport) {
   EXPECT_EQ(std::ranges::count(deliveredEvents(), std::string("boss")), 1);
 }
 
+TEST_F(LibraryTest, ATearDownLeavesTheRestOfABatchToTheNextStart) {
+  usualStatus.reset();
+  start();
+  for (const char* name : {"first", "second", "third"}) {
+    report(name);
+    send();
+  }
+  usualStatus = 200;
+  system.http().setLatency(std::chrono::seconds(5));
+  send();
+  PLREngineWrapper::destroySDK();
+  system.runUntilIdle();
+  start();
+  system.advance(std::chrono::seconds(60));
+  const auto events = deliveredEvents();
+  for (const char* name : {"first", "second", "third"}) {
+    EXPECT_EQ(std::ranges::count(events, std::string(name)), 1) << name;
+  }
+}
+
 TEST_F(LibraryTest, EditorModeLeavesTheApplicationsVersionsOut) {
   PLREngineWrapper::enableEditorMode();
   start();

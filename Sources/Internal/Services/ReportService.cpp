@@ -137,9 +137,7 @@ void ReportService::sendSavedReports() {
   if (reports.empty()) return;
   isSending_ = true;
   QueueManager::networkSerialQueue().addOperation(
-      [weak = weak_from_this(), reports = std::move(reports)] {
-        if (const auto self = weak.lock()) self->sendReports(reports);
-      });
+      [weak = weak_from_this(), reports = std::move(reports)] { sendReports(weak, reports); });
 }
 
 ReportService::ReportList ReportService::savedReports() const {
@@ -166,10 +164,14 @@ ReportService::ReportList ReportService::savedReports() const {
   return reports;
 }
 
-void ReportService::sendReports(const ReportList& reports) {
-  const bool succeeded =
-      std::ranges::all_of(reports, [this](const auto& report) { return send(report); });
-  QueueManager::incomeQueue().addOperation([weak = weak_from_this(), succeeded] {
+void ReportService::sendReports(const std::weak_ptr<ReportService>& weak,
+                                const ReportList& reports) {
+  // Held for one report at a time: what a torn down library has not sent yet is the next one's.
+  const bool succeeded = std::ranges::all_of(reports, [&](const auto& report) {
+    const auto self = weak.lock();
+    return self && self->send(report);
+  });
+  QueueManager::incomeQueue().addOperation([weak, succeeded] {
     if (const auto self = weak.lock()) self->endBatch(succeeded);
   });
 }

@@ -54,7 +54,7 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   void sendSavedReports();
   [[nodiscard]] ReportList savedReports() const;
   /// On the networkSerialQueue; blocks it.
-  void sendReports(const ReportList& reports);
+  static void sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports);
   [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
   void removeReport(const std::shared_ptr<Report>& report);
   void endBatch(bool succeeded);
