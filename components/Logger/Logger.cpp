@@ -64,7 +64,8 @@ void Logger::deliver(PLRLogLevel level, std::string_view message) {
   line.reserve(line.size() + 1 + message.size());
   line += ' ';
   line += message;
-  const ExitGate::Pass pass;
+  const ExitGate::TryPass pass;
+  if (!pass.isInside()) return;
   try {
     (*closure)(level, line);
   } catch (...) {  // NOLINT(bugprone-empty-catch)

@@ -60,6 +60,10 @@ TEST(Exit, ComesAtAnyMomentWithoutACrashAHangOrALateCall) {
   }
 }
 
+TEST(Exit, LetsTheHostsOwnThreadsGoOn) {
+  EXPECT_EQ(runChild({"logging", "return", "20000", "0"}), "7");
+}
+
 TEST(Exit, WaitsOnlyShortlyForAClosureThatHangs) {
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(runChild({"hanging", "return", "20000", "0"}), "7");

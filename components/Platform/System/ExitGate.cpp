@@ -31,13 +31,34 @@ constinit thread_local bool isExiting = false;
 
 void closeGate() {
   isExiting = true;
-  closed.store(true, std::memory_order_seq_cst);
+  // Armed twice, it runs twice; whoever is inside by then has been waited for.
+  if (closed.exchange(true, std::memory_order_seq_cst)) return;
   const int ownPass = depth > 0 ? 1 : 0;
   const auto end = std::chrono::steady_clock::now() + exitPatience;
   while (threadsInside.load(std::memory_order_seq_cst) > ownPass &&
          std::chrono::steady_clock::now() < end) {
     std::this_thread::sleep_for(exitPollInterval);
   }
+}
+
+/// False, and still outside, when the gate has closed.
+bool enter() {
+  if (depth == 0) {
+    if (!registered.load(std::memory_order_acquire)) ExitGate::arm();
+    // Count first, look second, while exit closes first and counts second: one of the two sees the
+    // other. Both need the total order of seq_cst.
+    threadsInside.fetch_add(1, std::memory_order_seq_cst);
+    if (closed.load(std::memory_order_seq_cst) && !isExiting) {
+      threadsInside.fetch_sub(1, std::memory_order_seq_cst);
+      return false;
+    }
+  }
+  ++depth;
+  return true;
+}
+
+void leave() {
+  if (--depth == 0) threadsInside.fetch_sub(1, std::memory_order_seq_cst);
 }
 
 }  // namespace
@@ -56,19 +77,17 @@ void ExitGate::parkIfClosed() noexcept {
 }
 
 ExitGate::Pass::Pass() {
-  if (depth++ > 0) return;
-  if (!registered.load(std::memory_order_acquire)) arm();
-  // Count first, look second, while exit closes first and counts second: one of the two sees the
-  // other. Both need the total order of seq_cst.
-  threadsInside.fetch_add(1, std::memory_order_seq_cst);
-  if (closed.load(std::memory_order_seq_cst) && !isExiting) {
-    threadsInside.fetch_sub(1, std::memory_order_seq_cst);
-    sleepForever();
-  }
+  if (!enter()) sleepForever();
 }
 
 ExitGate::Pass::~Pass() {
-  if (--depth == 0) threadsInside.fetch_sub(1, std::memory_order_seq_cst);
+  leave();
+}
+
+ExitGate::TryPass::TryPass() : isInside_(enter()) {}
+
+ExitGate::TryPass::~TryPass() {
+  if (isInside_) leave();
 }
 
 }  // namespace pelorino

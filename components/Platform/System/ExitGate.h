@@ -21,6 +21,21 @@ class ExitGate {
     Pass& operator=(const Pass&) = delete;
   };
 
+  /// The same for a thread that may be the host's: once the gate has closed it stays outside and
+  /// goes on. Put to sleep, it would hang an exit that joins it.
+  class TryPass {
+   public:
+    TryPass();
+    ~TryPass();
+    TryPass(const TryPass&) = delete;
+    TryPass& operator=(const TryPass&) = delete;
+
+    [[nodiscard]] bool isInside() const { return isInside_; }
+
+   private:
+    const bool isInside_;
+  };
+
   /// Registers the gate with the process's exit handlers once more, so that it closes before
   /// whatever was registered or constructed until now is torn down.
   static void arm();

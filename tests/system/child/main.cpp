@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "ExitGate.h"
+#include "Logger.h"
 #include "System.h"
 
 namespace {
@@ -24,10 +25,37 @@ constexpr int wantedCode = 7;
 constexpr int usedTooLate = 8;
 constexpr int blocksLost = 9;
 
+/// A thread of the host's own, which ends when it is told to and is joined at exit.
+class HostThread {
+ public:
+  void start(std::function<void()> work) {
+    thread_ = std::thread([this, work = std::move(work)] {
+      while (!isToEnd_) {
+        work();
+        ++rounds_;
+      }
+    });
+  }
+  void join() {
+    if (!thread_.joinable()) return;
+    const int before = rounds_;
+    while (rounds_ < before + 2) std::this_thread::sleep_for(1ms);
+    isToEnd_ = true;
+    thread_.join();
+  }
+
+ private:
+  std::thread thread_;
+  std::atomic<bool> isToEnd_{false};
+  std::atomic<int> rounds_{0};
+};
+
 /// State of a host, torn down at exit. What the library calls must not find it gone.
 struct HostState {
   std::atomic<bool> isAlive{true};
+  HostThread thread;
   ~HostState() {
+    thread.join();
     isAlive = false;
     // A host may call the library from here: it must not wait for what will never run.
     System::current().executor().mainQueue().add([] {});
@@ -80,8 +108,17 @@ void startWork(const std::string& state, const std::string& port) {
   }
 }
 
+/// Writes log lines on a thread of the host.
+void log() {
+  Logger::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string&) {
+    if (!hostState.isAlive) ::_exit(usedTooLate);
+  });
+  hostState.thread.start([] { Logger::writeLog(PLRLogLevel::error, "a line"); });
+}
+
 /// Stays inside the gate, as a closure of the host does that hangs.
 void hang() {
+  for (int i = 0; i < 100; ++i) ExitGate::arm();
   executor().mainQueue().add([] {
     const ExitGate::Pass pass;
     std::this_thread::sleep_for(1h);
@@ -139,6 +176,8 @@ int main(int count, char** arguments) {
   if (state == "without threads") return runWithoutThreads();
   if (state == "hanging") {
     hang();
+  } else if (state == "logging") {
+    log();
   } else {
     startWork(state, arguments[4]);
   }
