@@ -69,7 +69,8 @@ class CachedRepository {
 
   /// Deletes all rows.
   void clear() {
-    forgetAll();
+    cache_.clear();
+    isLoaded_ = false;
     database_->clear(Columns::tableName);
   }
 
@@ -86,9 +87,9 @@ class CachedRepository {
   void deleteRows(std::span<const RowId> cached, std::string_view column,
                   std::string_view separator, std::span<const RowId> values) {
     for (const RowId id : cached) cache_.remove(id);
-    const auto deleted = deleteFromTable(column, separator, values);
-    // Rows that are still in the table are seen again as soon as the cache has run empty.
-    if (cache_.empty() && deleted < static_cast<std::int64_t>(cached.size())) forgetAll();
+    // Where this fails, say on a full disk, this process does not read the rows again: otherwise
+    // reports that have been delivered would go out at every occasion.
+    deleteFromTable(column, separator, values);
   }
 
  private:
@@ -108,11 +109,6 @@ class CachedRepository {
     });
   }
 
-  void forgetAll() {
-    cache_.clear();
-    isLoaded_ = false;
-  }
-
   /// All columns but the row id.
   static std::vector<ColumnValue> prepareContetsValues(const Model& item) {
     const auto written = Columns::columns().subspan(1);
@@ -124,18 +120,15 @@ class CachedRepository {
     return content;
   }
 
-  /// In as many statements as the number of values takes. Gives the number of deleted rows.
-  std::int64_t deleteFromTable(std::string_view column, std::string_view separator,
-                               std::span<const RowId> values) {
-    std::int64_t deleted = 0;
+  /// In as many statements as the number of values takes.
+  void deleteFromTable(std::string_view column, std::string_view separator,
+                       std::span<const RowId> values) {
     do {
       const auto part = values.first(std::min(values.size(), database_->argumentLimit()));
       const std::vector<std::optional<SQLiteValue>> arguments(part.begin(), part.end());
-      deleted += database_->deleteRows(Columns::tableName, isOneOf(column, separator, part.size()),
-                                       arguments);
+      database_->deleteRows(Columns::tableName, isOneOf(column, separator, part.size()), arguments);
       values = values.subspan(part.size());
     } while (!values.empty());
-    return deleted;
   }
 
   static std::string isOneOf(std::string_view column, std::string_view separator,
