@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "KeychainStore.h"
+#include "Text.h"
 #include "TrackingHelper.h"
 
 namespace pelorino {
@@ -18,6 +19,12 @@ constexpr const char* olderIdfv = "plr_idfv";
 
 std::string accountOf(const std::string& appName, const char* name) {
   return appName + "-" + name;
+}
+
+/// Bytes that are no UTF-8 count as absent.
+std::optional<std::string> decoded(std::optional<std::string> data) {
+  if (data && repairUtf8(*data) != *data) data.reset();
+  return data;
 }
 
 }  // namespace
@@ -87,7 +94,7 @@ void IdentifierCollector::clearKeychain(HostFacts& facts, KeyStore& keychain) {
 
 std::optional<std::string> IdentifierCollector::getSavedUID(const std::string& appName,
                                                             const char* account) const {
-  return KeychainStore(keychain_).getData(accountOf(appName, account));
+  return decoded(KeychainStore(keychain_).getData(accountOf(appName, account)));
 }
 
 void IdentifierCollector::setSavedUID(const std::string& uid, const std::string& appName,
@@ -96,7 +103,7 @@ void IdentifierCollector::setSavedUID(const std::string& uid, const std::string&
 }
 
 std::optional<std::string> IdentifierCollector::getOlderSavedUID(const char* account) const {
-  return KeychainStore(keychain_).getData(account);
+  return decoded(KeychainStore(keychain_).getData(account));
 }
 
 /// The identifier that an older generation of the library has left, kept from now on as the

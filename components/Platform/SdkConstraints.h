@@ -12,7 +12,7 @@ class SdkConstraints final {
 
   /// "2.1.2" until an engine plug-in sets its own. A reader sees the old text or the new one.
   [[nodiscard]] static std::string sdkVersion();
-  static void setSdkVersion(std::string version);
+  static void setSdkVersion(std::string text);
 
   /// The same version as the backend counts it.
   static constexpr std::int64_t sdkCodeVersion = 10;

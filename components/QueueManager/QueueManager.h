@@ -44,6 +44,9 @@ class QueueManager final {
   /// (from an operation of this queue, on a paused queue).
   void waitUntilAllOperationsAreFinished() { queue_->waitUntilAllBlocksAreFinished(); }
 
+  /// True inside an operation of this queue, on its thread.
+  [[nodiscard]] bool isCurrent() const { return queue_->isCurrent(); }
+
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] int maxConcurrentOperationCount() const { return maxConcurrentOperationCount_; }
   [[nodiscard]] QualityOfService qualityOfService() const { return qualityOfService_; }

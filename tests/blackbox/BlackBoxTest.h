@@ -28,12 +28,31 @@ class BlackBoxTest : public ::testing::Test {
   }
   void restartBackend() { backend_ = startBackend(port_); }
 
+  /// From now on the backend answers this configuration; what it leaves out is as ever.
+  void configure(const boost::json::object& changes) {
+    boost::json::object body{
+        {"timeForRequest", 120'000}, {"countForRequest", 10},   {"eventParamsCount", 20},
+        {"sessionTimeout", 600'000}, {"serverTime", 1},         {"aliveTimeout", 300'000},
+        {"userCounting", true}};
+    for (const auto& [key, value] : changes) body[key] = value;
+    backend().control("answer", {{"endpoint", "/analytics/config"}, {"body", body}});
+  }
+
   /// A host that has started and has delivered all of its start.
-  std::unique_ptr<HostProcess> startedHost() {
-    auto host = std::make_unique<HostProcess>(file_, url_);
-    host->initialize();
+  std::unique_ptr<HostProcess> startedHost(const boost::json::object& configuration = {},
+                                           const boost::json::object& description = {}) {
+    auto host = std::make_unique<HostProcess>(file_, url_, description);
+    host->initialize(configuration);
     EXPECT_TRUE(host->drain());
     EXPECT_TRUE(comesTrue([&] { return waiting(*host).empty(); })) << waiting(*host);
+    return host;
+  }
+
+  /// The same, once the configuration that the backend answers is in force.
+  std::unique_ptr<HostProcess> configuredHost(const boost::json::object& configuration = {}) {
+    auto host = startedHost(configuration);
+    EXPECT_TRUE(host->logs("The SDK analytics configuration has been received"));
+    EXPECT_TRUE(host->drain());
     return host;
   }
 

@@ -1,5 +1,6 @@
 #include "HostProcess.h"
 
+#include <filesystem>
 #include <fstream>
 
 namespace pelorino::blackbox {
@@ -19,6 +20,15 @@ std::vector<std::string> commandLine(const DatabaseFile& file, const std::string
   return {PELORINO_HOST, "--backend", backendUrl, "--describe", json::serialize(fields)};
 }
 
+/// A number from a status file of the system; -1 where there is none.
+long statusNumber(const std::string& file, std::string_view field) {
+  std::ifstream status(file);
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with(field)) return std::stol(line.substr(field.size() + 1));
+  }
+  return -1;
+}
+
 auto contains(std::string_view text) {
   return [text](const std::string& line) { return line.find(text) != std::string::npos; };
 }
@@ -29,8 +39,11 @@ HostProcess::HostProcess(const DatabaseFile& file, const std::string& backendUrl
                          const json::object& description)
     : process_(commandLine(file, backendUrl, description)) {}
 
-void HostProcess::initialize() {
-  run(R"({"op":"initialize","applicationKey":"black-box","configuration":{"logLevel":"debug"}})");
+void HostProcess::initialize(const json::object& configuration) {
+  json::object fields{{"logLevel", "debug"}};
+  for (const auto& [key, value] : configuration) fields[key] = value;
+  run(json::serialize(json::object{
+      {"op", "initialize"}, {"applicationKey", "black-box"}, {"configuration", fields}}));
 }
 
 void HostProcess::customEvent(const std::string& name) {
@@ -73,11 +86,18 @@ void HostProcess::kill() {
 }
 
 long HostProcess::peakMemory() const {
-  std::ifstream status("/proc/" + std::to_string(process_.pid()) + "/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6));
+  return statusNumber("/proc/" + std::to_string(process_.pid()) + "/status", "VmHWM:");
+}
+
+std::map<std::string, long> HostProcess::sleeps() const {
+  std::map<std::string, long> counts;
+  const std::string tasks = "/proc/" + std::to_string(process_.pid()) + "/task";
+  for (const auto& task : std::filesystem::directory_iterator(tasks)) {
+    // A thread may end meanwhile.
+    const long count = statusNumber(task.path() / "status", "voluntary_ctxt_switches:");
+    if (count >= 0) counts[task.path().filename()] = count;
   }
-  return -1;
+  return counts;
 }
 
 }  // namespace pelorino::blackbox

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/json.hpp>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,8 @@ class HostProcess final {
 
   /// One command line, as it stands.
   void run(std::string line) { process_.writeLine(std::move(line)); }
-  void initialize();
+  /// `configuration` overrides and adds fields.
+  void initialize(const boost::json::object& configuration = {});
   void customEvent(const std::string& name);
   void sendBufferedEvents() { run(R"({"op":"sendBufferedEvents"})"); }
 
@@ -50,6 +52,9 @@ class HostProcess final {
 
   /// The most memory that it has had so far, in kilobytes.
   [[nodiscard]] long peakMemory() const;
+
+  /// How often each of its threads has gone to sleep by itself so far, by thread id.
+  [[nodiscard]] std::map<std::string, long> sleeps() const;
 
  private:
   Process process_;

@@ -212,6 +212,19 @@ TEST_F(LibraryTest, ATearDownLeavesTheRestOfABatchToTheNextStart) {
   }
 }
 
+TEST_F(LibraryTest, AStartDuringTheExchangeOfTheOneBeforeSendsNothingTwice) {
+  start();
+  delivered.clear();
+  system.http().setLatency(std::chrono::seconds(5));
+  report("boss");
+  send();
+  PLREngineWrapper::destroySDK();
+  PLRAnalytics::initialize("key");
+  system.advance(std::chrono::seconds(60));
+  EXPECT_EQ(std::ranges::count(deliveredEvents(), std::string("boss")), 1);
+  EXPECT_EQ(rows("SELECT count(*) FROM reports"), "0");
+}
+
 TEST_F(LibraryTest, EditorModeLeavesTheApplicationsVersionsOut) {
   PLREngineWrapper::enableEditorMode();
   start();

@@ -75,7 +75,7 @@ void PLRAnalytics::setLogLevel(PLRLogLevel level) noexcept {
 }
 
 std::function<void(const std::string&)> PLRAnalytics::loggerMessageClosure() {
-  return Logger::loggerMessageClosure();
+  return publicCall("loggerMessageClosure", Logger::Closure(), Logger::loggerMessageClosure);
 }
 
 void PLRAnalytics::setLoggerMessageClosure(

@@ -51,6 +51,7 @@ struct PLRHostDescription {
   std::optional<std::string> machine;        ///< Default: `uname`.
   std::optional<std::string> systemVersion;  ///< Default: `uname`.
 
-  /// Answers whether the device has been tampered with. Called once, on the library's main thread.
+  /// Answers whether the device has been tampered with. Called once, on the library's main thread,
+  /// while the start waits for its answer, for 20 seconds at most; it must not call the library.
   std::function<bool()> integrityProbe;
 };

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "EndedOnIncomeQueue.h"
 #include "Host.h"
 #include "Logger.h"
 #include "QueueManager.h"
@@ -17,7 +18,7 @@ Guarded<std::shared_ptr<Core>>& Core::privateShared() {
 
 std::shared_ptr<Core> Core::shared() {
   return privateShared().update([](std::shared_ptr<Core>& core) {
-    if (!core) core = std::make_shared<Core>();
+    if (!core) core = std::shared_ptr<Core>(new Core, EndedOnIncomeQueue());
     return core;
   });
 }

@@ -20,7 +20,7 @@ CoreHelper::CoreHelper(std::string userId, std::shared_ptr<Project> project, boo
 }
 
 std::shared_ptr<User> CoreHelper::defineActiveUser() {
-  const auto current = getCurrentUser();
+  auto current = getCurrentUser();
   if (!setByDefault_) return getByAccountingType(current);
   if (current->isDefaultUser && current->userId != userId_) changeUserState(current);
   return current;

@@ -115,12 +115,11 @@ Versions StateManager::getVersion() const {
   return versions;
 }
 
-std::optional<DeviceInfo> StateManager::getDeviceInfo(std::int64_t timestamp) const {
+std::optional<DeviceInfo> StateManager::getDeviceInfo() const {
   const auto device = getDeviceData();
   if (!device) return std::nullopt;
   const IdentifierData identifiers = deviceManager_->getIdentifiersData();
   DeviceInfo info;
-  info.timestamp = timestamp;
   info.osVersion = device->osVersion;
   info.os = device->osName;
   info.displayPpi = device->displayPpi;

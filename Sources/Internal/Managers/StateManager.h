@@ -46,8 +46,8 @@ class StateManager final {
   [[nodiscard]] Identifiers getIdentifiers(const User& user) const;
   [[nodiscard]] Versions getVersion() const;
   [[nodiscard]] ApplicationData getAppData() const { return deviceManager_->getAppData(); }
-  /// Absent when the device data cannot be had in time.
-  [[nodiscard]] std::optional<DeviceInfo> getDeviceInfo(std::int64_t timestamp) const;
+  /// The event but for its time. Absent when the device data cannot be had in time.
+  [[nodiscard]] std::optional<DeviceInfo> getDeviceInfo() const;
   [[nodiscard]] std::optional<DeviceData> getDeviceData() const {
     return deviceManager_->getDeviceData();
   }

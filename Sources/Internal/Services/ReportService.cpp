@@ -9,14 +9,17 @@
 #include <string_view>
 #include <utility>
 
+#include "DeliveredReports.h"
 #include "Logger.h"
-#include "PLRError.h"
 #include "QueueManager.h"
 #include "RowIds.h"
 #include "SdkConstraints.h"
 
 namespace pelorino {
 namespace {
+
+/// The incomeQueue only.
+int newestGeneration = 0;
 
 void logSending(const Report& report) {
   Logger::writeLog(PLRLogLevel::info,
@@ -44,7 +47,8 @@ ReportService::ReportService(std::shared_ptr<StateManager> stateManager,
     : stateManager_(std::move(stateManager)),
       eventRepository_(std::move(eventRepository)),
       reportsRepository_(std::move(reportsRepository)),
-      backend_(std::move(backend)) {}
+      backend_(std::move(backend)),
+      generation_(++newestGeneration) {}
 
 void ReportService::sendFlashEvent(const Storable& event) {
   const auto object = std::make_shared<EventObject>();
@@ -166,29 +170,36 @@ ReportService::ReportList ReportService::savedReports() const {
 
 void ReportService::sendReports(const std::weak_ptr<ReportService>& weak,
                                 const ReportList& reports) {
-  // Held for one report at a time: what a torn down library has not sent yet is the next one's.
-  const bool succeeded = std::ranges::all_of(reports, [&](const auto& report) {
-    const auto self = weak.lock();
-    return self && self->send(report);
-  });
+  bool succeeded = false;
+  try {
+    // Held for one report at a time: what a torn down library has not sent yet is the next one's.
+    succeeded = std::ranges::all_of(reports, [&](const auto& report) {
+      const auto self = weak.lock();
+      return self && self->send(report);
+    });
+  } catch (const std::exception& error) {  // Such as no memory for the body: the batch must end.
+    Logger::writeLog(PLRLogLevel::error,
+                     [&] { return std::string("Report submission failed: ") + error.what(); });
+  }
   QueueManager::incomeQueue().addOperation([weak, succeeded] {
     if (const auto self = weak.lock()) self->endBatch(succeeded);
   });
 }
 
 bool ReportService::send(const std::shared_ptr<Report>& report) {
-  logSending(*report);
-  std::optional<PLRError> failure;
-  try {
-    failure = backend_->sendAnalytics(*report->appKey, *report->identifiers, {.reports = {report}});
-  } catch (const std::exception& error) {  // Such as no memory for the body: the batch must end.
-    failure = PLRError(error.what());
+  if (DeliveredReports::contains(report->uuid)) {
+    removeReport(report);
+    return true;
   }
+  logSending(*report);
+  const auto failure =
+      backend_->sendAnalytics(*report->appKey, *report->identifiers, {.reports = {report}});
   if (failure) {
     logFailure(*report, failure->description());
     Logger::writeLog(PLRLogLevel::debug, "The network queue is stopped");
     return false;
   }
+  DeliveredReports::add(report->uuid);
   logSuccess(*report);
   removeReport(report);
   if (onReportSendAction) onReportSendAction();
@@ -198,9 +209,13 @@ bool ReportService::send(const std::shared_ptr<Report>& report) {
 void ReportService::removeReport(const std::shared_ptr<Report>& report) {
   // The repository is held: a report that has arrived is deleted even if the library is torn down
   // meanwhile.
-  QueueManager::incomeQueue().addOperation([repository = reportsRepository_, report] {
-    repository->deleteItems(std::span(&report, 1));
-  });
+  QueueManager::incomeQueue().addOperation(
+      [repository = reportsRepository_, report, generation = generation_] {
+        repository->deleteItems(std::span(&report, 1));
+        // A library that has started meanwhile has read the row before, and may hold it to be
+        // there.
+        if (generation == newestGeneration) DeliveredReports::remove(report->uuid);
+      });
 }
 
 void ReportService::endBatch(bool succeeded) {

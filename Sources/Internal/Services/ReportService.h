@@ -63,6 +63,7 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   std::shared_ptr<EventRepository> eventRepository_;
   std::shared_ptr<ReportsRepository> reportsRepository_;
   std::shared_ptr<BackendProtocol> backend_;
+  const int generation_;           ///< Counts the services of this process, one for each start.
   bool isSending_ = false;         ///< A batch is on the network queue.
   bool resendWhenFinish_ = false;  ///< Look for stored reports again when that batch ends.
 };

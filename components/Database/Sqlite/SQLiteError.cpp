@@ -14,7 +14,7 @@ SQLiteError::SQLiteError(std::string message, int code, const std::optional<std:
                              : fmt::format("{} (code: {})", message_, code)) {}
 
 SQLiteError SQLiteError::error(std::string message, int code,
-                               std::optional<std::string> statement) {
+                               const std::optional<std::string>& statement) {
   return {std::move(message), code, statement};
 }
 

@@ -12,8 +12,8 @@ namespace pelorino {
 class SQLiteError final : public std::exception {
  public:
   /// `statement` is the SQL text, where the thrower has one at hand.
-  [[nodiscard]] static SQLiteError error(std::string message, int code,
-                                         std::optional<std::string> statement = std::nullopt);
+  [[nodiscard]] static SQLiteError error(
+      std::string message, int code, const std::optional<std::string>& statement = std::nullopt);
 
   [[nodiscard]] const std::string& message() const { return message_; }
   [[nodiscard]] int code() const { return code_; }

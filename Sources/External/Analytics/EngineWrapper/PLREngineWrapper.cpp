@@ -14,7 +14,8 @@ using namespace pelorino;
 
 std::function<void(PLRLogLevel, const std::string&)>
 PLREngineWrapper::engineLoggerMessageClosure() {
-  return Logger::engineLoggerMessageClosure();
+  return publicCall("engineLoggerMessageClosure", Logger::EngineClosure(),
+                    Logger::engineLoggerMessageClosure);
 }
 
 void PLREngineWrapper::setEngineLoggerMessageClosure(

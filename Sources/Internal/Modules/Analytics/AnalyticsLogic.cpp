@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "EndedOnIncomeQueue.h"
 #include "Event.h"
 #include "Logger.h"
 #include "QueueManager.h"
@@ -12,8 +13,8 @@ namespace pelorino {
 std::shared_ptr<AnalyticsLogic> AnalyticsLogic::make(
     AnalyticsServices services, std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
     const Clock& clock) {
-  std::shared_ptr<AnalyticsLogic> logic(
-      new AnalyticsLogic(std::move(services), std::move(lifeCycle), clock));
+  const std::shared_ptr<AnalyticsLogic> logic(
+      new AnalyticsLogic(std::move(services), std::move(lifeCycle), clock), EndedOnIncomeQueue());
   logic->lifeCycle_->setLifeCycleListener(logic);
   return logic;
 }

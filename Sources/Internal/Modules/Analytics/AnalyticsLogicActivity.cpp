@@ -86,9 +86,10 @@ void AnalyticsLogic::sendAlive() {
 
 void AnalyticsLogic::sendDeviceInfo() {
   if (Validator::isExcluded("di")) return;
-  if (auto info = services_.stateManager->getDeviceInfo(clock_.milliseconds())) {
-    services_.eventsService->addEvent(Event(std::move(*info)));
-  }
+  auto info = services_.stateManager->getDeviceInfo();
+  if (!info) return;
+  info->timestamp = clock_.milliseconds();  // Only now: the device data may have been waited for.
+  services_.eventsService->addEvent(Event(std::move(*info)));
 }
 
 }  // namespace pelorino

@@ -253,7 +253,7 @@ void VirtualScheduler::endThreads() {
   for (std::unique_ptr<Participant>& worker : std::exchange(workers_, {})) {
     if (!worker->thread.joinable()) continue;
     worker->thread.detach();
-    worker.release();  // Its thread sleeps on the baton.
+    static_cast<void>(worker.release());  // Its thread sleeps on the baton.
   }
 }
 

@@ -52,14 +52,14 @@ std::optional<std::string> RealFacts::environment(const char* name) {
 }
 
 std::string RealFacts::homeFolder() {
+  if (auto home = environment("HOME"); home && home->starts_with('/')) return *std::move(home);
   passwd entry{};
   passwd* found = nullptr;
   for (std::vector<char> buffer(1024);; buffer.resize(buffer.size() * 2)) {
     const int error = ::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found);
     if (error == ERANGE) continue;
     if (error == 0 && found != nullptr && entry.pw_dir != nullptr) return entry.pw_dir;
-    // A user without an entry, as in many containers.
-    return environment("HOME").value_or("/");
+    return "/";  // A user without an entry, as in many containers.
   }
 }
 
@@ -79,7 +79,7 @@ std::string RealFacts::systemVersion() {
 
 std::optional<std::string> RealFacts::machineId() {
   for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
-    const auto id = firstLine(path);
+    auto id = firstLine(path);
     // An image that was never booted says "uninitialized".
     if (id && !id->empty() && *id != "uninitialized") return id;
   }

@@ -1,0 +1,112 @@
+#include <numeric>
+
+#include "BlackBoxTest.h"
+
+namespace pelorino::blackbox {
+namespace {
+
+namespace json = boost::json;
+
+class Session : public BlackBoxTest {
+ protected:
+  static void takeATrip(HostProcess& host, int milliseconds) {
+    host.run(R"({"op":"host.willResignActive"})");
+    host.run(R"({"op":"host.didEnterBackground"})");
+    sleepFor(host, milliseconds);
+    host.run(R"({"op":"host.didBecomeActive"})");
+  }
+
+  static void sleepFor(HostProcess& host, int milliseconds) {
+    host.run(json::serialize(json::object{{"op", "sleep"}, {"ms", milliseconds}}));
+  }
+};
+
+TEST_F(Session, SurvivesGapsThatAreShorterThanTheConfiguredTimeout) {
+  struct Case {
+    const char* label;
+    int sessionTimeout;
+    int gap;
+    bool opens;
+  };
+  std::size_t sessions = 1;
+  for (const Case& c : {Case{"shorter", 60'000, 0, false}, Case{"longer", 100, 150, true}}) {
+    SCOPED_TRACE(c.label);
+    configure({{"sessionTimeout", c.sessionTimeout}});
+    const auto host = configuredHost();
+    EXPECT_EQ(backend().events("ss").size(), sessions);
+
+    takeATrip(*host, c.gap);
+    ASSERT_TRUE(host->drain());
+    ASSERT_TRUE(deliver(*host));
+    if (c.opens) ++sessions;
+    EXPECT_EQ(backend().events("ss").size(), sessions) << "after a trip to the background";
+
+    host->kill();
+    std::this_thread::sleep_for(std::chrono::milliseconds(c.gap));
+    const auto next = startedHost();
+    next->customEvent(c.label);
+    ASSERT_TRUE(deliver(*next));
+    if (c.opens) ++sessions;
+    const std::vector<Arrived> opened = backend().events("ss");
+    ASSERT_EQ(opened.size(), sessions) << "after a kill";
+    EXPECT_EQ(backend().events("ce").back().event.at("sessionId"),
+              opened.back().event.at("timestamp"));
+  }
+}
+
+TEST_F(Session, IsTimedByThePeriodsOfTheConfigurationAsSoonAsItHasCome) {
+  // Each report that arrives puts the request timer off, so that this one must be the faster.
+  configure({{"timeForRequest", 1000}, {"currencyAggregationTimeout", 1000}, {"aliveTimeout", 2000}});
+  const auto host = startedHost();
+  host->customEvent("sent by a timer");
+  ASSERT_TRUE(host->logs("Currency accrual timer tick"));
+  ASSERT_TRUE(comesTrue([&] { return backend().names().size() == 1; }));
+
+  // Alive is sent once and never kept, even when it does not arrive.
+  const std::size_t before = backend().received("/analytics/report").size();
+  backend().control("fault", {{"endpoint", "/analytics/report"}, {"status", 500}});
+  ASSERT_TRUE(comesTrue([&] { return backend().received("/analytics/report").size() > before; }));
+  const json::value body = backend().received("/analytics/report").at(before).at("body");
+  EXPECT_EQ(body.at("reports").at(0).at("packages").at(0).at("events").at(0).at("code"), "al");
+  EXPECT_EQ(waiting(*host), "");
+}
+
+TEST_F(Session, LosesNothingAndLeavesNothingBehindInAThousandTrips) {
+  constexpr int trips = 1000;
+  configure({{"timeForRequest", 1000}, {"currencyAggregationTimeout", 1000}, {"aliveTimeout", 1000}});
+  const auto host = configuredHost();
+  const std::size_t threads = host->sleeps().size();
+  std::vector<std::string> names;
+  for (int i = 0; i < trips; ++i) {
+    host->run(R"({"op":"host.willResignActive"})");
+    host->run(R"({"op":"host.didBecomeActive"})");
+    names.push_back("trip " + std::to_string(i));
+    host->customEvent(names.back());
+  }
+  host->run(R"({"op":"host.willResignActive"})");
+  ASSERT_TRUE(host->drain());
+  ASSERT_TRUE(deliver(*host));
+  EXPECT_EQ(backend().names(), names);
+  EXPECT_EQ(backend().events("ss").size(), 1U);
+  EXPECT_LE(host->sleeps().size(), threads);
+
+  // A timer left behind would tick within this time.
+  const auto ticks = host->linesWith("timer tick").size();
+  std::this_thread::sleep_for(std::chrono::milliseconds(1600));
+  EXPECT_EQ(host->linesWith("timer tick").size(), ticks);
+}
+
+TEST_F(Session, WakesNobodyWhileThereIsNothingToDo) {
+  const auto host = configuredHost();
+  const auto before = host->sleeps();
+  std::this_thread::sleep_for(std::chrono::seconds(2));
+  long wakeUps = 0;
+  for (const auto& [thread, count] : host->sleeps()) {
+    const auto known = before.find(thread);
+    wakeUps += count - (known == before.end() ? 0 : known->second);
+  }
+  EXPECT_LE(wakeUps, 10);
+}
+
+}  // namespace
+}  // namespace pelorino::blackbox
