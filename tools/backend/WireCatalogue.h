@@ -52,9 +52,9 @@ struct WireRecord {
 [[nodiscard]] std::span<const WireRecord> eventRecords();
 
 /// The record whose "code" this is; none for an unknown code.
-[[nodiscard]] const WireRecord* eventRecord(std::string_view code);
+[[nodiscard]] const WireRecord* eventRecord(std::string_view value);
 
 /// The body that clients post to an endpoint ("/analytics/report"); none for an unknown endpoint.
-[[nodiscard]] const WireRecord* requestRecord(std::string_view endpoint);
+[[nodiscard]] const WireRecord* requestRecord(std::string_view path);
 
 }  // namespace pelorino::backend

@@ -231,7 +231,7 @@ void runCommand(std::string_view line) {
   const auto found = commands().find(op);
   if (found == commands().end()) throw CommandError(fmt::format("unknown op \"{}\"", op));
   std::vector<std::string_view> labels = found->second.labels;
-  labels.push_back("op");
+  labels.emplace_back("op");
   arguments.allowOnly(labels);
   found->second.run(found->first, arguments);
 }
