@@ -30,10 +30,10 @@ class BlackBoxTest : public ::testing::Test {
 
   /// From now on the backend answers this configuration; what it leaves out is as ever.
   void configure(const boost::json::object& changes) {
-    boost::json::object body{
-        {"timeForRequest", 120'000}, {"countForRequest", 10},   {"eventParamsCount", 20},
-        {"sessionTimeout", 600'000}, {"serverTime", 1},         {"aliveTimeout", 300'000},
-        {"userCounting", true}};
+    boost::json::object body{{"timeForRequest", 120'000}, {"countForRequest", 10},
+                             {"eventParamsCount", 20},    {"sessionTimeout", 600'000},
+                             {"serverTime", 1},           {"aliveTimeout", 300'000},
+                             {"userCounting", true}};
     for (const auto& [key, value] : changes) body[key] = value;
     backend().control("answer", {{"endpoint", "/analytics/config"}, {"body", body}});
   }

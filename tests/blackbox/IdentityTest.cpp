@@ -22,8 +22,7 @@ class Identity : public BlackBoxTest {
   json::value lastReport() { return backend().received("/analytics/report").back(); }
 
   void answerIdentification(int status, const json::object& body) {
-    backend().control("answer",
-                      {{"endpoint", identification}, {"status", status}, {"body", body}});
+    backend().control("answer", {{"endpoint", identification}, {"status", status}, {"body", body}});
   }
 
   std::string randomIdentifier() {
@@ -118,7 +117,8 @@ TEST_F(Identity, OfTheDeviceIsKeptByProcessesThatStartAtOnce) {
     hosts.push_back(std::make_unique<HostProcess>(*files.back(), url_, description));
   }
   for (const auto& host : hosts) host->initialize();
-  for (const auto& host : hosts) ASSERT_TRUE(deliver(*host)) << "not stored";
+  for (const auto& host : hosts) EXPECT_TRUE(host->drain());
+  ASSERT_TRUE(comesTrue([&] { return backend().events("di").size() == count; }));
   std::set<std::string> random;
   for (const Arrived& info : backend().events("di")) {
     random.insert(json::value_to<std::string>(info.event.at("uuid")));

@@ -1,4 +1,4 @@
-#include <numeric>
+#include <utility>
 
 #include "BlackBoxTest.h"
 
@@ -12,12 +12,8 @@ class Session : public BlackBoxTest {
   static void takeATrip(HostProcess& host, int milliseconds) {
     host.run(R"({"op":"host.willResignActive"})");
     host.run(R"({"op":"host.didEnterBackground"})");
-    sleepFor(host, milliseconds);
-    host.run(R"({"op":"host.didBecomeActive"})");
-  }
-
-  static void sleepFor(HostProcess& host, int milliseconds) {
     host.run(json::serialize(json::object{{"op", "sleep"}, {"ms", milliseconds}}));
+    host.run(R"({"op":"host.didBecomeActive"})");
   }
 };
 
@@ -56,7 +52,8 @@ TEST_F(Session, SurvivesGapsThatAreShorterThanTheConfiguredTimeout) {
 
 TEST_F(Session, IsTimedByThePeriodsOfTheConfigurationAsSoonAsItHasCome) {
   // Each report that arrives puts the request timer off, so that this one must be the faster.
-  configure({{"timeForRequest", 1000}, {"currencyAggregationTimeout", 1000}, {"aliveTimeout", 2000}});
+  configure(
+      {{"timeForRequest", 1000}, {"currencyAggregationTimeout", 1000}, {"aliveTimeout", 2000}});
   const auto host = startedHost();
   host->customEvent("sent by a timer");
   ASSERT_TRUE(host->logs("Currency accrual timer tick"));
@@ -73,7 +70,8 @@ TEST_F(Session, IsTimedByThePeriodsOfTheConfigurationAsSoonAsItHasCome) {
 
 TEST_F(Session, LosesNothingAndLeavesNothingBehindInAThousandTrips) {
   constexpr int trips = 1000;
-  configure({{"timeForRequest", 1000}, {"currencyAggregationTimeout", 1000}, {"aliveTimeout", 1000}});
+  configure(
+      {{"timeForRequest", 1000}, {"currencyAggregationTimeout", 1000}, {"aliveTimeout", 1000}});
   const auto host = configuredHost();
   const std::size_t threads = host->sleeps().size();
   std::vector<std::string> names;
@@ -88,12 +86,16 @@ TEST_F(Session, LosesNothingAndLeavesNothingBehindInAThousandTrips) {
   ASSERT_TRUE(deliver(*host));
   EXPECT_EQ(backend().names(), names);
   EXPECT_EQ(backend().events("ss").size(), 1U);
-  EXPECT_LE(host->sleeps().size(), threads);
+  // One of the queues may have had nothing to do until now.
+  EXPECT_LE(host->sleeps().size(), threads + 2);
 
   // A timer left behind would tick within this time.
-  const auto ticks = host->linesWith("timer tick").size();
+  const auto ticks = [&] {
+    return std::pair(host->linesWith("timer tick").size(), backend().events("al").size());
+  };
+  const auto before = ticks();
   std::this_thread::sleep_for(std::chrono::milliseconds(1600));
-  EXPECT_EQ(host->linesWith("timer tick").size(), ticks);
+  EXPECT_EQ(ticks(), before);
 }
 
 TEST_F(Session, WakesNobodyWhileThereIsNothingToDo) {

@@ -57,5 +57,34 @@ TEST(WireCheck, SaysWhatIsWrongWithAReport) {
   }
 }
 
+TEST(WireCheck, SaysWhatIsWrongWithAQuestion) {
+  const struct {
+    const char* endpoint;
+    const char* body;
+    std::vector<std::string> want;
+  } cases[] = {
+      {"/analytics/config", R"({"sdkVersion":"2.1.2","sdkCodeVersion":10,"appVersion":null})", {}},
+      {"/analytics/config",
+       R"({"sdkVersion":"2.1.2","sdkCodeVersion":10,"appVersion":"1","excludeVersion":1,)"
+       R"("sbsConfigVersion":0})",
+       {}},
+      {"/analytics/config",
+       R"({"sdkVersion":"2.1.2","sdkCodeVersion":"10","excludeVersion":null,"appBuildVersion":"1"})",
+       {"body.sdkCodeVersion is not an integer", "body.appVersion is missing",
+        "body.excludeVersion is null", "body.appBuildVersion is no key of Versions"}},
+      {"/analytics/identification", R"({"attempt":1})", {}},
+      {"/analytics/identification",
+       R"({"attempt":"1","userId":"u"})",
+       {"body.attempt is not an integer", "body.userId is no key of Attempt"}},
+  };
+  const TemporaryFolder folder;
+  BackendProcess backend(folder.file("backend.db"));
+  for (const auto& [endpoint, body, want] : cases) {
+    SCOPED_TRACE(body);
+    EXPECT_EQ(backend.post(endpoint, body), 200);
+    EXPECT_EQ(backend.received("").back().at("verdict"), json::value_from(want));
+  }
+}
+
 }  // namespace
 }  // namespace pelorino::blackbox

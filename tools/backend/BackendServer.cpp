@@ -18,6 +18,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// A connection that is kept alive keeps its thread, and a client has one for each of its queues.
+constexpr std::size_t maximumConnections = 128;
+
 constexpr const char* jsonType = "application/json";
 
 /// Any text may stand in front of "/v2": clients can be told to append one to their base URL.
@@ -89,6 +92,7 @@ BackendServer::BackendServer(ExchangeStore& store, const std::optional<TlsFiles>
     : store_(store), server_(makeServer(tls)) {
   if (!server_->is_valid()) throw std::runtime_error("cannot use this certificate and key");
   server_->set_tcp_nodelay(true);
+  server_->new_task_queue = [] { return new httplib::ThreadPool(maximumConnections); };
   const auto receiver = [this](const httplib::Request& request, httplib::Response& response,
                                const httplib::ContentReader& readContent) {
     receive(request, response, readContent);

@@ -113,7 +113,10 @@ httplib::Server::Handler answering(std::function<json::value(const httplib::Requ
 
 void serveControl(httplib::Server& server, ExchangeStore& store, AnswerScript& script) {
   server.Post("/control/answer", answering([&](const httplib::Request& request) {
-                const json::value order = json::parse(request.body);
+                // An answer may be any bytes, to see what clients make of them.
+                json::parse_options options;
+                options.allow_invalid_utf8 = true;
+                const json::value order = json::parse(request.body, json::storage_ptr(), options);
                 script.setAnswer(endpointOf(order.as_object()), answerOf(order.as_object()));
                 return json::object();
               }));
