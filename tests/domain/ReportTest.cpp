@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,12 +13,11 @@ namespace {
 using Texts = std::vector<std::string>;
 
 Package packageOf(std::optional<Texts> events) {
-  Package package;
-  package.language = "en";
-  package.sdkVersion = "2.1.2";
-  package.sdkCodeVersion = 10;
-  package.events = std::move(events);
-  return package;
+  return {.language = "en",
+          .sdkVersion = "2.1.2",
+          .sdkCodeVersion = 10,
+          .bundle = {},
+          .events = std::move(events)};
 }
 
 constexpr const char* head =
@@ -27,65 +25,39 @@ constexpr const char* head =
     "\"sdkCodeVersion\":10,\"bundle\":null,\"engine\":\"Unreal\",\"events\":";
 
 TEST(Package, EmbedsEventsAsObjects) {
-  struct Case {
-    const char* label;
-    std::optional<Texts> events;
-    std::string json;
+  const auto expectEvents = [](std::optional<Texts> events, const std::string& json) {
+    EXPECT_EQ(encodeJson(packageOf(std::move(events))), head + json + "}");
   };
-  const Case cases[] = {
-      {"absent", std::nullopt, "[]"},
-      {"none", Texts{}, "[]"},
-      {"in their order", Texts{"{\"b\":1}", "{\"a\":[]}"}, "[{\"b\":1},{\"a\":[]}]"},
-      {"no objects", Texts{"", "[1]", "1", "{\"a\":", "{}x", "{\"a\":\"\xff\"}", "{\"z\":0}"},
-       "[{},{},{},{},{},{},{\"z\":0}]"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
-    EXPECT_EQ(encodeJson(packageOf(c.events)), head + c.json + "}");
-  }
+  expectEvents(std::nullopt, "[]");
+  expectEvents(Texts{"{\"b\":1}", "{\"a\":[]}"}, "[{\"b\":1},{\"a\":[]}]");
+  expectEvents(Texts{"", "[1]", "1", "{\"a\":", "{}x", "{\"a\":\"\xff\"}", "{\"z\":0}"},
+               "[{},{},{},{},{},{},{\"z\":0}]");
 }
 
 TEST(Package, ReadsBackWhatItCan) {
-  struct Case {
-    const char* label;
-    std::string json;
-    std::optional<Texts> events;  ///< Absent when the package does not read.
+  /// Absent when the package does not read.
+  const auto events = [](const std::string& fields) -> std::optional<Texts> {
+    const auto packages = from<std::vector<Package>>(
+        R"([{"appVersion":"1","appBuildVersion":null,"bundle":null,)" + fields + "}]");
+    return packages ? packages->front().events : std::nullopt;
   };
-  const std::string common =
-      "\"language\":null,\"appVersion\":\"1\",\"appBuildVersion\":null,\"bundle\":null";
-  const std::string version = ",\"sdkVersion\":\"2\",\"sdkCodeVersion\":10";
-  const Case cases[] = {
-      {"whole", "{" + common + version + ",\"events\":[{\"a\":\"]}\"}, {}]}",
-       Texts{"{\"a\":\"]}\"}", "{}"}},
-      {"no events", "{" + common + version + "}", Texts{}},
-      {"events of another shape", "{" + common + version + ",\"events\":{}}", Texts{}},
-      {"one event of another shape", "{" + common + version + ",\"events\":[{},1]}", Texts{}},
-      {"a missing version", "{" + common + ",\"sdkVersion\":\"2\",\"events\":[]}", std::nullopt},
-      {"a version of another type",
-       "{" + common + ",\"sdkVersion\":2,\"sdkCodeVersion\":10,\"events\":[]}", std::nullopt},
-      {"a missing language",
-       "{\"appVersion\":null,\"appBuildVersion\":null,\"bundle\":null" + version +
-           ",\"events\":[]}",
-       std::nullopt},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
-    const auto packages = from<std::vector<Package>>("[" + c.json + "]");
-    ASSERT_EQ(packages.has_value(), c.events.has_value());
-    if (packages) {
-      EXPECT_EQ(packages->front().events, c.events);
-    }
-  }
+  const std::string common = R"("language":null,"sdkVersion":"2","sdkCodeVersion":10)";
+  EXPECT_EQ(events(common + R"(,"events":[{"a":"]}"}, {}])"), (Texts{"{\"a\":\"]}\"}", "{}"}));
+  EXPECT_EQ(events(common), Texts{});
+  EXPECT_EQ(events(common + R"(,"events":{})"), Texts{});
+  EXPECT_EQ(events(common + R"(,"events":[{},1])"), Texts{});
+  EXPECT_EQ(events(R"("language":null,"sdkVersion":"2","events":[])"), std::nullopt);
+  EXPECT_EQ(events(R"("language":null,"sdkVersion":2,"sdkCodeVersion":10)"), std::nullopt);
+  EXPECT_EQ(events(R"("sdkVersion":"2","sdkCodeVersion":10)"), std::nullopt);
 }
 
 TEST(Report, KeepsEventsAndPackageBoundariesInTheStore) {
-  const std::vector<Package> packages = {packageOf(Texts{"{\"n\":1}", "{\"n\":2}"}),
-                                         packageOf(Texts{"{\"n\":3.50}"})};
-  const std::string stored = encodeJson(packages);
+  const std::string stored = encodeJson(std::vector<Package>{
+      packageOf(Texts{"{\"n\":1}", "{\"n\":2}"}), packageOf(Texts{"{\"n\":3.50}"})});
   const auto loaded = decodeJson<std::vector<Package>>(stored);
   ASSERT_EQ(loaded.size(), 2U);
-  EXPECT_EQ(loaded[0].events, packages[0].events);
-  EXPECT_EQ(loaded[1].events, packages[1].events);
+  EXPECT_EQ(loaded[0].events, (Texts{"{\"n\":1}", "{\"n\":2}"}));
+  EXPECT_EQ(loaded[1].events, Texts{"{\"n\":3.50}"});
   EXPECT_EQ(encodeJson(loaded), stored);
 }
 
@@ -97,18 +69,13 @@ TEST(Report, SendsItsPackagesAndNothingElse) {
   report->identifiers.emplace().deviceId = "device";
   EXPECT_EQ(encodeJson(Reports{{report}}),
             "{\"reports\":[{\"packages\":[" + std::string(head) + "[{\"n\":1}]}]}]}");
-  EXPECT_EQ(encodeJson(Reports{{std::make_shared<Report>(std::vector<Package>())}}),
-            "{\"reports\":[{\"packages\":[]}]}");
 }
 
 TEST(Report, MadeInMemoryHasAUuidOfItsOwn) {
   const Report first{std::vector<Package>()};
-  const Report second{std::vector<Package>()};
-  EXPECT_NE(first.uuid, second.uuid);
-  ASSERT_EQ(first.uuid.size(), 36U);
-  for (const char c : first.uuid) {
-    EXPECT_TRUE(c == '-' || std::isdigit(c) != 0 || (c >= 'A' && c <= 'F')) << first.uuid;
-  }
+  EXPECT_NE(first.uuid, Report(std::vector<Package>()).uuid);
+  EXPECT_EQ(first.uuid.size(), 36U);
+  EXPECT_EQ(first.uuid.find_first_not_of("-0123456789ABCDEF"), std::string::npos) << first.uuid;
 }
 
 }  // namespace
