@@ -1,5 +1,5 @@
+#include <functional>
 #include <string>
-#include <vector>
 
 #include "ApplicationLifeCycle.h"
 #include "DeterministicTest.h"
@@ -8,15 +8,16 @@
 namespace pelorino {
 namespace {
 
-using Calls = std::vector<std::string>;
-
-class Listener final : public LifeCycleProtocol {
- public:
-  void goActive() override { calls.emplace_back("active"); }
-  void goInactive() override { calls.emplace_back("inactive"); }
-  void goBackground() override { calls.emplace_back("background"); }
-  void goTerminate() override { calls.emplace_back("terminate"); }
-  Calls calls;
+struct Listener final : LifeCycleProtocol {
+  void goActive() override {
+    calls += "active ";
+    onActive();
+  }
+  void goInactive() override { calls += "inactive "; }
+  void goBackground() override { calls += "background "; }
+  void goTerminate() override { calls += "terminate"; }
+  std::string calls;
+  std::function<void()> onActive = [] {};
 };
 
 class ApplicationLifeCycleTest : public DeterministicTest {
@@ -33,11 +34,10 @@ class ApplicationLifeCycleTest : public DeterministicTest {
       std::make_unique<ApplicationLifeCycle>(system.notifications()));
 };
 
-TEST_F(ApplicationLifeCycleTest, PassesEachNotificationOnToTheListenerInForce) {
+TEST_F(ApplicationLifeCycleTest, PassesEachNotificationOnToTheListenerInForceAndKeepsNoneAlive) {
+  const std::string all = "active inactive background terminate";
   const auto first = std::make_shared<Listener>();
-  const auto second = std::make_shared<Listener>();
-  const Calls all = {"active", "inactive", "background", "terminate"};
-
+  auto second = std::make_shared<Listener>();
   postAll();
   repository->setLifeCycleListener(first);
   postAll();
@@ -45,45 +45,20 @@ TEST_F(ApplicationLifeCycleTest, PassesEachNotificationOnToTheListenerInForce) {
 
   repository->setLifeCycleListener(second);
   postAll();
-  repository->setLifeCycleListener({});
-  postAll();
   EXPECT_EQ(first->calls, all);
   EXPECT_EQ(second->calls, all);
-}
-
-TEST_F(ApplicationLifeCycleTest, KeepsNoListenerAliveAndEndsWithItsOwner) {
-  auto listener = std::make_shared<Listener>();
-  const std::weak_ptr<Listener> weak = listener;
-  repository->setLifeCycleListener(listener);
-  listener.reset();
+  const std::weak_ptr<Listener> weak = second;
+  second.reset();
   EXPECT_TRUE(weak.expired());
   postAll();
-
-  const auto late = std::make_shared<Listener>();
-  repository->setLifeCycleListener(late);
-  repository.reset();
-  postAll();
-  EXPECT_TRUE(late->calls.empty());
 }
 
-/// Ends the observer from within a notification, as a teardown does.
-class Ending final : public LifeCycleProtocol {
- public:
-  explicit Ending(std::unique_ptr<LifeCycleRepository>& repository) : repository_(repository) {}
-  void goActive() override { repository_.reset(); }
-  void goInactive() override { ADD_FAILURE() << "called after the end"; }
-  void goBackground() override {}
-  void goTerminate() override {}
-
- private:
-  std::unique_ptr<LifeCycleRepository>& repository_;
-};
-
 TEST_F(ApplicationLifeCycleTest, MayEndDuringANotification) {
-  const auto ending = std::make_shared<Ending>(repository);
+  const auto ending = std::make_shared<Listener>();
+  ending->onActive = [this] { repository.reset(); };
   repository->setLifeCycleListener(ending);
   postAll();
-  EXPECT_EQ(repository, nullptr);
+  EXPECT_EQ(ending->calls, "active ");
 }
 
 }  // namespace

@@ -12,30 +12,21 @@ namespace pelorino {
 namespace {
 
 TEST(Logger, BuildsAndDeliversTheLinesThatPass) {
-  struct Case {
-    PLRLogLevel set;
-    std::vector<std::string> delivered;
-  };
-  const Case cases[] = {
-      {PLRLogLevel::unknown, {}},
-      {PLRLogLevel::no, {}},
-      {PLRLogLevel::error, {"ERROR x"}},
-      {PLRLogLevel::warning, {"ERROR x", "WARNING x"}},
-      {PLRLogLevel::info, {"ERROR x", "WARNING x", "INFO x"}},
-      {PLRLogLevel::debug, {"ERROR x", "WARNING x", "INFO x", "DEBUG x"}},
-  };
-  for (const Case& c : cases) {
-    const LogCapture log(c.set);
-    std::size_t built = 0;
-    for (const PLRLogLevel level :
-         {PLRLogLevel::error, PLRLogLevel::warning, PLRLogLevel::info, PLRLogLevel::debug}) {
+  using enum PLRLogLevel;
+  const std::vector<std::string> all = {"ERROR x", "WARNING x", "INFO x", "DEBUG x"};
+  const std::pair<PLRLogLevel, std::ptrdiff_t> cases[] = {{unknown, 0}, {no, 0},   {error, 1},
+                                                          {warning, 2}, {info, 3}, {debug, 4}};
+  for (const auto& [set, count] : cases) {
+    const LogCapture log(set);
+    std::ptrdiff_t built = 0;
+    for (const PLRLogLevel level : {error, warning, info, debug}) {
       Logger::writeLog(level, [&] {
         ++built;
         return std::string("x");
       });
     }
-    EXPECT_EQ(log.lines(), c.delivered) << description(c.set);
-    EXPECT_EQ(built, c.delivered.size()) << description(c.set);
+    EXPECT_EQ(log.lines(), std::vector(all.begin(), all.begin() + count)) << description(set);
+    EXPECT_EQ(built, count) << description(set);
   }
 }
 
