@@ -69,8 +69,7 @@ class LoopbackServer : public SilentServer {
       if (connection < 0) return;
       connection_ = connection;
       ++connections_;
-      while (answerOne(connection)) {
-      }
+      while (answerOne(connection)) continue;
       connection_ = -1;
       ::close(connection);
     }
@@ -89,21 +88,14 @@ class LoopbackServer : public SilentServer {
     }
     requests_.push_back(request);
     if (requests_.size() > answers_.size()) return false;
-    const std::string& answer = answers_[requests_.size() - 1];
-    std::size_t sent = 0;
-    while (sent < answer.size()) {
-      const ssize_t count =
-          ::send(connection, answer.data() + sent, answer.size() - sent, MSG_NOSIGNAL);
-      if (count <= 0) return false;
-      sent += static_cast<std::size_t>(count);
-    }
-    return !answer.empty() && answer.find("Connection: close") == std::string::npos;
+    const std::string& answer = answers_[requests_.size() - 1];  // A blocking send() takes it all.
+    return ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL) > 0 &&
+           answer.find("Connection: close") == std::string::npos;
   }
 
   static std::size_t bodySize(const std::string& request) {
-    const std::string name = "Content-Length: ";
-    const std::size_t at = request.find(name);
-    return at == std::string::npos ? 0 : std::stoul(request.substr(at + name.size()));
+    const std::size_t at = request.find("Content-Length: ");
+    return at == std::string::npos ? 0 : std::stoul(request.substr(at + 16));
   }
 
   const std::vector<std::string> answers_;

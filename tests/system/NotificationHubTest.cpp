@@ -11,24 +11,12 @@ namespace {
 
 using enum ApplicationNotification;
 
-TEST(NotificationHub, BlocksRunInOrderOfRegistrationForTheirNotificationOnly) {
-  NotificationHub hub;
-  std::string heard;
-  const auto a = hub.observe(didBecomeActive, [&] { heard += 'a'; });
-  const auto other = hub.observe(willTerminate, [&] { heard += 'x'; });
-  auto b = hub.observe(didBecomeActive, [&] { heard += 'b'; });
-  hub.post(didBecomeActive);
-  b.reset();
-  hub.post(didBecomeActive);
-  EXPECT_EQ(heard, "aba");
-}
-
-TEST(NotificationHub, ObserversMayComeAndGoFromWithinABlock) {
+TEST(NotificationHub, BlocksRunInOrderOfRegistrationAndMayChangeWhoObserves) {
   auto hub = std::make_unique<NotificationHub>();
   std::string heard;
-  std::unique_ptr<NotificationCenter::Observation> self;
-  std::unique_ptr<NotificationCenter::Observation> next;
-  std::unique_ptr<NotificationCenter::Observation> late;
+  std::unique_ptr<NotificationCenter::Observation> self, next, late;
+  const auto first = hub->observe(willResignActive, [&] { heard += 'f'; });
+  const auto other = hub->observe(willTerminate, [&] { heard += 'x'; });
   self = hub->observe(willResignActive, [&] {
     heard += 's';
     next.reset();
@@ -37,10 +25,10 @@ TEST(NotificationHub, ObserversMayComeAndGoFromWithinABlock) {
   });
   next = hub->observe(willResignActive, [&] { heard += 'n'; });
   hub->post(willResignActive);
-  EXPECT_EQ(heard, "s");
+  EXPECT_EQ(heard, "fs");
   hub->post(willResignActive);
-  EXPECT_EQ(heard, "sl");
-  hub.reset();  // Before the observation.
+  EXPECT_EQ(heard, "fsfl");
+  hub.reset();  // Before the observations.
 }
 
 TEST(NotificationHub, ObserversMayComeAndGoOnOtherThreadsMeanwhile) {

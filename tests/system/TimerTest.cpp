@@ -62,33 +62,16 @@ TEST(TimerSchedule, NeighbouringTicksShareAWakeUpAndNoneIsLaterThanItsTolerance)
   EXPECT_EQ(table.nextWakeUp(), "3100 ab");
 }
 
-TEST(TimerSchedule, StaysInPhaseAndMakesOneTickOfThoseItMissed) {
+TEST(TimerSchedule, StaysInPhaseMakesOneTickOfThoseItMissedAndHonoursACancel) {
   Timetable table;
-  table.set('a', 1000ms, 1000ms, 0ms);
+  const auto entry = table.set('a', 1000ms, 1000ms, 0ms);
   EXPECT_EQ(table.ticksAt(999ms), "");
   EXPECT_EQ(table.ticksAt(1900ms), "a");
   EXPECT_EQ(table.ticksAt(1999ms), "");
   EXPECT_EQ(table.ticksAt(5500ms), "a");
   EXPECT_EQ(table.nextWakeUp(), "6000 a");
-}
-
-TEST(TimerSchedule, ACancelledTimerDoesNotTickEvenIfItsTurnHasCome) {
-  Timetable table;
-  const auto entry = table.set('a', 1000ms, 1000ms, 0ms);
   entry->isCancelled = true;
-  EXPECT_EQ(table.ticksAt(1000ms), "");
-}
-
-TEST(MainThread, TimersTickAndBlocksRunOnOneThread) {
-  MainThread main(std::make_shared<ExceptionOutlet>());
-  std::atomic<int> ticks{0};
-  std::atomic<int> elsewhere{0};
-  const auto count = [&] { main.isCurrent() ? ++ticks : ++elsewhere; };
-  const auto fast = main.startTimer(1ms, 1ms, 0ms, count);
-  const auto slow = main.startTimer(3ms, 3ms, 1ms, count);
-  main.add([] { throw 1; });
-  EXPECT_TRUE(comesTrue([&] { return ticks > 20; }));
-  EXPECT_EQ(elsewhere, 0);
+  EXPECT_EQ(table.ticksAt(7000ms), "");
 }
 
 TEST(MainThread, ATimerMayCancelItselfAndAnEarlierOneOvertakesALaterOne) {
@@ -99,12 +82,12 @@ TEST(MainThread, ATimerMayCancelItselfAndAnEarlierOneOvertakesALaterOne) {
   Event isSet;
   timer = main.startTimer(1ms, 1ms, 0ms, [&] {
     isSet.wait();
-    ++ticks;
+    ticks += main.isCurrent() ? 1 : 100;
     timer->cancel();
     timer->cancel();
   });
   isSet.set();
-  EXPECT_TRUE(comesTrue([&] { return ticks == 1; }));
+  EXPECT_TRUE(comesTrue([&] { return ticks > 0; }));
   std::this_thread::sleep_for(20ms);
   EXPECT_EQ(ticks, 1);
 }
@@ -126,22 +109,16 @@ TEST(RealExecutor, RunsADelayedBlockOnceAndRaisesShortPeriods) {
   RealExecutor executor;
   std::atomic<int> once{0};
   std::atomic<int> often{0};
-  auto held = std::make_shared<int>();
-  const std::weak_ptr<int> released = held;
-  const auto delayed = executor.after(1ms, [&, held = std::move(held)] { ++once; });
+  const auto semaphore = executor.makeSemaphore();
+  const auto delayed = executor.after(1ms, [&] {
+    ++once;
+    semaphore->signal();
+  });
   const auto timer = executor.repeat(0ms, 0ms, [&] { ++often; });
-  EXPECT_TRUE(comesTrue([&] { return once == 1 && released.expired(); }));
-  std::this_thread::sleep_for(50ms);
+  EXPECT_TRUE(semaphore->wait(milliseconds::max()));
+  EXPECT_FALSE(semaphore->wait(50ms)) << "one signal ends one wait";
   EXPECT_EQ(once, 1);
   EXPECT_EQ(often, 0);
-}
-
-TEST(RealExecutor, ASemaphoreGivesEachSignalOnce) {
-  const auto semaphore = RealExecutor().makeSemaphore();
-  EXPECT_FALSE(semaphore->wait(1ms));
-  std::jthread signaller([&] { semaphore->signal(); });
-  EXPECT_TRUE(semaphore->wait(milliseconds::max()));
-  EXPECT_FALSE(semaphore->wait(0ms));
 }
 
 }  // namespace

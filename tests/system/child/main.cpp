@@ -7,8 +7,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <map>
-#include <memory>
 #include <string>
 #include <thread>
 
@@ -58,8 +56,9 @@ struct HostState {
     thread.join();
     isAlive = false;
     // A host may call the library from here: it must not wait for what will never run.
-    System::current().executor().mainQueue().add([] {});
-    System::current().executor().mainQueue().waitUntilAllBlocksAreFinished();
+    SerialQueue& queue = System::current().executor().mainQueue();
+    queue.add([] {});
+    queue.waitUntilAllBlocksAreFinished();
     const ExitGate::Pass pass;
     // Gives a thread that should have been kept out the time to come in.
     std::this_thread::sleep_for(5ms);
@@ -68,12 +67,8 @@ struct HostState {
 
 HostState hostState;
 
-Executor& executor() {
-  return System::current().executor();
-}
-
 SerialQueue& makeQueue() {
-  return *executor().makeQueue("com.pelorino.child").release();
+  return *System::current().executor().makeQueue("com.pelorino.child").release();
 }
 
 void callHost() {
@@ -90,11 +85,7 @@ void repeatOn(SerialQueue& queue, const std::function<void()>& work) {
 }
 
 void exchange(const std::string& url) {
-  HttpRequest request;
-  request.method = "POST";
-  request.url = url;
-  request.body = "{}";
-  static_cast<void>(System::current().http().perform(request));
+  static_cast<void>(System::current().http().perform({"POST", url, {}, "{}"}));
   callHost();
 }
 
@@ -119,7 +110,7 @@ void log() {
 /// Stays inside the gate, as a closure of the host does that hangs.
 void hang() {
   for (int i = 0; i < 100; ++i) ExitGate::arm();
-  executor().mainQueue().add([] {
+  System::current().executor().mainQueue().add([] {
     const ExitGate::Pass pass;
     std::this_thread::sleep_for(1h);
   });
@@ -129,16 +120,16 @@ int end(const std::string& way) {
   if (way == "quick_exit") std::quick_exit(wantedCode);
   if (way == "exit on a thread") {
     std::thread([] { std::exit(wantedCode); }).detach();
-    std::this_thread::sleep_for(1h);
-  }
-  if (way == "exit in a block") {
+  } else if (way == "exit in a block") {
     makeQueue().add([] {
       const ExitGate::Pass pass;
       std::exit(wantedCode);
     });
-    std::this_thread::sleep_for(1h);
+  } else {
+    return wantedCode;
   }
-  return wantedCode;
+  std::this_thread::sleep_for(1h);
+  return EXIT_FAILURE;
 }
 
 /// Takes away the address space that a thread's stack needs, and gives it back.
@@ -172,15 +163,14 @@ extern "C" const char* __tsan_default_options() {
 int main(int count, char** arguments) {
   if (count != 5) return EXIT_FAILURE;
   const std::string state = arguments[1];
-  const std::string way = arguments[2];
   if (state == "without threads") return runWithoutThreads();
   if (state == "hanging") {
     hang();
   } else if (state == "logging") {
     log();
   } else {
-    startWork(state, arguments[4]);
+    startWork(state, arguments[2]);
   }
-  std::this_thread::sleep_for(std::chrono::microseconds(std::stoi(arguments[3])));
-  return end(way);
+  std::this_thread::sleep_for(std::chrono::microseconds(std::stoi(arguments[4])));
+  return end(arguments[3]);
 }
