@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -20,42 +19,30 @@ std::string rewritten(std::string_view text) {
 }
 
 TEST(AnyCodable, ReadsEachNumberAsTheKindThatHoldsIt) {
-  struct Case {
-    const char* text;
-    Kind kind;
-    std::string written;
+  const auto expectNumber = [](const char* text, Kind kind, const std::string& written) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(JsonView(text).value().kind(), kind);
+    EXPECT_EQ(rewritten(text), written);
   };
-  const Case cases[] = {
-      {"2", Kind::integer, "2"},
-      {"2.0", Kind::integer, "2"},
-      {"2e0", Kind::integer, "2"},
-      {"-0.0", Kind::integer, "0"},
-      {"1e18", Kind::integer, "1000000000000000000"},
-      {"9007199254740993.0", Kind::integer, "9007199254740993"},
-      {"9223372036854775807", Kind::integer, "9223372036854775807"},
-      {"-9223372036854775808", Kind::integer, "-9223372036854775808"},
-      {"9223372036854775808", Kind::unsignedInteger, "9223372036854775808"},
-      {"18446744073709551615", Kind::unsignedInteger, "18446744073709551615"},
-      {"18446744073709551616", Kind::floating, "1.8446744073709552e+19"},
-      {"-9223372036854775809", Kind::floating, "-9.223372036854776e+18"},
-      {"2.5", Kind::floating, "2.5"},
-      {"0.1", Kind::floating, "0.1"},
-      {"4.9901", Kind::floating, "4.9901"},
-      {"7.2057594037927933e16", Kind::integer, "72057594037927936"},
-      {"5e-324", Kind::floating, "5e-324"},
-      {"1e-400", Kind::integer, "0"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    const AnyCodable value = JsonView(c.text).value();
-    EXPECT_EQ(value.kind(), c.kind);
-    EXPECT_EQ(encodeJson(value), c.written);
-  }
+  expectNumber("2.0", Kind::integer, "2");
+  expectNumber("-0.0", Kind::integer, "0");
+  expectNumber("1e18", Kind::integer, "1000000000000000000");
+  expectNumber("9007199254740993.0", Kind::integer, "9007199254740993");
+  expectNumber("9223372036854775807", Kind::integer, "9223372036854775807");
+  expectNumber("-9223372036854775808", Kind::integer, "-9223372036854775808");
+  expectNumber("9223372036854775808", Kind::unsignedInteger, "9223372036854775808");
+  expectNumber("18446744073709551615", Kind::unsignedInteger, "18446744073709551615");
+  expectNumber("18446744073709551616", Kind::floating, "1.8446744073709552e+19");
+  expectNumber("-9223372036854775809", Kind::floating, "-9.223372036854776e+18");
+  expectNumber("4.9901", Kind::floating, "4.9901");
+  expectNumber("7.2057594037927933e16", Kind::integer, "72057594037927936");
+  expectNumber("5e-324", Kind::floating, "5e-324");
+  expectNumber("1e-400", Kind::integer, "0");
 }
 
 TEST(AnyCodable, GoesThroughJsonWithoutLoss) {
   for (const char* text :
-       {"[1,null,\"a\",true]", "{\"a\":{\"b\":[{\"c\":1.5}]},\"d\":[]}", "\"\"", "[]", "{}", "null",
+       {"[1,null,\"a\",true,[],{}]", "{\"a\":{\"b\":[{\"c\":1.5}]},\"d\":[]}",
         "{\"\":\"\\\"\\\\\\b\\f\\n\\r\\t\\u0001\\u0000\"}", "\"\u00e9\u20ac\U0001F600\""}) {
     EXPECT_EQ(rewritten(text), text);
   }
@@ -64,15 +51,9 @@ TEST(AnyCodable, GoesThroughJsonWithoutLoss) {
 }
 
 TEST(AnyCodable, IsEqualWithinOneKindOnly) {
-  const AnyCodable values[] = {nullptr,
-                               true,
-                               1,
-                               std::uint64_t{1},
-                               1.0,
-                               "1",
-                               "true",
-                               AnyCodable::List{1},
-                               AnyCodable::Object{{"a", 1}}};
+  const AnyCodable::Object object{{"a", 1}};
+  const AnyCodable values[] = {nullptr, true, 1, std::uint64_t{1}, 1.0, "1", AnyCodable::List{1},
+                               object};
   for (const AnyCodable& left : values) {
     for (const AnyCodable& right : values) EXPECT_EQ(left == right, &left == &right);
   }
@@ -87,51 +68,41 @@ TEST(AnyCodable, IsEqualWithinOneKindOnly) {
 }
 
 TEST(AnyCodable, DescribesItself) {
-  struct Case {
-    AnyCodable value;
-    std::string plain;
-    std::string debug;
+  const auto expectText = [](const AnyCodable& value, const std::string& plain,
+                             const std::string& debug) {
+    EXPECT_EQ(value.description(), plain);
+    EXPECT_EQ(value.debugDescription(), "AnyCodable(" + debug + ")");
   };
-  const Case cases[] = {
-      {std::optional<int>(), "nil", "AnyCodable(nil)"},
-      {std::optional<int>(3), "3", "AnyCodable(3)"},
-      {false, "false", "AnyCodable(false)"},
-      {2.0, "2.0", "AnyCodable(2.0)"},
-      {1e22, "1e+22", "AnyCodable(1e+22)"},
-      {1e-7, "1e-07", "AnyCodable(1e-07)"},
-      {"a b", "a b", "AnyCodable(\"a b\")"},
-      {AnyCodable::List{1, "a"}, "[1, \"a\"]", "AnyCodable([1, \"a\"])"},
-      {AnyCodable::Object{{"a", 1}, {"a", 2}}, "[\"a\": 1]", "AnyCodable([\"a\": 1])"},
-      {AnyCodable::Object{}, "[:]", "AnyCodable([:])"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(c.value.description(), c.plain);
-    EXPECT_EQ(c.value.debugDescription(), c.debug);
-  }
+  expectText(std::optional<int>(), "nil", "nil");
+  expectText(false, "false", "false");
+  expectText(2.0, "2.0", "2.0");
+  expectText(1e-7, "1e-07", "1e-07");
+  expectText("a b", "a b", "\"a b\"");
+  expectText(AnyCodable::List{1, "a"}, "[1, \"a\"]", "[1, \"a\"]");
+  expectText(AnyCodable::Object{{"a", 1}}, "[\"a\": 1]", "[\"a\": 1]");
+  expectText(AnyCodable::Object{}, "[:]", "[:]");
 }
 
 TEST(JsonView, RefusesWhatIsNotExactlyOneValue) {
-  const std::string deep = std::string(10'000, '[') + std::string(10'000, ']');
-  const std::string many = "[" + std::string(std::size_t{2} * 200'000, ' ');
+  const std::string deep = std::string(41, '[') + std::string(41, ']');
   for (const std::string& text :
        {std::string(), std::string(" "), std::string("{"), std::string("[1,]"), std::string("1 2"),
         std::string("nul"), std::string("{\"a\" 1}"), std::string("'a'"), std::string("NaN"),
         std::string("1e999"), std::string("01"), std::string("\"\xff\""), std::string("\"a\nb\""),
-        std::string("\"\\ud83d\""), std::string("/**/1"), deep, many, std::string("1\0", 2)}) {
+        std::string("\"\\ud83d\""), std::string("/**/1"), deep, std::string(10'000, '['),
+        std::string("1\0", 2)}) {
     SCOPED_TRACE(text.substr(0, 20));
     EXPECT_THROW((void)JsonView(text), PLRError);
     EXPECT_FALSE(isJsonObject(text));
     EXPECT_EQ(from<AnyCodable>(text), std::nullopt);
   }
-  EXPECT_NO_THROW((void)JsonView(std::string(40, '[') + std::string(40, ']')));
-  EXPECT_THROW((void)JsonView(std::string(41, '[') + std::string(41, ']')), PLRError);
+  EXPECT_NO_THROW((void)JsonView(deep.substr(1, 80)));
 }
 
 TEST(JsonView, BoundsTheMemoryOfAnAnswer) {
   std::string zeros = "[0";
   for (int i = 0; i < 200'000; ++i) zeros += ",0";
-  zeros += ']';
-  EXPECT_THROW((void)JsonView(zeros).value(), PLRError);
+  EXPECT_THROW((void)JsonView(zeros + "]").value(), PLRError);
 }
 
 TEST(JsonView, FindsValuesWhateverSurroundsThem) {
@@ -153,8 +124,7 @@ TEST(JsonWriter, YieldsValidJsonForAnyBytes) {
 }
 
 TEST(JsonWriter, WritesDoublesSoThatTheyReadBack) {
-  for (const double value : {0.1, 1.0 / 3, 2.0, 1e15, 1e16, 1e-5, 123456.789, -0.5, 1e300,
-                             std::numeric_limits<double>::denorm_min(),
+  for (const double value : {0.1, 1.0 / 3, 2.0, 1e15, 1e16, 1e-5, 123456.789, -0.5, 1e300, 5e-324,
                              std::numeric_limits<double>::max(), 9007199254740993.0}) {
     const std::string text = encodeJson(value);
     EXPECT_EQ(std::strtod(text.c_str(), nullptr), value) << text;
@@ -170,43 +140,23 @@ TEST(JsonHelpers, TurnFailureIntoAValue) {
   EXPECT_EQ(json(infinite), "Not a valid JSON");
   AnyCodable nested;
   for (int i = 0; i < 100; ++i) nested = AnyCodable::List{nested};
-  try {
-    (void)encodeJson(nested);
-    ADD_FAILURE() << "nested too deep";
-  } catch (const PLRError& error) {
-    EXPECT_EQ(error.description(), "AnyCodable value cannot be encoded");
-  }
+  EXPECT_THROW((void)encodeJson(nested), PLRError);
   EXPECT_EQ(json({}), "{}");
 }
 
 TEST(JsonHelpers, ReadDictionaries) {
-  struct Case {
-    const char* text;
-    std::string written;
-    bool logs;
-  };
-  const Case cases[] = {{"{\"a\":[true]}", "{\"a\":[true]}", false},
-                        {"[1]", "{}", false},
-                        {"", "{}", true},
-                        {"{", "{}", true}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    const LogCapture log;
-    EXPECT_EQ(json(toDictionary(c.text)), c.written);
-    ASSERT_EQ(log.lines().size(), c.logs ? 1U : 0U);
-    if (c.logs) {
-      EXPECT_EQ(log.lines()[0].rfind("ERROR When trying to convert String to Dictionary, an error "
-                                     "has occurred: ",
-                                     0),
-                0U);
-    }
-  }
+  const LogCapture log;
+  EXPECT_EQ(json(toDictionary("{\"a\":[true]}")), "{\"a\":[true]}");
+  EXPECT_EQ(json(toDictionary("[1]")), "{}");
+  EXPECT_TRUE(log.lines().empty());
+  EXPECT_EQ(json(toDictionary("{")), "{}");
+  EXPECT_TRUE(log.lines().at(0).starts_with(
+      "ERROR When trying to convert String to Dictionary, an error has occurred: "));
 }
 
 TEST(JsonHelpers, LayJsonOutInLines) {
   EXPECT_EQ(indentedJson("{\"a\":[1,{}],\"b\\\"{\":\"x: y,[\"}"),
             "{\n  \"a\": [\n    1,\n    {}\n  ],\n  \"b\\\"{\": \"x: y,[\"\n}");
-  EXPECT_EQ(indentedJson("[ [ ] , 1 ]"), "[\n  [],\n  1\n]");
 }
 
 }  // namespace

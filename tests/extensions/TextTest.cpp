@@ -10,84 +10,53 @@ namespace {
 const std::string replaced = "\xEF\xBF\xBD";
 
 TEST(Text, RepairReplacesEachLongestBeginningOfACharacter) {
-  struct Case {
-    const char* label;
-    std::string text;
-    std::string want;
-  };
-  const Case cases[] = {
-      {"empty", "", ""},
-      {"ASCII longer than a word", "abcdefghijk", "abcdefghijk"},
-      {"two, three and four bytes", "\u00E9\u20AC\U0001F600", "\u00E9\u20AC\U0001F600"},
-      {"a NUL is a character", std::string("a\0b", 3), std::string("a\0b", 3)},
-      {"a lone continuation", "a\x80z", "a" + replaced + "z"},
-      {"cut off at the end", "12345678\xF0\x9F\x98", "12345678" + replaced},
-      {"cut off by ASCII", "\xE2\x82z", replaced + "z"},
-      {"overlong slash", "\xC0\xAF", replaced + replaced},
-      {"overlong in three bytes", "\xE0\x80\x80", replaced + replaced + replaced},
-      {"a surrogate", "\xED\xA0\x80", replaced + replaced + replaced},
-      {"beyond the last code point", "\xF4\x90\x80\x80", replaced + replaced + replaced + replaced},
-      {"a lead that is none", "\xFF\xFE", replaced + replaced},
-      {"good after bad", "\xC3\u00E9\xC3", replaced + "\u00E9" + replaced},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
-    EXPECT_EQ(repairUtf8(c.text), c.want);
+  for (const std::string& good :
+       {std::string(), std::string("abcdefghijk"), std::string("\u00E9\u20AC\U0001F600"),
+        std::string("a NUL \0 is a character", 22)}) {
+    EXPECT_EQ(repairUtf8(good), good);
   }
+  EXPECT_EQ(repairUtf8("a\x80z"), "a" + replaced + "z");
+  EXPECT_EQ(repairUtf8("12345678\xF0\x9F\x98"), "12345678" + replaced) << "cut off at the end";
+  EXPECT_EQ(repairUtf8("\xE2\x82z"), replaced + "z") << "cut off by ASCII";
+  EXPECT_EQ(repairUtf8("\xC0\xAF"), replaced + replaced) << "overlong";
+  EXPECT_EQ(repairUtf8("\xE0\x80\x80"), replaced + replaced + replaced) << "overlong";
+  EXPECT_EQ(repairUtf8("\xED\xA0\x80"), replaced + replaced + replaced) << "a surrogate";
+  EXPECT_EQ(repairUtf8("\xF4\x90\x80\x80"), replaced + replaced + replaced + replaced)
+      << "beyond the last code point";
+  EXPECT_EQ(repairUtf8("\xFF\xC3\u00E9\xC3"), replaced + replaced + "\u00E9" + replaced);
 }
 
 TEST(Text, CleaningRemovesControlAndFormatCharactersOnly) {
-  struct Case {
-    const char* label;
-    std::string text;
-    std::string want;
-  };
-  const Case cases[] = {
-      {"nothing to remove", "plain text", "plain text"},
-      {"ASCII controls", std::string("\0a\tb\r\nc\x1F\x7F", 9), "abc"},
-      {"only controls", "\n\u0085\u200B\u200D", ""},
-      {"Cc above ASCII", "a\u0080b\u009Fc", "abc"},
-      {"Cf: soft hyphen, joiner, mark of order, byte order mark, tag",
-       "s\u00ADj\u200Do\u202Eb\uFEFFt\U000E0041", "sjobt"},
-      {"no-break space, accent, variation selector, private use stay",
-       "\u00A0e\u0301\u2764\uFE0F\uE000", "\u00A0e\u0301\u2764\uFE0F\uE000"},
-      {"line and paragraph separators are of other categories", "\u2028\u2029", "\u2028\u2029"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
-    EXPECT_EQ(cleaned(c.text), c.want);
+  EXPECT_EQ(cleaned("plain text"), "plain text");
+  EXPECT_EQ(cleaned(std::string("\0a\tb\r\nc\x1F\x7F", 9)), "abc");
+  EXPECT_EQ(cleaned("\n\u0080\u009F\u200B\u200D"), "");
+  EXPECT_EQ(cleaned("s\u00ADj\u200Do\u202Eb\uFEFFt\U000E0041"), "sjobt");
+  for (const char* stays : {"\u00A0e\u0301\u2764\uFE0F\uE000", "\u2028\u2029"}) {
+    EXPECT_EQ(cleaned(stays), stays);
   }
 }
 
 TEST(Text, CharactersAreWhatAUserSees) {
-  struct Case {
-    const char* label;
-    std::string text;
-    std::size_t count;
-    std::string firstTwo;
+  const auto expectCharacters = [](const std::string& text, std::size_t count,
+                                   const std::string& firstTwo) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(characterCount(text), count);
+    EXPECT_EQ(prefix(text, 2), firstTwo);
+    EXPECT_EQ(prefix(text, 0), "");
+    EXPECT_EQ(prefix(text, count), text);
   };
   const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
   const std::string france = "\U0001F1EB\U0001F1F7";
-  const Case cases[] = {
-      {"empty", "", 0, ""},
-      {"ASCII", "abc", 3, "ab"},
-      {"CR LF is one, LF CR are two", "\r\n\n\rx", 4, "\r\n\n"},
-      {"an accent belongs to its letter", "e\u0301xy", 3, "e\u0301x"},
-      {"a joined family", family + "ab", 3, family + "a"},
-      {"flags pair up", france + france + france, 3, france + france},
-      {"a half flag at the end", france + "\U0001F1EB", 2, france + "\U0001F1EB"},
-      {"a skin tone", "\U0001F44D\U0001F3FD!?", 3, "\U0001F44D\U0001F3FD!"},
-      {"Hangul from parts", "\u1112\u1161\u11ABxy", 3, "\u1112\u1161\u11ABx"},
-      {"an accent at the start", "\u0301ab", 3, "\u0301a"},
-      {"an accent after ASCII after ASCII", "abc\u0301", 3, "ab"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
-    EXPECT_EQ(characterCount(c.text), c.count);
-    EXPECT_EQ(prefix(c.text, 2), c.firstTwo);
-    EXPECT_EQ(prefix(c.text, 0), "");
-    EXPECT_EQ(prefix(c.text, c.count), c.text);
-  }
+  expectCharacters("", 0, "");
+  expectCharacters("abc", 3, "ab");
+  expectCharacters("\r\n\n\rx", 4, "\r\n\n");
+  expectCharacters("e\u0301xy", 3, "e\u0301x");
+  expectCharacters(family + "ab", 3, family + "a");
+  expectCharacters(france + france + france, 3, france + france);
+  expectCharacters(france + "\U0001F1EB", 2, france + "\U0001F1EB");
+  expectCharacters("\U0001F44D\U0001F3FD!?", 3, "\U0001F44D\U0001F3FD!");
+  expectCharacters("\u1112\u1161\u11ABxy", 3, "\u1112\u1161\u11ABx");
+  expectCharacters("\u0301abc\u0301", 4, "\u0301a");
 }
 
 // Ten megabytes each; an operation that looks back over the text would not end within the test's
