@@ -113,20 +113,23 @@ TEST_F(IdentifierCollectorTest, ClearingRemovesThisApplicationsIdentifiers) {
 
 TEST_F(IdentifierCollectorTest, TrackingIsAllowedUnlessTheUserSaidNo) {
   const struct {
-    const char* version;
+    std::optional<std::string> version;
     std::optional<int> status;
     bool allowed;
     std::string line;
   } cases[] = {
       {"14.0.0", 3, true, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [3]"},
-      {"14.0.0", 0, true, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [0]"},
+      {"100", 0, true, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [0]"},
       {"14.0.0", 2, false, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [2]"},
       {"14.0.0",
        {},
        false,
        "WARNING AppTrackingTransparency.framework not included,please add "
        "'AppTrackingTransparency' dependency"},
-      {"13.7", 2, true, ""},
+      {{}, 2, false, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [2]"},
+      {"13.9.9", 2, true, ""},
+      {"no version", 2, true, ""},
+      {{}, {}, true, ""},
   };
   description.advertisingIdentifier = "AD";
   for (const auto& c : cases) {

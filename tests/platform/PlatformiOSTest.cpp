@@ -6,6 +6,7 @@
 #include "DeterministicTest.h"
 #include "Host.h"
 #include "LogCapture.h"
+#include "PixelDensity.h"
 #include "PlatformiOS.h"
 #include "TemporaryFolder.h"
 
@@ -101,22 +102,17 @@ TEST_F(PlatformiOSTest, LeavesOutWhatTheScreenDoesNotSay) {
   }
 }
 
-TEST_F(PlatformiOSTest, AProbeThatThrowsCountsAsFalse) {
+TEST_F(PlatformiOSTest, AProbeThatThrowsCountsAsFalseAndNobodyIsToldAfterTheEnd) {
   description.integrityProbe = []() -> bool { throw std::runtime_error("no access"); };
   start();
   const LogCapture log;
   EXPECT_FALSE(read().first.isRooted);
   EXPECT_EQ(log.lines(),
             (std::vector<std::string>{"ERROR The integrity probe ended with an error: no access"}));
-}
-
-TEST_F(PlatformiOSTest, NobodyIsToldAfterItsEnd) {
   start();
-  bool answered = false;
-  platform->getDeviceData([&](const DeviceData&) { answered = true; });
+  platform->getDeviceData([](const DeviceData&) { FAIL() << "after the end"; });
   platform.reset();
   system.runUntilIdle();
-  EXPECT_FALSE(answered);
 }
 
 TEST_F(PlatformiOSTest, TellsADevelopmentBuildFromItsProfile) {
@@ -131,7 +127,6 @@ TEST_F(PlatformiOSTest, TellsADevelopmentBuildFromItsProfile) {
       {"no profile", {}, 0},
       {"granted", "<dict>\n\t<key>get-task-allow</key>\r\n <true/></dict>", 1},
       {"denied", "<key>get-task-allow</key><false/>", 2},
-      {"empty", "", 2},
       {"not ASCII", "<key>get-task-allow</key><true/>\xC3\xA9", 0},
   };
   for (const Case& c : cases) {
@@ -170,6 +165,44 @@ TEST_F(PlatformiOSTest, KeepsApplicationAndIdentifiersButNotTheLibrarysVersion) 
   EXPECT_EQ(platform->getIdentifierData().deviceUIDs.prev, "V");
   PlatformiOS::clearKeychain();
   EXPECT_TRUE(system.keyStoreValues("/keys").byAccount.empty());
+}
+
+TEST(PixelDensity, FollowsFamilyMajorAndMinor) {
+  struct Case {
+    const char* model;
+    std::optional<std::int64_t> ppi;
+  };
+  const Case cases[] = {
+      {"iPhone2,9", 163},
+      {"iPhone10,2", 401},
+      {"iPhone10,3", 458},
+      {"iPhone11,1", {}},
+      {"iPhone11,2", 458},
+      {"iPhone11,6", 458},
+      {"iPhone11,7", {}},
+      {"iPhone11,8", 326},
+      {"iPhone13,1", 476},
+      {"iPhone13,3", 460},
+      {"iPhone14,1", {}},
+      {"iPad1,4", 132},
+      {"iPad1,5", {}},
+      {"iPad2,5", 163},
+      {"iPad4,4", 326},
+      {"iPad5,3", 264},
+      {"iPad8", 264},
+      {"iPad11,5", {}},
+      {"iPod3,1", 163},
+      {"iPod9,1", 326},
+      // Not of the form family, major, minor.
+      {"", {}},
+      {"iphone10,3", {}},
+      {"10,3iPhone", 458},
+      {"iPhone,10,,3,7", 458},
+      {"iPhone", {}},
+      {"x86_64", {}},
+      {"iPhone99999999999,3", {}},
+  };
+  for (const Case& c : cases) EXPECT_EQ(pixelDensity(c.model), c.ppi) << c.model;
 }
 
 }  // namespace

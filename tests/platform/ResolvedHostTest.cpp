@@ -76,23 +76,5 @@ TEST_F(ResolvedHostTest, DerivesAVendorIdentifierThatDoesNotTellTheMachine) {
   EXPECT_EQ(host.vendorIdentifier(), std::nullopt) << "told that there is none";
 }
 
-TEST_F(ResolvedHostTest, TheToldVersionDecidesWhetherTheUserIsAsked) {
-  struct Case {
-    std::optional<std::string> version;
-    std::optional<int> status;
-    bool asks;
-  };
-  const Case cases[] = {
-      {"14.0", 2, true},  {"13.9.9", 3, false}, {"100", {}, true},
-      {"none", 3, false}, {{}, 3, true},        {{}, {}, false},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.version.value_or("none"));
-    description.systemVersion = c.version;
-    description.trackingAuthorization = c.status;
-    EXPECT_EQ(host.asksBeforeTracking(), c.asks);
-  }
-}
-
 }  // namespace
 }  // namespace pelorino

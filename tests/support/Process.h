@@ -86,8 +86,13 @@ class Process final {
   /// Runs `work` while no thread of the process does.
   template <class Work>
   auto whileStopped(Work work) {
-    const Stopped stopped(pid_);
-    return work();
+    siginfo_t ignored;
+    ::kill(pid_, SIGSTOP);
+    // WNOWAIT leaves an exit, if that comes instead, for reap().
+    ::waitid(P_PID, static_cast<id_t>(pid_), &ignored, WSTOPPED | WEXITED | WNOWAIT);
+    const auto result = work();
+    ::kill(pid_, SIGCONT);
+    return result;
   }
 
   /// The code, or 128 and the signal's number; absent when the process has not ended in time.
@@ -124,20 +129,6 @@ class Process final {
   }
 
  private:
-  class Stopped final {
-   public:
-    explicit Stopped(pid_t pid) : pid_(pid) {
-      siginfo_t ignored;
-      ::kill(pid_, SIGSTOP);
-      // WNOWAIT leaves an exit, if that comes instead, for reap().
-      ::waitid(P_PID, static_cast<id_t>(pid_), &ignored, WSTOPPED | WEXITED | WNOWAIT);
-    }
-    ~Stopped() { ::kill(pid_, SIGCONT); }
-
-   private:
-    pid_t pid_;
-  };
-
   [[noreturn]] static void fail(const std::string& what) { throw std::runtime_error(what); }
 
   bool reap(int options) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -11,11 +11,7 @@
 namespace pelorino {
 namespace {
 
-mode_t rightsOf(const std::string& path) {
-  struct stat found {};
-  EXPECT_EQ(::stat(path.c_str(), &found), 0) << path;
-  return found.st_mode & 07777U;
-}
+using std::filesystem::perms;
 
 std::string contentOf(const std::string& path) {
   std::ostringstream content;
@@ -50,11 +46,11 @@ TEST_F(KeyStoreTest, KeepsAnyBytesUntilTheyAreReplacedOrRemoved) {
 
 TEST_F(KeyStoreTest, BelongsToItsOwnerAlone) {
   ASSERT_TRUE(store_.set("a", "1"));
-  EXPECT_EQ(rightsOf(folder_.file("state")), 0700U);
-  ::chmod(path_.c_str(), 0644);
+  EXPECT_EQ(std::filesystem::status(folder_.file("state")).permissions(), perms(0700));
+  std::filesystem::permissions(path_, perms(0644));
   std::ofstream(path_ + ".new") << "of a process that died";
   ASSERT_TRUE(store_.set("a", "2"));
-  EXPECT_EQ(rightsOf(path_), 0600U);
+  EXPECT_EQ(std::filesystem::status(path_).permissions(), perms(0600));
 }
 
 TEST_F(KeyStoreTest, ReadsWhatCanBeReadOfACorruptFile) {

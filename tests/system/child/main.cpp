@@ -23,37 +23,20 @@ constexpr int wantedCode = 7;
 constexpr int usedTooLate = 8;
 constexpr int blocksLost = 9;
 
-/// A thread of the host's own, which ends when it is told to and is joined at exit.
-class HostThread {
- public:
-  void start(std::function<void()> work) {
-    thread_ = std::thread([this, work = std::move(work)] {
-      while (!isToEnd_) {
-        work();
-        ++rounds_;
-      }
-    });
-  }
-  void join() {
-    if (!thread_.joinable()) return;
-    const int before = rounds_;
-    while (rounds_ < before + 2) std::this_thread::sleep_for(1ms);
-    isToEnd_ = true;
-    thread_.join();
-  }
-
- private:
-  std::thread thread_;
-  std::atomic<bool> isToEnd_{false};
-  std::atomic<int> rounds_{0};
-};
-
 /// State of a host, torn down at exit. What the library calls must not find it gone.
 struct HostState {
   std::atomic<bool> isAlive{true};
-  HostThread thread;
+  std::atomic<bool> isToEnd{false};
+  std::atomic<int> rounds{0};
+  std::thread thread;  // Of the host's own: goes on at exit until it is told to end.
+
   ~HostState() {
-    thread.join();
+    if (thread.joinable()) {
+      const int before = rounds;
+      while (rounds < before + 2) std::this_thread::sleep_for(1ms);
+      isToEnd = true;
+      thread.join();
+    }
     isAlive = false;
     // A host may call the library from here: it must not wait for what will never run.
     SerialQueue& queue = System::current().executor().mainQueue();
@@ -84,18 +67,16 @@ void repeatOn(SerialQueue& queue, const std::function<void()>& work) {
   });
 }
 
-void exchange(const std::string& url) {
-  static_cast<void>(System::current().http().perform({"POST", url, {}, "{}"}));
-  callHost();
-}
-
 void startWork(const std::string& state, const std::string& port) {
   ExitGate::arm();
+  const std::string url =
+      (state == "handshaking" ? "https" : "http") + std::string("://127.0.0.1:") + port;
   for (int i = 0; i < 3; ++i) {
-    SerialQueue& queue = makeQueue();
-    if (state == "calling") repeatOn(queue, callHost);
-    if (state == "waiting") repeatOn(queue, [=] { exchange("http://127.0.0.1:" + port); });
-    if (state == "handshaking") repeatOn(queue, [=] { exchange("https://127.0.0.1:" + port); });
+    repeatOn(makeQueue(), [=] {
+      if (state != "calling")
+        static_cast<void>(System::current().http().perform({"POST", url, {}, "{}"}));
+      callHost();
+    });
   }
 }
 
@@ -104,7 +85,9 @@ void log() {
   Logger::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string&) {
     if (!hostState.isAlive) ::_exit(usedTooLate);
   });
-  hostState.thread.start([] { Logger::writeLog(PLRLogLevel::error, "a line"); });
+  hostState.thread = std::thread([] {
+    for (; !hostState.isToEnd; ++hostState.rounds) Logger::writeLog(PLRLogLevel::error, "a line");
+  });
 }
 
 /// Stays inside the gate, as a closure of the host does that hangs.
