@@ -108,5 +108,26 @@ TEST_F(LibraryTest, AConfigurationChangesThePeriodsOfARunningLibraryAtOnce) {
   EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"ss"}) << "and its session time-out";
 }
 
+TEST_F(LibraryTest, AConfigurationThatArrivesLateStartsTimersUnlessTrackingIsOff) {
+  configuration.answer(200, configWith(""));
+  system.http().setLatency(2s);
+  start();
+  PLRHost::didEnterBackground();
+  system.advance(30s);
+  EXPECT_EQ(system.pendingTimers(), 4U) << "in the background too";
+  stop();
+  EXPECT_EQ(system.pendingTimers(), 0U);
+
+  PLRHost::setApplicationState(PLRApplicationState::active);
+  start();
+  PLRAnalytics::setTrackingAvailability(false);
+  system.advance(30s);
+  EXPECT_EQ(configuration.requests.size(), 2U);
+  EXPECT_EQ(system.pendingTimers(), 0U);
+  delivered.clear();
+  system.advance(1h);
+  EXPECT_EQ(deliveredEvents(), std::vector<std::string>());
+}
+
 }  // namespace
 }  // namespace pelorino

@@ -125,9 +125,10 @@ void AnalyticsLogic::receiveConfig(const Config& config) {
   services_.projectService->applyConfig(config);
   customEventParamsCount_ = services_.projectService->paramsCount();
   if (removeInactive) removeUsers(services_.stateManager->getInactiveProjectUsers());
-  // Begun anew, so that the new periods apply at once.
+  // Begun anew, so that the new periods apply at once. With tracking off nothing ticks, whenever
+  // the answer comes.
   services_.timerService->stopTimers();
-  services_.timerService->startTimers();
+  if (services_.projectService->getTrackingAvailable()) services_.timerService->startTimers();
 }
 
 void AnalyticsLogic::setOnBackendIdentifiersUpdate(IdentifiersUpdate onBackendIdentifiersUpdate) {
