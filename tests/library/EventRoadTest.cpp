@@ -218,9 +218,10 @@ TEST_F(LibraryTest, AStartDuringTheExchangeOfTheOneBeforeSendsNothingTwice) {
   system.http().setLatency(std::chrono::seconds(5));
   report("boss");
   send();
-  PLREngineWrapper::destroySDK();
-  PLRAnalytics::initialize("key");
+  stop();
+  start();
   system.advance(std::chrono::seconds(60));
+  EXPECT_EQ(timesLogged("DEBUG Start activity"), 2);
   EXPECT_EQ(std::ranges::count(deliveredEvents(), std::string("boss")), 1);
   EXPECT_EQ(rows("SELECT count(*) FROM reports"), "0");
 }
