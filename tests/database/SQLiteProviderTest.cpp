@@ -183,8 +183,7 @@ TEST_F(SQLiteProviderOperations, FailuresAreLoggedAndShowAsEmptyResults) {
                 "ERROR [Database Module] Error in delete: SQLite error (code: 1)",
                 "ERROR [Database Module] Error in delete: SQLite error (code: 1)",
                 "ERROR [Database Module] Error in query: SQLite error (code: 1)",
-                "ERROR [Database Module] Error in query: row (code: 1)",
-            }));
+                "ERROR [Database Module] Error in query: row (code: 1)"}));
 }
 
 }  // namespace

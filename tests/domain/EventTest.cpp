@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "CustomEvent.h"
-#include "DeviceInfo.h"
 #include "Event.h"
 #include "LogCapture.h"
 #include "SessionStart.h"
@@ -70,22 +69,6 @@ TEST(Event, HasAJsonFormAndATextForm) {
               "\t code: ce\n\t timestamp: 1\n\t sessionId: 2\n\t level: 3\n\t name: n\"\n"
               "\t parameters: \n\t\t parameter key: b value: true\n\t\t parameter key: d value: 0.5"
               "\n\t\t parameter key: i value: 7\n\t\t parameter key: t value: x\n");
-  expectForms(DeviceInfo{.timestamp = 1,
-                         .osVersion = "6.1",
-                         .os = "o",
-                         .displayDiagonal = 5.8,
-                         .manufacturer = "m",
-                         .model = "d",
-                         .timeZoneOffset = -3600,
-                         .rooted = 1,
-                         .isLimitAdTrackingEnabled = true,
-                         .uuid = "u"},
-              R"({"code":"di","timestamp":1,"osVersion":"6.1","os":"o","displayDiagonal":5.8,)"
-              R"("manufacturer":"m","model":"d","timeZoneOffset":-3600,"rooted":1,)"
-              R"("isLimitAdTrackingEnabled":true,"uuid":"u"})",
-              "\t code: di\n\t timestamp: 1\n\t osVersion: 6.1\n\t os: o\n\t displayDiagonal: 5.8\n"
-              "\t manufacturer: m\n\t model: d\n\t timeZoneOffset: -3600\n\t rooted: 1\n"
-              "\t isLimitAdTrackingEnabled: true\n\t uuid: u\n");
   expectForms(Purchase{},
               R"({"code":"xx","sessionId":3,"timestamp":2,"balance":{"gem":1,"gold":-5},)"
               R"("price":{"gold":7},"parameters":null,"ad_network":"n"})",

@@ -6,7 +6,6 @@
 #include "CachedRepository.h"
 #include "DatabaseFile.h"
 #include "EventRepository.h"
-#include "LevelResourcesRepository.h"
 #include "LogCapture.h"
 #include "SQLiteProvider.h"
 #include "ScriptedDatabase.h"
@@ -17,11 +16,6 @@ namespace {
 
 std::shared_ptr<EventObject> eventOf(RowId userId) {
   return std::make_shared<EventObject>(EventObject{.code = "ce", .userId = userId, .json = "{}"});
-}
-
-std::shared_ptr<LevelResource> resourceOf(RowId idKey, RowId userId, std::int64_t amount = 0) {
-  const LevelResource resource{.idKey = idKey, .userId = userId, .name = {}, .amount = amount};
-  return std::make_shared<LevelResource>(resource);
 }
 
 class RepositoryOnScript : public ::testing::Test {
@@ -106,30 +100,23 @@ TEST_F(RepositoryOnFile, RowsThatCannotBeDeletedComeBackWithTheNextProcessOnly) 
 }
 
 TEST_F(RepositoryOnFile, ASecondRowOfTheSameUserIsRefused) {
-  LogCapture log(PLRLogLevel::error);
   UserRepository users(database_);
   EXPECT_TRUE(users.insert(std::make_shared<User>(1, "u")));
-  const auto twin = std::make_shared<User>(1, "u");
-  EXPECT_FALSE(users.insert(twin));
-  EXPECT_EQ(twin->idKey, notStoredRowId);
+  EXPECT_FALSE(users.insert(std::make_shared<User>(1, "u")));
   EXPECT_EQ(users.ofProject(1).size(), 1U);
-  EXPECT_EQ(log.lines().size(), 1U);
 }
 
-TEST_F(RepositoryOnFile, UpdateStoresAndTakesThePlaceInTheCache) {
-  LevelResourcesRepository resources(database_);
-  ASSERT_TRUE(resources.insert(resourceOf(notStoredRowId, 1)));
-  const auto other = resourceOf(1, 2, 8);
-  resources.update(other);
-  EXPECT_EQ(resources.get(1), other);
-  EXPECT_EQ(resources.countOfUser(1), 0U);
-  EXPECT_EQ(resources.ofUser(2), std::vector{other});
-  EXPECT_EQ(file_.run("SELECT amount FROM levelResource"), "8");
-
-  file_.run("INSERT INTO levelResource (userId, type, name, amount) VALUES (1, 0, '', 0)");
-  resources.update(resourceOf(2, 1, 9));
-  EXPECT_EQ(file_.run("SELECT amount FROM levelResource"), "8\n9");
-  EXPECT_EQ(resources.get(2), nullptr) << "it was not in the cache";
+TEST_F(RepositoryOnFile, UpdateStoresWhetherCachedOrNot) {
+  EventRepository events(database_);
+  ASSERT_TRUE(events.insert(eventOf(1)));
+  file_.run("INSERT INTO events (code, userId, eventJson) VALUES ('a', 1, '{}')");
+  for (const RowId idKey : {1, 2}) {
+    const auto replacement = eventOf(3);
+    replacement->idKey = idKey;
+    events.update(replacement);
+    EXPECT_EQ(events.get(idKey), idKey == 1 ? replacement : nullptr);
+  }
+  EXPECT_EQ(file_.run("SELECT code, userId FROM events"), "ce|3\nce|3");
 }
 
 TEST(RowList, RemovingTheOldestOneByOneDoesNotWalk) {

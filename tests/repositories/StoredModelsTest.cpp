@@ -184,23 +184,10 @@ TEST_F(StoredModels, OddValuesReadAsDefaults) {
   EXPECT_TRUE(cards[0]->changedKeys.empty());
 
   const auto resources = read<LevelResourcesRepository>(
-      "INSERT INTO levelResource (userId, type, name, amount) "
-      "VALUES (1, 7, '', 0), (1, -1, '', 0), (1, 1, '', 0)");
-  ASSERT_EQ(resources.size(), 3U);
-  EXPECT_EQ(resources[0]->type, LevelResourceType::earned);
-  EXPECT_EQ(resources[1]->type, LevelResourceType::earned);
-  EXPECT_EQ(resources[2]->type, LevelResourceType::bought);
-
-  const auto reports = read<ReportsRepository>(
-      "INSERT INTO reports (userId, packagesJson) VALUES (1, NULL), (1, '{}')");
-  ASSERT_EQ(reports.size(), 2U);
-  EXPECT_TRUE(reports[1]->packages.empty());
-  EXPECT_EQ(reports[1]->packagesJson, "{}");
-
-  const auto subscriptions = read<SubscriptionRepository>(
-      "INSERT INTO subscriptions (projectId, products) VALUES (1, ''), (1, '[{\"price\":\"1\"}]')");
-  EXPECT_EQ(subscriptions.size(), 2U);
-  EXPECT_EQ(read<ToolsRepository>("INSERT INTO sdkTools (metadata) VALUES ('[]')").size(), 1U);
+      "INSERT INTO levelResource (userId, type, name, amount) VALUES (1, 7, '', 0), (1, -1, '', "
+      "0)");
+  ASSERT_EQ(resources.size(), 2U);
+  for (const auto& each : resources) EXPECT_EQ(each->type, LevelResourceType::earned);
 }
 
 }  // namespace
