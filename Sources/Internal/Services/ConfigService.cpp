@@ -87,7 +87,7 @@ void ConfigService::receiveUserBackendIds() {
   QueueManager::configQueue().addOperation([weak = weak_from_this(), request] {
     const auto self = weak.lock();
     if (!self) return;
-    self->retryTimerTask_.reset();
+    self->retryTimerTask_.set(nullptr);
     self->getBackendIdentifiers(1, request);
   });
 }
@@ -127,9 +127,11 @@ void ConfigService::retryIdentifiers(std::int64_t attempt, std::int64_t millisec
   constexpr std::chrono::milliseconds longestWait = std::chrono::days(3650);
   const auto wait = std::clamp(std::chrono::milliseconds(milliseconds),
                                std::chrono::milliseconds::zero(), longestWait);
-  retryTimerTask_ = executor_.after(wait, [weak = weak_from_this(), attempt, request] {
-    QueueManager::configBackQueue().addOperation([weak, attempt, request] {
-      if (const auto self = weak.lock()) self->getBackendIdentifiers(attempt + 1, request);
+  retryTimerTask_.update([&](std::unique_ptr<Timer>& task) {
+    task = executor_.after(wait, [weak = weak_from_this(), attempt, request] {
+      QueueManager::configBackQueue().addOperation([weak, attempt, request] {
+        if (const auto self = weak.lock()) self->getBackendIdentifiers(attempt + 1, request);
+      });
     });
   });
 }

@@ -8,6 +8,7 @@
 
 #include "BackendProtocol.h"
 #include "Executor.h"
+#include "Guarded.h"
 #include "StateManager.h"
 
 namespace pelorino {
@@ -61,8 +62,9 @@ class ConfigService final : public std::enable_shared_from_this<ConfigService> {
   // The configQueue only.
   std::int64_t sdkConfigAttempt_ = 1;
   std::unique_ptr<Timer> configRetry_;
-  /// The pending repeat of the one cycle that runs, on whichever queue carries it.
-  std::unique_ptr<Timer> retryTimerTask_;
+  /// The pending repeat of the one cycle that runs, on whichever queue carries it. Guarded, since
+  /// after a wait of nothing the repeat may begin before its timer is kept here.
+  Guarded<std::unique_ptr<Timer>> retryTimerTask_;
   /// A cycle is running, waits included. The incomeQueue only.
   bool backendIDsRequestInProcess_ = false;
 };
