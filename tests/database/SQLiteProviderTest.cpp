@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -184,6 +187,23 @@ TEST_F(SQLiteProviderOperations, FailuresAreLoggedAndShowAsEmptyResults) {
                 "ERROR [Database Module] Error in delete: SQLite error (code: 1)",
                 "ERROR [Database Module] Error in query: SQLite error (code: 1)",
                 "ERROR [Database Module] Error in query: row (code: 1)"}));
+}
+
+TEST_F(SQLiteProviderOperations, AFullDiskFailsAndRecovers) {
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  rlimit oldLimit{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &oldLimit), 0);
+  rlimit full = oldLimit;
+  full.rlim_cur = std::filesystem::file_size(file_.path());
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+  const auto stored = insertProject(std::string(100'000, 'x').c_str());
+  setrlimit(RLIMIT_FSIZE, &oldLimit);
+  std::signal(SIGXFSZ, oldHandler);
+
+  EXPECT_EQ(stored, std::nullopt);
+  EXPECT_EQ(log_.lines().size(), 1U);
+  EXPECT_EQ(insertProject("a"), 1);
+  EXPECT_EQ(file_.run("PRAGMA integrity_check"), "ok");
 }
 
 }  // namespace

@@ -85,7 +85,10 @@ TEST_F(LibraryTest, AnAnswerThatIsNoConfigurationLeavesTheStoredOne) {
   for (const std::string& answer :
        {std::string("{}"), deep, std::string("{\"timeForRequest\":\"x\"}"), std::string("\xFF\xFE"),
         std::string(required) + R"(,"timeForRequest":1e999})",
-        std::string(required) + R"(,"exclude":{"all":true}})", std::string(required)}) {
+        std::string(required) + R"(,"exclude":{"all":true}})",
+        std::string(required) + R"(,"sessionTimeout":1})",
+        std::string(required) + R"(,"exclude":{"version":1,"events":{"ce":[],"ce":[]}}})",
+        std::string(required)}) {
     configuration.answers = {{.status = 200, .body = answer, .error = {}}};
     start();
     EXPECT_EQ(rows("SELECT configuration FROM projects"), stored) << answer.substr(0, 80);
@@ -93,7 +96,7 @@ TEST_F(LibraryTest, AnAnswerThatIsNoConfigurationLeavesTheStoredOne) {
   }
   EXPECT_EQ(timesLogged("DEBUG Failed to get analytics configuration, using the default "
                         "configuration and retrying after 60 seconds"),
-            7);
+            9);
 }
 
 TEST_F(LibraryTest, ExclusionsStopTheEventsThatTheyNameOnceTheyHaveArrived) {

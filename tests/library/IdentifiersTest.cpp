@@ -48,6 +48,8 @@ TEST_F(LibraryTest, TheBackendMayPutItsAnswerOff) {
       timesLogged("DEBUG Receiving operation for user backend identifiers [ann] has been canceled"),
       1);
   system.advance(1ms);
+  ASSERT_EQ(identification.requests.size(), 2U);
+  system.advance(100ms);  // No request chases the one before it.
   ASSERT_EQ(identification.requests.size(), 3U);
   EXPECT_EQ(identification.requests[1].body, R"({"attempt":2})");
   EXPECT_EQ(identification.requests[1].headers, identification.requests[0].headers);

@@ -230,8 +230,11 @@ template <class Value>
 void decode(const JsonView& json, std::map<std::string, Value>& values) {
   if (!json.isObject()) throwWrongType(json, "an object");
   values.clear();
-  json.forEachMember(
-      [&](std::string key, const JsonView& member) { decode(member, values[std::move(key)]); });
+  json.forEachMember([&](std::string key, const JsonView& member) {
+    const auto [place, isNew] = values.try_emplace(std::move(key));
+    if (!isNew) throw PLRError("The key " + place->first + " stands twice");
+    decode(member, place->second);
+  });
 }
 
 template <Described Record>

@@ -179,7 +179,10 @@ class Builder final : public Checker {
     if (open_.empty()) {
       result_ = std::move(value);
     } else if (Container& container = open_.back(); container.isObject) {
-      container.members.insert_or_assign(std::move(container.key), std::move(value));
+      if (!container.members.try_emplace(std::move(container.key), std::move(value)).second) {
+        error = refused();
+        return false;
+      }
     } else {
       container.items.push_back(std::move(value));
     }

@@ -75,7 +75,9 @@ std::optional<JsonView> JsonView::find(std::string_view key) const {
     const bool isEscaped = name->find('\\') != std::string_view::npos;
     const bool isSame =
         isEscaped ? unquoted(*name) == key : name->substr(1, name->size() - 2) == key;
-    if (isSame) found = value;
+    if (!isSame) continue;
+    if (found) throw PLRError("The key " + std::string(key) + " stands twice");
+    found = value;
   }
   return found;
 }

@@ -9,8 +9,7 @@
 namespace pelorino {
 
 /// A look at one value inside a JSON text that has been found valid. It borrows the text and builds
-/// no tree, so that what nobody asks for costs no memory. Where a key stands twice, the last one
-/// counts.
+/// no tree, so that what nobody asks for costs no memory.
 class JsonView final {
  public:
   /// Deeper nesting is refused; it bounds the stack of everything that walks the text.
@@ -30,7 +29,8 @@ class JsonView final {
   [[nodiscard]] bool isList() const { return text_.front() == '['; }
   [[nodiscard]] bool isObject() const { return text_.front() == '{'; }
 
-  /// The value under a key. Absent when there is none, and for a value that is no object.
+  /// The value under a key. Absent when there is none, and for a value that is no object. Throws
+  /// PLRError when the key stands twice: which of the two was meant, nobody can tell.
   [[nodiscard]] std::optional<JsonView> find(std::string_view key) const;
 
   /// Calls `each` with every element of a list; nothing for other values.
@@ -51,8 +51,9 @@ class JsonView final {
     }
   }
 
-  /// The value itself. A number without a fraction is an integer, also when written 2.0 or 2e0;
-  /// one beyond both integer ranges is floating. Throws PLRError when there are too many values.
+  /// The value itself, with no key twice. A number without a fraction is an integer, also when
+  /// written 2.0 or 2e0; one beyond both integer ranges is floating. Throws PLRError when there are
+  /// too many values.
   [[nodiscard]] AnyCodable value() const;
 
  private:

@@ -123,10 +123,10 @@ void ConfigService::retryIdentifiers(std::int64_t attempt, std::int64_t millisec
   Logger::writeLog(PLRLogLevel::debug, [&] {
     return fmt::format("BackendIdentifiers: let's retry after: {}", milliseconds);
   });
-  // The backend's number may be anything; a wait is neither in the past nor beyond the clock.
+  // The backend's number may be anything: requests must not chase each other, nor wait for ever.
+  constexpr std::chrono::milliseconds shortestWait{100};
   constexpr std::chrono::milliseconds longestWait = std::chrono::days(3650);
-  const auto wait = std::clamp(std::chrono::milliseconds(milliseconds),
-                               std::chrono::milliseconds::zero(), longestWait);
+  const auto wait = std::clamp(std::chrono::milliseconds(milliseconds), shortestWait, longestWait);
   retryTimerTask_.update([&](std::unique_ptr<Timer>& task) {
     task = executor_.after(wait, [weak = weak_from_this(), attempt, request] {
       QueueManager::configBackQueue().addOperation([weak, attempt, request] {
