@@ -33,6 +33,10 @@ QueueManager::QueueManager(std::string name, int maxConcurrentOperationCount,
       qualityOfService_(qualityOfService),
       queue_(executor().makeQueue(name_)) {}
 
+void QueueManager::waitUntilAllOperationsAreFinished() {
+  if (!executor().mainQueue().isCurrent()) queue_->waitUntilAllBlocksAreFinished();
+}
+
 // The label of networkSerialQueue is its own: label and member differ there.
 QueueManager& QueueManager::incomeQueue() {
   static QueueManager& queue = *new QueueManager("com.pelorino.incomeQueue");

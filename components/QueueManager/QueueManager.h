@@ -41,8 +41,9 @@ class QueueManager final {
   void resume() { queue_->resume(); }
 
   /// Blocks the calling thread until the queue is empty; returns early where that could not end
-  /// (from an operation of this queue, on a paused queue).
-  void waitUntilAllOperationsAreFinished() { queue_->waitUntilAllBlocksAreFinished(); }
+  /// (from an operation of this queue, on a paused queue), and at once on the main thread, for
+  /// which an operation may be waiting.
+  void waitUntilAllOperationsAreFinished();
 
   /// True inside an operation of this queue, on its thread.
   [[nodiscard]] bool isCurrent() const { return queue_->isCurrent(); }

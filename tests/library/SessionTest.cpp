@@ -89,5 +89,20 @@ TEST_F(LibraryTest, LeavingTheForegroundReturnsWhenEverythingIsStored) {
   system.runUntilIdle();  // From the queue itself it must not wait for itself.
 }
 
+TEST_F(LibraryTest, AnIntegrityProbeMayLeaveTheForeground) {
+  PLRHostDescription host;
+  host.applicationName = "game";
+  host.supportDirectory = file.support();
+  host.integrityProbe = [] {
+    PLRHost::willResignActive();  // The start, on its queue, waits for this probe.
+    return true;
+  };
+  PLRHost::describe(host);
+  start();
+  EXPECT_FALSE(logged("ERROR Cannot obtain device information!"));
+  EXPECT_EQ(deliveredEvents(), (std::vector<std::string>{"ss", "di"}));
+  EXPECT_TRUE(logged("DEBUG Stop activity"));
+}
+
 }  // namespace
 }  // namespace pelorino
