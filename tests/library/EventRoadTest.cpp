@@ -226,6 +226,14 @@ TEST_F(LibraryTest, AStartDuringTheExchangeOfTheOneBeforeSendsNothingTwice) {
   EXPECT_EQ(rows("SELECT count(*) FROM reports"), "0");
 }
 
+TEST_F(LibraryTest, AProgramThatEndsRightAfterItsFirstCallsLosesNothing) {
+  usualStatus.reset();
+  PLRAnalytics::initialize("key");
+  PLRAnalytics::customEvent("only");
+  PLRHost::willTerminate();
+  EXPECT_EQ(rows("SELECT count(*) FROM reports WHERE packagesJson LIKE '%only%'"), "1");
+}
+
 TEST_F(LibraryTest, EditorModeLeavesTheApplicationsVersionsOut) {
   PLREngineWrapper::enableEditorMode();
   start();

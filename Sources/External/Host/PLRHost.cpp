@@ -7,6 +7,7 @@
 
 #include "Host.h"
 #include "PublicCall.h"
+#include "QueueManager.h"
 #include "System.h"
 #include "Text.h"
 
@@ -36,9 +37,15 @@ std::optional<std::vector<std::string>> copied(std::optional<std::vector<std::st
   return texts;
 }
 
-void moveTo(ApplicationState state, ApplicationNotification notification) {
-  Host::setApplicationState(state);
+void post(ApplicationNotification notification) {
   System::current().notifications().post(notification);
+}
+
+/// Everything handed over before has run when this posts: a library that is still starting would
+/// not hear of the notification, and what was reported to it would not be stored.
+void postBehindAllCalls(ApplicationNotification notification) {
+  QueueManager::incomeQueue().waitUntilAllOperationsAreFinished();
+  post(notification);
 }
 
 }  // namespace
@@ -72,23 +79,26 @@ void PLRHost::setApplicationState(PLRApplicationState state) noexcept {
 }
 
 void PLRHost::didBecomeActive() noexcept {
-  publicCall("didBecomeActive",
-             [] { moveTo(ApplicationState::active, ApplicationNotification::didBecomeActive); });
+  publicCall("didBecomeActive", [] {
+    Host::setApplicationState(ApplicationState::active);
+    post(ApplicationNotification::didBecomeActive);
+  });
 }
 
 void PLRHost::willResignActive() noexcept {
-  publicCall("willResignActive",
-             [] { moveTo(ApplicationState::inactive, ApplicationNotification::willResignActive); });
+  publicCall("willResignActive", [] {
+    Host::setApplicationState(ApplicationState::inactive);
+    postBehindAllCalls(ApplicationNotification::willResignActive);
+  });
 }
 
 void PLRHost::didEnterBackground() noexcept {
   publicCall("didEnterBackground", [] {
-    moveTo(ApplicationState::background, ApplicationNotification::didEnterBackground);
+    Host::setApplicationState(ApplicationState::background);
+    postBehindAllCalls(ApplicationNotification::didEnterBackground);
   });
 }
 
 void PLRHost::willTerminate() noexcept {
-  publicCall("willTerminate", [] {
-    System::current().notifications().post(ApplicationNotification::willTerminate);
-  });
+  publicCall("willTerminate", [] { postBehindAllCalls(ApplicationNotification::willTerminate); });
 }

@@ -59,6 +59,7 @@ std::optional<KeyValues> FileKeyStore::read() const {
 
 template <class Edit>
 bool FileKeyStore::change(Edit edit) {
+  if (path_.empty()) return false;
   // A file of its own: the store's file is another one after each change. It is never removed,
   // since two processes could then hold locks on two files of that name.
   const FileDescriptor lockFile = openPrivate(path_ + ".lock", O_RDWR | O_CREAT);
