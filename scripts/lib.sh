@@ -51,5 +51,8 @@ build_preset() {
 }
 
 run_tests() {
+  export ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1
+  export UBSAN_OPTIONS=print_stacktrace=1
+  export TSAN_OPTIONS="second_deadlock_stack=1:suppressions='$root/scripts/tsan.suppressions'"
   ctest --test-dir "$root/build/$1" -j "$jobs" --output-on-failure --no-tests=error
 }
