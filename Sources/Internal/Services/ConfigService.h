@@ -63,7 +63,7 @@ class ConfigService final : public std::enable_shared_from_this<ConfigService> {
   std::int64_t sdkConfigAttempt_ = 1;
   std::unique_ptr<Timer> configRetry_;
   /// The pending repeat of the one cycle that runs, on whichever queue carries it. Guarded, since
-  /// after a wait of nothing the repeat may begin before its timer is kept here.
+  /// after a short wait the repeat may begin before its timer is kept here.
   Guarded<std::unique_ptr<Timer>> retryTimerTask_;
   /// A cycle is running, waits included. The incomeQueue only.
   bool backendIDsRequestInProcess_ = false;
