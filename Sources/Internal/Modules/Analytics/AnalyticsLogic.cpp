@@ -13,7 +13,7 @@ namespace pelorino {
 std::shared_ptr<AnalyticsLogic> AnalyticsLogic::make(
     AnalyticsServices services, std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
     const Clock& clock) {
-  const std::shared_ptr<AnalyticsLogic> logic(
+  std::shared_ptr<AnalyticsLogic> logic(
       new AnalyticsLogic(std::move(services), std::move(lifeCycle), clock), EndedOnIncomeQueue());
   logic->lifeCycle_->setLifeCycleListener(logic);
   return logic;
