@@ -82,12 +82,15 @@ TEST_F(LibraryTest, AnAnswerThatIsNoConfigurationLeavesTheStoredOne) {
   const std::string stored = rows("SELECT configuration FROM projects");
   stop();
   const std::string deep(10'000, '[');
+  std::string many;
+  for (int i = 0; i < 100'000; ++i) many += ",1";
   for (const std::string& answer :
        {std::string("{}"), deep, std::string("{\"timeForRequest\":\"x\"}"), std::string("\xFF\xFE"),
         std::string(required) + R"(,"timeForRequest":1e999})",
         std::string(required) + R"(,"exclude":{"all":true}})",
         std::string(required) + R"(,"sessionTimeout":1})",
         std::string(required) + R"(,"exclude":{"version":1,"events":{"ce":[],"ce":[]}}})",
+        std::string(required) + R"(,"exclude":{"version":1,"events":{"ce":[0)" + many + "]}}}",
         std::string(required)}) {
     configuration.answers = {{.status = 200, .body = answer, .error = {}}};
     start();
@@ -96,7 +99,7 @@ TEST_F(LibraryTest, AnAnswerThatIsNoConfigurationLeavesTheStoredOne) {
   }
   EXPECT_EQ(timesLogged("DEBUG Failed to get analytics configuration, using the default "
                         "configuration and retrying after 60 seconds"),
-            9);
+            10);
 }
 
 TEST_F(LibraryTest, ExclusionsStopTheEventsThatTheyNameOnceTheyHaveArrived) {

@@ -145,6 +145,7 @@ void ConfigService::stopRequestProcess() {
 void ConfigService::applyIdentifiers(const BackendIdentifiers::Identifiers& identifiers,
                                      std::int64_t userIdKey) {
   backendIDsRequestInProcess_ = false;
+  if (isStopped_) return;
   if (!stateManager_->getActiveProject()->trackingAvailable) {
     Logger::writeLog(PLRLogLevel::info,
                      "BackendIdentifiers: The query result was not applied. Tracking is Disabled");

@@ -37,6 +37,9 @@ class ConfigService final : public std::enable_shared_from_this<ConfigService> {
   /// may put the answer off again and again.
   void receiveUserBackendIds();
 
+  /// The library is torn down: an answer that is still on its way is the next one's to ask for.
+  void stop() { isStopped_ = true; }
+
  private:
   /// What a cycle asks for. It does not change across its attempts.
   struct IdentifiersRequest {
@@ -67,6 +70,7 @@ class ConfigService final : public std::enable_shared_from_this<ConfigService> {
   Guarded<std::unique_ptr<Timer>> retryTimerTask_;
   /// A cycle is running, waits included. The incomeQueue only.
   bool backendIDsRequestInProcess_ = false;
+  bool isStopped_ = false;  ///< The incomeQueue only.
 };
 
 }  // namespace pelorino

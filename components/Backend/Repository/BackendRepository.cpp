@@ -1,5 +1,7 @@
 #include "BackendRepository.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <string_view>
 
@@ -25,10 +27,17 @@ bool hasBody(const Response& response) {
   return response.data && !response.data->empty();
 }
 
-/// Throws PLRError for an answer without a body, or with one of another shape.
+/// A real answer has some dozens of values. Each costs many times its bytes once it is built, so
+/// the length of the body alone bounds too little.
+constexpr std::ptrdiff_t maximumValues = 100'000;
+
+/// Throws PLRError for an answer without a body, or with one of another shape or too many values.
 template <class Value>
 Value decodeBody(const Response& response) {
-  if (!hasBody(response)) throw PLRError("The answer has no body");
+  if (!hasBody(response)) throw response.error.value_or(PLRError("The answer has no body"));
+  if (std::ranges::count(*response.data, ',') >= maximumValues) {
+    throw PLRError("The answer has too many values");
+  }
   return decodeJson<Value>(*response.data);
 }
 
@@ -75,7 +84,8 @@ ConfigAnswer BackendRepository::requestConfig(const std::string& appID,
                                               const BackendMessage& message) {
   try {
     const Response response = exchange("/analytics/config", appID, message);
-    if (response.statusCode == status::ok && hasBody(response)) {
+    // An answer without a body is no failure to tell of, but one whose body was refused is.
+    if (response.statusCode == status::ok && (hasBody(response) || response.error)) {
       return {decodeBody<Config>(response), false};
     }
   } catch (const std::exception& error) {

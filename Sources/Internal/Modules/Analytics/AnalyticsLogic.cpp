@@ -118,6 +118,7 @@ void AnalyticsLogic::startSDK() {
 void AnalyticsLogic::stopSDK() {
   lifeCycle_->setLifeCycleListener({});
   stopActivity();
+  services_.configService->stop();
 }
 
 void AnalyticsLogic::receiveConfig(const Config& config) {
