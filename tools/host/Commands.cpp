@@ -102,13 +102,16 @@ void setIdentifiersListener(const Arguments& arguments) {
                                                                : nullptr);
 }
 
-/// Everything handed over before has run once the answer to a question asked now has come.
+/// Everything handed over before has run once the answer to a question asked now has come, or once
+/// the question has been dropped, as it is when the library is torn down before it.
 void drain(const Arguments& arguments) {
   const auto limit =
       std::chrono::milliseconds(arguments.maybeInteger("limitMs").value_or(drainLimit.count()));
-  const auto answered = std::make_shared<std::promise<void>>();
-  PLRAnalytics::getSDKVersion([answered](const std::string&) { answered->set_value(); });
-  if (answered->get_future().wait_for(limit) != std::future_status::ready) {
+  auto answered = std::make_shared<std::promise<void>>();
+  const std::future<void> hasRun = answered->get_future();
+  PLRAnalytics::getSDKVersion(
+      [answered = std::move(answered)](const std::string&) { answered->set_value(); });
+  if (hasRun.wait_for(limit) != std::future_status::ready) {
     throw CommandError(fmt::format("the queue has not run within {} ms", limit.count()));
   }
 }
