@@ -13,11 +13,8 @@ CoreHelper::CoreHelper(std::string userId, std::shared_ptr<Project> project, boo
       setByDefault_(setByDefault),
       projectRepository_(projectRepository),
       userRepository_(userRepository),
-      resetClouser_(std::move(resetClouser)) {
-  for (const auto& user : userRepository_.list()) {
-    if (user->projectId == project_->idKey) projectUsers_.push_back(user);
-  }
-}
+      resetClouser_(std::move(resetClouser)),
+      projectUsers_(userRepository_.ofProject(project_->idKey)) {}
 
 std::shared_ptr<User> CoreHelper::defineActiveUser() {
   auto current = getCurrentUser();

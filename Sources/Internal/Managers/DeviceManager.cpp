@@ -92,10 +92,8 @@ std::optional<bool> DeviceManager::sdkVersionIsChanged() {
 }
 
 std::shared_ptr<DeviceIdentifiers> DeviceManager::identifiersOf(const Project& project) const {
-  for (const auto& row : identifiersRepository_->list()) {
-    if (row->projectId == project.idKey) return row;
-  }
-  return nullptr;
+  const auto rows = identifiersRepository_->ofProject(project.idKey);
+  return rows.empty() ? nullptr : rows.front();
 }
 
 }  // namespace pelorino

@@ -60,18 +60,14 @@ std::shared_ptr<DeviceIdentifiers> StateManager::getActiveDeviceIdentifiers() co
   return deviceManager_->initializeDeviceId(*activeProject_);
 }
 
-std::vector<std::shared_ptr<User>> StateManager::getAllUsers() const {
-  return userRepository_->list();
+std::vector<std::shared_ptr<User>> StateManager::getProjectUsers() const {
+  return userRepository_->ofProject(activeProject_->idKey);
 }
 
 std::vector<std::shared_ptr<User>> StateManager::getInactiveProjectUsers() const {
-  std::vector<std::shared_ptr<User>> inactive;
-  for (const auto& user : userRepository_->list()) {
-    if (user->projectId == activeProject_->idKey && user->idKey != activeUser_->idKey) {
-      inactive.push_back(user);
-    }
-  }
-  return inactive;
+  auto users = getProjectUsers();
+  std::erase_if(users, [&](const auto& user) { return user->idKey == activeUser_->idKey; });
+  return users;
 }
 
 void StateManager::activateUser(const std::string& userId) {

@@ -34,7 +34,8 @@ class StateManager final {
   [[nodiscard]] const std::shared_ptr<Project>& getActiveProject() const { return activeProject_; }
   [[nodiscard]] const std::shared_ptr<User>& getActiveUser() const { return activeUser_; }
   [[nodiscard]] std::shared_ptr<DeviceIdentifiers> getActiveDeviceIdentifiers() const;
-  [[nodiscard]] std::vector<std::shared_ptr<User>> getAllUsers() const;
+  /// All users of the active project, in order of insertion.
+  [[nodiscard]] std::vector<std::shared_ptr<User>> getProjectUsers() const;
   /// Users of the active project other than the active user.
   [[nodiscard]] std::vector<std::shared_ptr<User>> getInactiveProjectUsers() const;
 

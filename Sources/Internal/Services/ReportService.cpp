@@ -81,9 +81,7 @@ void ReportService::removeAllReports() {
 }
 
 std::vector<std::shared_ptr<User>> ReportService::usersOfBatch() const {
-  auto users = stateManager_->getAllUsers();
-  const auto projectId = stateManager_->getActiveProject()->idKey;
-  std::erase_if(users, [&](const auto& user) { return user->projectId != projectId; });
+  auto users = stateManager_->getProjectUsers();
   std::ranges::stable_sort(users, {}, [](const auto& user) {
     return user->sessionId.value_or(std::numeric_limits<std::int64_t>::max());
   });
