@@ -8,14 +8,12 @@
 #include <string>
 
 #include "AnyCodable.h"
+#include "Resources.h"
 
 // What the public operations take, as plain values: copied on the caller's thread, repaired by the
 // rules, and handed to the logic.
 
 namespace pelorino {
-
-/// Amounts by the name of the resource or currency.
-using Resources = std::map<std::string, std::int64_t>;
 
 struct ReplaceUserIdCall {
   std::string prevUserName;
