@@ -10,7 +10,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <functional>
 #include <future>
 #include <map>
 #include <memory>
@@ -18,6 +17,7 @@
 #include <vector>
 
 #include "Arguments.h"
+#include "Command.h"
 #include "Names.h"
 #include "Output.h"
 
@@ -82,14 +82,6 @@ void customEvent(const Arguments& arguments) {
   PLRAnalytics::customEvent(name, parameters);
 }
 
-void setTrackingAvailability(const Arguments& arguments) {
-  PLRAnalytics::setTrackingAvailability(arguments.boolean("value"));
-}
-
-void setCurrentLevel(const Arguments& arguments) {
-  PLRAnalytics::setCurrentLevel(arguments.integer("currentLevel"));
-}
-
 void logLevel(std::string_view op, const Arguments& arguments) {
   if (const auto level = arguments.maybeText("level")) {
     return PLRAnalytics::setLogLevel(logLevelOf(*level));
@@ -136,41 +128,6 @@ void leave(const Arguments& arguments) {
   std::exit(static_cast<int>(arguments.maybeInteger("code").value_or(0)));
 }
 
-struct Command {
-  std::vector<std::string_view> labels;
-  std::function<void(std::string_view op, const Arguments& arguments)> run;
-};
-
-Command command(std::vector<std::string_view> labels, void (*run)(const Arguments&)) {
-  return {std::move(labels),
-          [run](std::string_view, const Arguments& arguments) { run(arguments); }};
-}
-
-/// An operation that takes nothing and answers nothing.
-Command plain(void (*operation)() noexcept) {
-  return {{}, [operation](std::string_view, const Arguments&) { operation(); }};
-}
-
-/// An operation whose one argument is a text.
-Command withText(std::string_view label, void (*operation)(std::string_view) noexcept) {
-  return {{label},
-          [=](std::string_view, const Arguments& arguments) { operation(arguments.text(label)); }};
-}
-
-/// An operation that answers at once.
-template <class Answer>
-Command answering(Answer (*operation)()) {
-  return {{}, [operation](std::string_view op, const Arguments&) { writeResult(op, operation()); }};
-}
-
-/// An operation that answers by a handler.
-template <class Handler>
-Command asking(void (*operation)(Handler) noexcept) {
-  return {{}, [operation](std::string_view op, const Arguments&) {
-            operation([op](const auto& answer) { writeResult(op, answer); });
-          }};
-}
-
 /// Every command by its "op".
 const std::map<std::string_view, Command>& commands() {
   static const auto& table = *new std::map<std::string_view, Command>{
@@ -183,9 +140,9 @@ const std::map<std::string_view, Command>& commands() {
       {"getTrackingAvailability", asking(PLRAnalytics::getTrackingAvailability)},
       {"getUserId", asking(PLRAnalytics::getUserId)},
       {"getCurrentLevel", asking(PLRAnalytics::getCurrentLevel)},
-      {"setTrackingAvailability", command({"value"}, setTrackingAvailability)},
+      {"setTrackingAvailability", withBoolean("value", PLRAnalytics::setTrackingAvailability)},
       {"setUserId", withText("userId", PLRAnalytics::setUserId)},
-      {"setCurrentLevel", command({"currentLevel"}, setCurrentLevel)},
+      {"setCurrentLevel", withInteger("currentLevel", PLRAnalytics::setCurrentLevel)},
       {"setIdentifiersListener", command({"on"}, setIdentifiersListener)},
       {"testLogs", plain(PLRAnalytics::testLogs)},
       {"setTestProxyUrl", withText("url", PLRAnalytics::setTestProxyUrl)},
