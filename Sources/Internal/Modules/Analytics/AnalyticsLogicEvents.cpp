@@ -63,7 +63,7 @@ void AnalyticsLogic::referrer(ReferrerCall utmData) {
                      .term = valueOf("term")}));
   generatePeopleEvent(false);
   services_.reportService->sendBufferedEvents();
-  services_.projectService->setRefererSent(true);
+  services_.projectService->setIsRefererSent(true);
 }
 
 void AnalyticsLogic::sendBufferedEvents() {
