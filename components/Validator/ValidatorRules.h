@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,6 +10,8 @@
 #include "PLRAnalyticsConfigurationLocal.h"
 
 namespace pelorino {
+
+struct Interval;
 
 /// What each public operation demands of its arguments. A rule takes the raw arguments and gives
 /// the repaired ones, or nothing when the call is rejected; the messages are written here. All
@@ -60,6 +63,13 @@ class ValidatorRules final {
   [[nodiscard]] static std::optional<AdImpressionCall> validateAdImpression(AdImpressionCall call);
 
   static void notifyThatMethodExecutionWasCanceled(std::string_view method);
+
+ private:
+  /// The entries whose key has content and whose amount is allowed, under their cut keys.
+  [[nodiscard]] static Resources validateResorces(std::string_view method,
+                                                  std::string_view resourcesName,
+                                                  const Resources& resources,
+                                                  std::size_t maximalKeyLength, Interval allowed);
 };
 
 }  // namespace pelorino
