@@ -59,12 +59,9 @@ std::optional<Resources> LevelResourceService::getResources(LevelResourceType ty
   return sums;
 }
 
-void LevelResourceService::removeResources(std::int64_t userId) {
-  levelResourcesRepository_->deleteForDataForUsers(std::array{userId});
-}
-
 void LevelResourceService::removeResourcesForActiveUser() {
-  removeResources(stateManager_->getActiveUser()->idKey);
+  levelResourcesRepository_->deleteForDataForUsers(
+      std::array{stateManager_->getActiveUser()->idKey});
 }
 
 void LevelResourceService::removeAllResources() {

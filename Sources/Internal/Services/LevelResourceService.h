@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -30,7 +29,6 @@ class LevelResourceService final {
   [[nodiscard]] std::optional<Resources> getEarnedResources() const;
   [[nodiscard]] std::optional<Resources> getBoughtResources() const;
 
-  void removeResources(std::int64_t userId);
   void removeResourcesForActiveUser();
   void removeAllResources();
   void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
