@@ -84,7 +84,7 @@ bool ProjectService::isRefererSent() const {
   return stateManager_->getActiveProject()->isReferralSent;
 }
 
-void ProjectService::setRefererSent(bool isSent) {
+void ProjectService::setIsRefererSent(bool isSent) {
   const auto& project = stateManager_->getActiveProject();
   if (!project->trackingAvailable) return;
   project->isReferralSent = isSent;

@@ -45,7 +45,7 @@ class ProjectService final {
 
   /// Whether the active project has reported its referrer. While tracking is off it is not changed.
   [[nodiscard]] bool isRefererSent() const;
-  void setRefererSent(bool isSent);
+  void setIsRefererSent(bool isSent);
 
  private:
   std::shared_ptr<StateManager> stateManager_;
