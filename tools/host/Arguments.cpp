@@ -71,6 +71,14 @@ Arguments Arguments::object(std::string_view name) const {
   return Arguments(value.get_object());
 }
 
+std::map<std::string, std::int64_t> Arguments::integers(std::string_view name) const {
+  std::map<std::string, std::int64_t> entries;
+  for (const auto& [key, value] : object(name).fields()) {
+    entries.emplace(key, integerOf(key, value));
+  }
+  return entries;
+}
+
 std::optional<std::string> Arguments::maybeText(std::string_view name) const {
   const json::value* value = find(name);
   if (!value) return std::nullopt;

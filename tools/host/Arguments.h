@@ -3,6 +3,7 @@
 #include <boost/json.hpp>
 #include <cstdint>
 #include <initializer_list>
+#include <map>
 #include <optional>
 #include <span>
 #include <stdexcept>
@@ -37,6 +38,8 @@ class Arguments final {
   [[nodiscard]] double number(std::string_view name) const;
   [[nodiscard]] bool boolean(std::string_view name) const;
   [[nodiscard]] Arguments object(std::string_view name) const;
+  /// An object whose values are integers.
+  [[nodiscard]] std::map<std::string, std::int64_t> integers(std::string_view name) const;
 
   [[nodiscard]] std::optional<std::string> maybeText(std::string_view name) const;
   [[nodiscard]] std::optional<std::int64_t> maybeInteger(std::string_view name) const;

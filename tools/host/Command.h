@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -17,6 +18,9 @@ struct Command {
   std::vector<std::string_view> labels;
   std::function<void(std::string_view op, const Arguments& arguments)> run;
 };
+
+/// Commands by their "op".
+using CommandTable = std::map<std::string_view, Command>;
 
 inline Command command(std::vector<std::string_view> labels, void (*run)(const Arguments&)) {
   return {std::move(labels),

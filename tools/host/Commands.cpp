@@ -11,7 +11,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <future>
-#include <map>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -20,6 +19,7 @@
 #include "Command.h"
 #include "Names.h"
 #include "Output.h"
+#include "TrackingCommands.h"
 
 namespace pelorino::host {
 
@@ -52,34 +52,6 @@ void initialize(const Arguments& arguments) {
   const std::string key = arguments.text("applicationKey");
   if (!arguments.has("configuration")) return PLRAnalytics::initialize(key);
   PLRAnalytics::initialize(key, configurationOf(arguments.object("configuration")));
-}
-
-void addParameter(PLRCustomEventParameters& parameters, std::string_view key,
-                  const json::value& value) {
-  switch (value.kind()) {
-    case json::kind::bool_:
-      return parameters.add(key, value.get_bool());
-    case json::kind::int64:
-      return parameters.add(key, value.get_int64());
-    case json::kind::uint64:
-      return parameters.add(key, value.get_uint64());
-    case json::kind::double_:
-      return parameters.add(key, value.get_double());
-    case json::kind::string:
-      return parameters.add(key, std::string_view(value.get_string()));
-    default:
-      throw CommandError(fmt::format("the parameter \"{}\" is no number, text or boolean", key));
-  }
-}
-
-void customEvent(const Arguments& arguments) {
-  const std::string name = arguments.text("eventName");
-  if (!arguments.has("parameters")) return PLRAnalytics::customEvent(name);
-  PLRCustomEventParameters parameters;
-  for (const auto& [key, value] : arguments.object("parameters").fields()) {
-    addParameter(parameters, key, value);
-  }
-  PLRAnalytics::customEvent(name, parameters);
 }
 
 void logLevel(std::string_view op, const Arguments& arguments) {
@@ -128,13 +100,16 @@ void leave(const Arguments& arguments) {
   std::exit(static_cast<int>(arguments.maybeInteger("code").value_or(0)));
 }
 
-/// Every command by its "op".
-const std::map<std::string_view, Command>& commands() {
-  static const auto& table = *new std::map<std::string_view, Command>{
+void replace(const Arguments& arguments) {
+  PLRAnalytics::replace(arguments.text("fromUserId"), arguments.text("toUserId"));
+}
+
+/// The commands of starting and identity, of the classes beside PLRAnalytics that are no more than
+/// a few operations, and of this tool.
+CommandTable basicCommands() {
+  return {
       {"initialize", command({"applicationKey", "configuration"}, initialize)},
       {"logLevel", {{"level"}, logLevel}},
-      {"customEvent", command({"eventName", "parameters"}, customEvent)},
-      {"sendBufferedEvents", plain(PLRAnalytics::sendBufferedEvents)},
       {"getDeviceId", asking(PLRAnalytics::getDeviceId)},
       {"getSDKVersion", asking(PLRAnalytics::getSDKVersion)},
       {"getTrackingAvailability", asking(PLRAnalytics::getTrackingAvailability)},
@@ -142,6 +117,7 @@ const std::map<std::string_view, Command>& commands() {
       {"getCurrentLevel", asking(PLRAnalytics::getCurrentLevel)},
       {"setTrackingAvailability", withBoolean("value", PLRAnalytics::setTrackingAvailability)},
       {"setUserId", withText("userId", PLRAnalytics::setUserId)},
+      {"replace", command({"fromUserId", "toUserId"}, replace)},
       {"setCurrentLevel", withInteger("currentLevel", PLRAnalytics::setCurrentLevel)},
       {"setIdentifiersListener", command({"on"}, setIdentifiersListener)},
       {"testLogs", plain(PLRAnalytics::testLogs)},
@@ -168,6 +144,14 @@ const std::map<std::string_view, Command>& commands() {
       {"kill", command({}, killSelf)},
       {"exit", command({"code"}, leave)},
   };
+}
+
+const CommandTable& commands() {
+  static const CommandTable& table = *new CommandTable([] {
+    CommandTable all = basicCommands();
+    all.merge(trackingCommands());
+    return all;
+  }());
   return table;
 }
 

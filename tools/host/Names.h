@@ -1,5 +1,6 @@
 #pragma once
 
+#include <pelorino/PLRAccrualType.h>
 #include <pelorino/PLRHost.h>
 #include <pelorino/PLRLogLevel.h>
 #include <pelorino/PLRTrackingStatus.h>
@@ -13,6 +14,7 @@ namespace pelorino::host {
 [[nodiscard]] PLRLogLevel logLevelOf(std::string_view name);
 [[nodiscard]] PLRTrackingStatus trackingStatusOf(std::string_view name);
 [[nodiscard]] PLRApplicationState applicationStateOf(std::string_view name);
+[[nodiscard]] PLRAccrualType accrualTypeOf(std::string_view name);
 
 [[nodiscard]] std::string_view nameOf(PLRLogLevel level);
 
