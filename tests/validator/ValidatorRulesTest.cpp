@@ -319,8 +319,9 @@ TEST(ValidatorRules, EveryBadArgumentIsToldInOrderBeforeTheVerdict) {
   expect("StartProgressionEvent", Rules::validateStartProgressionEvent,
          StartProgressionEventCall{"", {-1, ""}}, {"The event name", "The difficulty"});
   expect("FinishProgressionEvent", Rules::validateFinishProgressionEvent,
-         FinishProgressionEventCall{"", {true, -1, {{"s", 0}}, {{"e", 0}}}},
-         {"The event name", "The duration", "The value of the spent", "The value of the earned"});
+         FinishProgressionEventCall{"", {true, -1, {{"\n", 0}, {"s", 0}}, {{"e", 0}}}},
+         {"The event name", "The duration", "The [] key of the spent", "The value of the spent",
+          "The value of the earned"});
   expect("RealCurrencyPayment", Rules::validateRealCurrencyPayment,
          RealCurrencyPaymentCall{"", nan, "", "E\nU"},
          {"The currency code parameter value is invalid\n\tParameter [EU] length must be equal to "
