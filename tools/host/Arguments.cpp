@@ -8,11 +8,11 @@ namespace pelorino::host {
 
 namespace json = boost::json;
 
-namespace {
-
-[[noreturn]] void refuse(std::string_view name, std::string_view kind) {
+void refuse(std::string_view name, std::string_view kind) {
   throw CommandError(fmt::format("\"{}\" is not {}", name, kind));
 }
+
+namespace {
 
 std::int64_t integerOf(std::string_view name, const json::value& value) {
   if (!value.is_int64()) refuse(name, "an integer");

@@ -20,6 +20,7 @@
 #include "Names.h"
 #include "Output.h"
 #include "TrackingCommands.h"
+#include "UserCardCommands.h"
 
 namespace pelorino::host {
 
@@ -150,6 +151,7 @@ const CommandTable& commands() {
   static const CommandTable& table = *new CommandTable([] {
     CommandTable all = basicCommands();
     all.merge(trackingCommands());
+    all.merge(userCardCommands());
     return all;
   }());
   return table;
