@@ -47,6 +47,9 @@ class Arguments final {
   [[nodiscard]] std::optional<std::string> maybeText(std::string_view name) const;
   [[nodiscard]] std::optional<std::int64_t> maybeInteger(std::string_view name) const;
   [[nodiscard]] std::optional<std::vector<std::string>> maybeTexts(std::string_view name) const;
+  [[nodiscard]] std::optional<Arguments> maybeObject(std::string_view name) const;
+  /// A list of objects; an absent one is empty.
+  [[nodiscard]] std::vector<Arguments> maybeObjects(std::string_view name) const;
 
   /// Calls `use` with the number, text or boolean of that name, in the type in which it is written.
   template <class Use>

@@ -19,6 +19,7 @@
 #include "Command.h"
 #include "Names.h"
 #include "Output.h"
+#include "SubscriptionCommands.h"
 #include "TrackingCommands.h"
 #include "UserCardCommands.h"
 
@@ -152,6 +153,7 @@ const CommandTable& commands() {
     CommandTable all = basicCommands();
     all.merge(trackingCommands());
     all.merge(userCardCommands());
+    all.merge(subscriptionCommands());
     return all;
   }());
   return table;
