@@ -1,12 +1,11 @@
 #include <pelorino/PLRUserCard.h>
 
 #include <cmath>
-#include <filesystem>
 #include <functional>
 #include <iterator>
 #include <limits>
 
-#include "LibraryTest.h"
+#include "TrackingTest.h"
 #include "Validator.h"
 
 namespace pelorino {
@@ -18,32 +17,12 @@ constexpr auto maximalInteger = std::numeric_limits<std::int64_t>::max();
 constexpr auto minimalInteger = std::numeric_limits<std::int64_t>::min();
 constexpr double maximalDouble = std::numeric_limits<double>::max();
 
-class UserCardTest : public LibraryTest {
+class UserCardTest : public TrackingTest {
  protected:
-  UserCardTest() {
-    start("ann");
-    rows(
-        "CREATE TABLE told (event TEXT);"
-        "CREATE TRIGGER tell AFTER INSERT ON events WHEN new.eventJson LIKE '{\"code\":\"pl\"%' "
-        "BEGIN INSERT INTO told VALUES (new.eventJson); END");
-  }
   ~UserCardTest() override { Validator::setExcludedOptions(std::nullopt); }
 
   /// What has been stored for the backend of the card since the last look.
-  std::string told() {
-    system.runUntilIdle();
-    return rows(
-        "SELECT json_remove(event, '$.code', '$.timestamp', '$.sessionId', '$.level') FROM told "
-        "ORDER BY rowid; DELETE FROM told");
-  }
-  /// The process is gone: what the teardown would still do does not reach the file.
-  void kill() {
-    system.runUntilIdle();
-    const std::string kept = file.path() + ".kept";
-    std::filesystem::copy_file(file.path(), kept);
-    stop();
-    std::filesystem::rename(kept, file.path());
-  }
+  std::string told() { return stored("'pl'", "'$.code', '$.timestamp', '$.sessionId', '$.level'"); }
   std::string card(const std::string& column = "json") {
     system.runUntilIdle();
     return rows("SELECT " + column + " FROM peopleCards ORDER BY id");
