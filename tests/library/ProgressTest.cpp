@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include "TrackingTest.h"
 
 namespace pelorino {
@@ -35,27 +37,22 @@ TEST_F(ProgressTest, CreditsLeaveAsOneEventATickAndSumUpForTheLevel) {
 }
 
 TEST_F(ProgressTest, SumsStayWithin32BitsWhateverIsStored) {
-  struct Case {
-    std::string stored;
-    std::int64_t credit;
-    std::string sum;
-    bool overflows;
-  };
-  for (const Case& c : {Case{"2147483646", 1, "2147483647", false},
-                        {"1", 2147483647, "2147483647", true},
-                        {"9223372036854775807", 1, "2147483647", true},
-                        {"-2147483649", 1, "-2147483648", false},
-                        {"-9223372036854775808", 1, "-2147483648", true}}) {
+  using Case = std::tuple<std::string, std::int64_t, std::string, bool>;
+  for (const auto& [stored, credit, sum, overflows] :
+       {Case{"2147483646", 1, "2147483647", false}, Case{"1", 2147483647, "2147483647", true},
+        Case{"9223372036854775807", 1, "2147483647", true},
+        Case{"-2147483649", 1, "-2147483648", false},
+        Case{"-9223372036854775808", 1, "-2147483648", true}}) {
     stop();
     rows(
         "DELETE FROM levelResource; INSERT INTO levelResource (userId, type, name, amount) "
         "VALUES (1, 0, 'gold', " +
-        c.stored + ")");
+        stored + ")");
     start("ann");
     const auto before = timesLogged("ERROR LU resource: gold is overflowed");
-    accrue(c.credit);
-    EXPECT_EQ(levelSums(), "0|" + c.sum) << c.stored;
-    EXPECT_EQ(timesLogged("ERROR LU resource: gold is overflowed") - before, c.overflows);
+    accrue(credit);
+    EXPECT_EQ(levelSums(), "0|" + sum) << stored;
+    EXPECT_EQ(timesLogged("ERROR LU resource: gold is overflowed") - before, overflows);
   }
 }
 
@@ -137,20 +134,16 @@ TEST_F(ProgressTest, BalancesStepsAndOrdersAreNotReportedTwice) {
 }
 
 TEST_F(ProgressTest, AProgressionTakesAsLongAsItsCallerOrTheClockSays) {
-  struct Case {
-    int played;  ///< Milliseconds.
-    int said;    ///< Seconds.
-    std::string duration;
-  };
-  for (const Case& c :
-       {Case{0, 0, ""}, {1, 0, "1"}, {2000, 0, "2"}, {2001, 0, "3"}, {2001, 12, "12"}}) {
+  using Case = std::tuple<int, int, std::string>;  // Milliseconds; seconds said and told.
+  for (const auto& [played, said, told] : {Case{0, 0, ""}, Case{1, 0, "1"}, Case{2000, 0, "2"},
+                                           Case{2001, 0, "3"}, Case{2001, 12, "12"}}) {
     PLRAnalytics::startProgressionEvent("cave");
     system.runUntilIdle();
-    system.advance(std::chrono::milliseconds(c.played));
+    system.advance(std::chrono::milliseconds(played));
     PLRFinishProgressionEventParameters parameters;
-    parameters.duration = c.said;
+    parameters.duration = said;
     PLRAnalytics::finishProgressionEvent("cave", parameters);
-    EXPECT_EQ(fields("'pe'", {"parameters.duration"}), c.duration);
+    EXPECT_EQ(fields("'pe'", {"parameters.duration"}), told);
   }
 }
 
