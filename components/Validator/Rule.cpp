@@ -3,43 +3,50 @@
 #include <utility>
 
 #include "Bounder.h"
+#include "Logger.h"
 #include "Text.h"
-#include "Validator.h"
 #include "ValidatorRules.h"
 
 namespace pelorino {
 
-std::string Rule::text(const Label& argument, std::string value, std::size_t maximum) {
-  value = cut(argument, cleaned(std::move(value)), maximum);
+void Rule::bound(const Label& argument, std::string& value, std::size_t maximum) const {
+  value = Bounder::maxStringLength(method_, argument, cleaned(std::move(value)), maximum);
+}
+
+void Rule::bound(const Label& argument, std::optional<std::string>& value,
+                 std::size_t maximum) const {
+  if (value) bound(argument, *value, maximum);
+}
+
+void Rule::text(const Label& argument, std::string& value, std::size_t maximum) {
+  bound(argument, value, maximum);
   notEmpty(argument, value);
-  return value;
 }
 
-std::string Rule::cut(const Label& argument, std::string value, std::size_t maximum) const {
-  return Bounder::maxStringLength(method_, argument, std::move(value), maximum);
-}
-
-void Rule::notEmpty(const Label& argument, const std::string& value) {
-  passed_ &= Validator::notNullOrEmpty(method_, argument, value);
-}
-
-void Rule::inInterval(const Label& argument, std::int64_t value, std::int64_t min,
-                      std::int64_t max) {
-  passed_ &= Validator::inInterval(method_, argument, value, min, max);
+void Rule::inInterval(const Label& argument, std::int64_t value, Interval allowed) {
+  passed_ &= Validator::inInterval(method_, argument, value, allowed.min, allowed.max);
 }
 
 void Rule::inInterval(const Label& argument, double value, double min, double max) {
-  passed_ &= Validator::inInterval(method_, argument, value, min, max);
   passed_ &= Validator::validateDoubleNAN(method_, argument, value);
+  passed_ &= Validator::inInterval(method_, argument, value, min, max);
+}
+
+void Rule::equalLength(const Label& argument, const std::string& value, std::size_t length) {
+  passed_ &= Validator::equalStringLength(method_, argument, cleaned(value), length);
 }
 
 void Rule::validType(const Label& argument, const AnyCodable& value) {
   passed_ &= Validator::validType(method_, argument, value);
 }
 
-bool Rule::rejects() const {
-  if (!passed_) ValidatorRules::notifyThatMethodExecutionWasCanceled(method_);
-  return !passed_;
+void Rule::fail(std::string_view message) {
+  Logger::writeLog(PLRLogLevel::error, message);
+  passed_ = false;
+}
+
+void Rule::cancel() const {
+  ValidatorRules::notifyThatMethodExecutionWasCanceled(method_);
 }
 
 }  // namespace pelorino

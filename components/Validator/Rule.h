@@ -2,41 +2,62 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "AnyCodable.h"
 #include "Label.h"
+#include "Limits.h"
+#include "Validator.h"
 
 namespace pelorino {
 
 /// The checks of one call, or of one entry of its dictionaries: all of them run, each writes its
-/// message, and only then the verdict is taken.
+/// message, and only then the verdict is taken. Texts are repaired in place.
 class Rule final {
  public:
   /// `method` is what messages call the operation; a constant.
   explicit Rule(std::string_view method) : method_(method) {}
 
+  /// Clean and cut, which is no failure. What is missing stays missing.
+  void bound(const Label& argument, std::string& value, std::size_t maximum) const;
+  void bound(const Label& argument, std::optional<std::string>& value, std::size_t maximum) const;
+
   /// Clean, cut, not empty: what most texts go through.
-  [[nodiscard]] std::string text(const Label& argument, std::string value, std::size_t maximum);
+  void text(const Label& argument, std::string& value, std::size_t maximum);
 
-  /// Cut alone, which is no failure.
-  [[nodiscard]] std::string cut(const Label& argument, std::string value,
-                                std::size_t maximum) const;
+  /// A text or a table must have content.
+  template <class Container>
+  void notEmpty(const Label& argument, const Container& value) {
+    passed_ &= Validator::notNullOrEmpty(method_, argument, value);
+  }
 
-  void notEmpty(const Label& argument, const std::string& value);
-  void inInterval(const Label& argument, std::int64_t value, std::int64_t min, std::int64_t max);
+  void inInterval(const Label& argument, std::int64_t value, Interval allowed);
   /// Not NaN and within the bounds.
   void inInterval(const Label& argument, double value, double min, double max);
+  /// The cleaned text must have this length.
+  void equalLength(const Label& argument, const std::string& value, std::size_t length);
   void validType(const Label& argument, const AnyCodable& value);
+
+  /// A check of the rule's own has failed; writes `message` as it is.
+  void fail(std::string_view message);
 
   /// True when no check has failed so far.
   [[nodiscard]] bool passed() const { return passed_; }
 
-  /// True when a check has failed; the cancel message is written then. The last word on a call.
-  [[nodiscard]] bool rejects() const;
+  /// The last word on a call: what was repaired, or nothing and the cancel message.
+  template <class Call>
+  [[nodiscard]] std::optional<Call> verdict(Call repaired) const {
+    if (passed_) return repaired;
+    cancel();
+    return std::nullopt;
+  }
 
  private:
+  void cancel() const;
+
   std::string_view method_;
   bool passed_ = true;
 };

@@ -25,18 +25,15 @@ class Validator final {
 
   Validator() = delete;
 
+  /// True for a text or a table with content.
+  template <class Container>
   [[nodiscard]] static bool notNullOrEmpty(std::string_view method, const Label& argument,
-                                           const std::string& value) {
+                                           const Container& value) {
     return notNullOrEmpty(method, argument, true, !value.empty());
   }
+  template <class Container>
   [[nodiscard]] static bool notNullOrEmpty(std::string_view method, const Label& argument,
-                                           const std::optional<std::string>& value) {
-    return notNullOrEmpty(method, argument, value.has_value(), value && !value->empty());
-  }
-
-  template <class Key, class Value>
-  [[nodiscard]] static bool notNullOrEmpty(std::string_view method, const Label& argument,
-                                           const std::optional<std::map<Key, Value>>& value) {
+                                           const std::optional<Container>& value) {
     return notNullOrEmpty(method, argument, value.has_value(), value && !value->empty());
   }
 

@@ -8,11 +8,11 @@ namespace pelorino::host {
 
 namespace json = boost::json;
 
-namespace {
-
-[[noreturn]] void refuse(std::string_view name, std::string_view kind) {
+void refuse(std::string_view name, std::string_view kind) {
   throw CommandError(fmt::format("\"{}\" is not {}", name, kind));
 }
+
+namespace {
 
 std::int64_t integerOf(std::string_view name, const json::value& value) {
   if (!value.is_int64()) refuse(name, "an integer");
@@ -69,6 +69,14 @@ Arguments Arguments::object(std::string_view name) const {
   const json::value& value = need(name);
   if (!value.is_object()) refuse(name, "an object");
   return Arguments(value.get_object());
+}
+
+std::map<std::string, std::int64_t> Arguments::integers(std::string_view name) const {
+  std::map<std::string, std::int64_t> entries;
+  for (const auto& [key, value] : object(name).fields()) {
+    entries.emplace(key, integerOf(key, value));
+  }
+  return entries;
 }
 
 std::optional<std::string> Arguments::maybeText(std::string_view name) const {

@@ -10,16 +10,17 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <functional>
 #include <future>
-#include <map>
 #include <memory>
 #include <thread>
 #include <vector>
 
 #include "Arguments.h"
+#include "Command.h"
 #include "Names.h"
 #include "Output.h"
+#include "TrackingCommands.h"
+#include "UserCardCommands.h"
 
 namespace pelorino::host {
 
@@ -52,42 +53,6 @@ void initialize(const Arguments& arguments) {
   const std::string key = arguments.text("applicationKey");
   if (!arguments.has("configuration")) return PLRAnalytics::initialize(key);
   PLRAnalytics::initialize(key, configurationOf(arguments.object("configuration")));
-}
-
-void addParameter(PLRCustomEventParameters& parameters, std::string_view key,
-                  const json::value& value) {
-  switch (value.kind()) {
-    case json::kind::bool_:
-      return parameters.add(key, value.get_bool());
-    case json::kind::int64:
-      return parameters.add(key, value.get_int64());
-    case json::kind::uint64:
-      return parameters.add(key, value.get_uint64());
-    case json::kind::double_:
-      return parameters.add(key, value.get_double());
-    case json::kind::string:
-      return parameters.add(key, std::string_view(value.get_string()));
-    default:
-      throw CommandError(fmt::format("the parameter \"{}\" is no number, text or boolean", key));
-  }
-}
-
-void customEvent(const Arguments& arguments) {
-  const std::string name = arguments.text("eventName");
-  if (!arguments.has("parameters")) return PLRAnalytics::customEvent(name);
-  PLRCustomEventParameters parameters;
-  for (const auto& [key, value] : arguments.object("parameters").fields()) {
-    addParameter(parameters, key, value);
-  }
-  PLRAnalytics::customEvent(name, parameters);
-}
-
-void setTrackingAvailability(const Arguments& arguments) {
-  PLRAnalytics::setTrackingAvailability(arguments.boolean("value"));
-}
-
-void setCurrentLevel(const Arguments& arguments) {
-  PLRAnalytics::setCurrentLevel(arguments.integer("currentLevel"));
 }
 
 void logLevel(std::string_view op, const Arguments& arguments) {
@@ -136,56 +101,25 @@ void leave(const Arguments& arguments) {
   std::exit(static_cast<int>(arguments.maybeInteger("code").value_or(0)));
 }
 
-struct Command {
-  std::vector<std::string_view> labels;
-  std::function<void(std::string_view op, const Arguments& arguments)> run;
-};
-
-Command command(std::vector<std::string_view> labels, void (*run)(const Arguments&)) {
-  return {std::move(labels),
-          [run](std::string_view, const Arguments& arguments) { run(arguments); }};
+void replace(const Arguments& arguments) {
+  PLRAnalytics::replace(arguments.text("fromUserId"), arguments.text("toUserId"));
 }
 
-/// An operation that takes nothing and answers nothing.
-Command plain(void (*operation)() noexcept) {
-  return {{}, [operation](std::string_view, const Arguments&) { operation(); }};
-}
-
-/// An operation whose one argument is a text.
-Command withText(std::string_view label, void (*operation)(std::string_view) noexcept) {
-  return {{label},
-          [=](std::string_view, const Arguments& arguments) { operation(arguments.text(label)); }};
-}
-
-/// An operation that answers at once.
-template <class Answer>
-Command answering(Answer (*operation)()) {
-  return {{}, [operation](std::string_view op, const Arguments&) { writeResult(op, operation()); }};
-}
-
-/// An operation that answers by a handler.
-template <class Handler>
-Command asking(void (*operation)(Handler) noexcept) {
-  return {{}, [operation](std::string_view op, const Arguments&) {
-            operation([op](const auto& answer) { writeResult(op, answer); });
-          }};
-}
-
-/// Every command by its "op".
-const std::map<std::string_view, Command>& commands() {
-  static const auto& table = *new std::map<std::string_view, Command>{
+/// The commands of starting and identity, of the classes beside PLRAnalytics that are no more than
+/// a few operations, and of this tool.
+CommandTable basicCommands() {
+  return {
       {"initialize", command({"applicationKey", "configuration"}, initialize)},
       {"logLevel", {{"level"}, logLevel}},
-      {"customEvent", command({"eventName", "parameters"}, customEvent)},
-      {"sendBufferedEvents", plain(PLRAnalytics::sendBufferedEvents)},
       {"getDeviceId", asking(PLRAnalytics::getDeviceId)},
       {"getSDKVersion", asking(PLRAnalytics::getSDKVersion)},
       {"getTrackingAvailability", asking(PLRAnalytics::getTrackingAvailability)},
       {"getUserId", asking(PLRAnalytics::getUserId)},
       {"getCurrentLevel", asking(PLRAnalytics::getCurrentLevel)},
-      {"setTrackingAvailability", command({"value"}, setTrackingAvailability)},
+      {"setTrackingAvailability", withBoolean("value", PLRAnalytics::setTrackingAvailability)},
       {"setUserId", withText("userId", PLRAnalytics::setUserId)},
-      {"setCurrentLevel", command({"currentLevel"}, setCurrentLevel)},
+      {"replace", command({"fromUserId", "toUserId"}, replace)},
+      {"setCurrentLevel", withInteger("currentLevel", PLRAnalytics::setCurrentLevel)},
       {"setIdentifiersListener", command({"on"}, setIdentifiersListener)},
       {"testLogs", plain(PLRAnalytics::testLogs)},
       {"setTestProxyUrl", withText("url", PLRAnalytics::setTestProxyUrl)},
@@ -211,6 +145,15 @@ const std::map<std::string_view, Command>& commands() {
       {"kill", command({}, killSelf)},
       {"exit", command({"code"}, leave)},
   };
+}
+
+const CommandTable& commands() {
+  static const CommandTable& table = *new CommandTable([] {
+    CommandTable all = basicCommands();
+    all.merge(trackingCommands());
+    all.merge(userCardCommands());
+    return all;
+  }());
   return table;
 }
 

@@ -38,6 +38,17 @@ constexpr std::array<Named<PLRApplicationState>, 3> applicationStates = {{
     {"background", PLRApplicationState::background},
 }};
 
+constexpr std::array<Named<PLRAccrualType>, 2> accrualTypes = {{
+    {"earned", PLRAccrualType::earned},
+    {"bought", PLRAccrualType::bought},
+}};
+
+constexpr std::array<Named<PLRGender>, 3> genders = {{
+    {"Unknown", PLRGender::Unknown},
+    {"Male", PLRGender::Male},
+    {"Female", PLRGender::Female},
+}};
+
 template <class Table>
 auto valueOf(const Table& table, std::string_view name, std::string_view what) {
   const auto found = std::ranges::find_if(table, [&](const auto& row) { return row.name == name; });
@@ -57,6 +68,14 @@ PLRTrackingStatus trackingStatusOf(std::string_view name) {
 
 PLRApplicationState applicationStateOf(std::string_view name) {
   return valueOf(applicationStates, name, "application state");
+}
+
+PLRAccrualType accrualTypeOf(std::string_view name) {
+  return valueOf(accrualTypes, name, "accrual type");
+}
+
+PLRGender genderOf(std::string_view name) {
+  return valueOf(genders, name, "gender");
 }
 
 std::string_view nameOf(PLRLogLevel level) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <pelorino/PLRAccrualType.h>
+#include <pelorino/PLRGender.h>
 #include <pelorino/PLRHost.h>
 #include <pelorino/PLRLogLevel.h>
 #include <pelorino/PLRTrackingStatus.h>
@@ -13,6 +15,8 @@ namespace pelorino::host {
 [[nodiscard]] PLRLogLevel logLevelOf(std::string_view name);
 [[nodiscard]] PLRTrackingStatus trackingStatusOf(std::string_view name);
 [[nodiscard]] PLRApplicationState applicationStateOf(std::string_view name);
+[[nodiscard]] PLRAccrualType accrualTypeOf(std::string_view name);
+[[nodiscard]] PLRGender genderOf(std::string_view name);
 
 [[nodiscard]] std::string_view nameOf(PLRLogLevel level);
 

@@ -27,7 +27,7 @@ std::string copied(std::string_view text) {
 PLRAnalyticsConfigurationLocal cloneToLocal(const PLRAnalyticsConfiguration& configuration) {
   PLRAnalyticsConfigurationLocal local;
   local.logLevel = configuration.logLevel;
-  if (configuration.userId) local.userId = copied(*configuration.userId);
+  if (configuration.userId) local.userId = copied(std::string_view(*configuration.userId));
   local.level = configuration.currentLevel;
   local.trackingAvailability = configuration.trackingAvailability;
   return local;
@@ -42,8 +42,26 @@ AnyCodable::Object copied(const PLRCustomEventParameters& parameters) {
   return values;
 }
 
+Resources copied(const Resources& resources) {
+  Resources values;
+  for (const auto& [name, amount] : resources) values.insert_or_assign(copied(name), amount);
+  return values;
+}
+
+template <class Text>
+std::optional<std::string> copied(const std::optional<Text>& text) {
+  if (!text) return std::nullopt;
+  return copied(*text);
+}
+
 AnalyticsProxy& proxyOf(const std::shared_ptr<Core>& core) {
   return core->analyticsProxy();
+}
+
+/// Hands a call to the front.
+template <class Call>
+void report(const char* operation, void (AnalyticsProxy::*tracking)(Call), auto makeCall) noexcept {
+  publicCall(operation, [&] { (Core::shared()->analyticsProxy().*tracking)(makeCall()); });
 }
 
 /// Hands a completion handler to a getter of the front.
@@ -98,8 +116,8 @@ void PLRAnalytics::getTrackingAvailability(std::function<void(bool)> completionH
 }
 
 void PLRAnalytics::setTrackingAvailability(bool value) noexcept {
-  publicCall("setTrackingAvailability",
-             [&] { proxyOf(Core::shared()).setTrackingAvailability(value); });
+  report("setTrackingAvailability", &AnalyticsProxy::setTrackingAvailability,
+         [&] { return value; });
 }
 
 void PLRAnalytics::getUserId(std::function<void(const std::string&)> completionHandler) noexcept {
@@ -107,7 +125,13 @@ void PLRAnalytics::getUserId(std::function<void(const std::string&)> completionH
 }
 
 void PLRAnalytics::setUserId(std::string_view userId) noexcept {
-  publicCall("setUserId", [&] { proxyOf(Core::shared()).setUserId(copied(userId)); });
+  report("setUserId", &AnalyticsProxy::setUserId, [&] { return copied(userId); });
+}
+
+void PLRAnalytics::replace(std::string_view fromUserId, std::string_view toUserId) noexcept {
+  report("replace", &AnalyticsProxy::replaceUserId, [&] {
+    return ReplaceUserIdCall{copied(fromUserId), copied(toUserId)};
+  });
 }
 
 void PLRAnalytics::getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept {
@@ -115,7 +139,7 @@ void PLRAnalytics::getCurrentLevel(std::function<void(std::int64_t)> completionH
 }
 
 void PLRAnalytics::setCurrentLevel(std::int64_t currentLevel) noexcept {
-  publicCall("setCurrentLevel", [&] { proxyOf(Core::shared()).setCurrentLevel(currentLevel); });
+  report("setCurrentLevel", &AnalyticsProxy::setCurrentLevel, [&] { return currentLevel; });
 }
 
 void PLRAnalytics::setIdentifiersListener(
@@ -125,14 +149,127 @@ void PLRAnalytics::setIdentifiersListener(
   });
 }
 
+void PLRAnalytics::levelUp(std::int64_t level) noexcept {
+  levelUp(level, {});
+}
+
+void PLRAnalytics::levelUp(std::int64_t level, const Resources& balances) noexcept {
+  report("levelUp", &AnalyticsProxy::levelUp, [&] { return LevelUpCall{level, copied(balances)}; });
+}
+
+void PLRAnalytics::currentBalance(const Resources& balance) noexcept {
+  report("currentBalance", &AnalyticsProxy::currentBalance, [&] { return copied(balance); });
+}
+
 void PLRAnalytics::customEvent(std::string_view eventName) noexcept {
-  publicCall("customEvent", [&] { proxyOf(Core::shared()).customEvent(copied(eventName), {}); });
+  report("customEvent", &AnalyticsProxy::customEvent, [&] {
+    return CustomEventCall{copied(eventName), {}};
+  });
 }
 
 void PLRAnalytics::customEvent(std::string_view eventName,
                                const PLRCustomEventParameters& parameters) noexcept {
-  publicCall("customEvent",
-             [&] { proxyOf(Core::shared()).customEvent(copied(eventName), copied(parameters)); });
+  report("customEvent", &AnalyticsProxy::customEvent, [&] {
+    return CustomEventCall{copied(eventName), copied(parameters)};
+  });
+}
+
+void PLRAnalytics::virtualCurrencyPayment(std::string_view purchaseId,
+                                          std::string_view purchaseType,
+                                          std::int64_t purchaseAmount,
+                                          const Resources& resources) noexcept {
+  report("virtualCurrencyPayment", &AnalyticsProxy::virtualCurrencyPayment, [&] {
+    return VirtualCurrencyPaymentCall{copied(purchaseId), copied(purchaseType), purchaseAmount,
+                                      copied(resources)};
+  });
+}
+
+void PLRAnalytics::virtualCurrencyPayment(std::string_view purchaseId,
+                                          std::string_view purchaseType,
+                                          std::int64_t purchaseAmount, std::int64_t purchasePrice,
+                                          std::string_view purchaseCurrency) noexcept {
+  report("virtualCurrencyPayment", &AnalyticsProxy::virtualCurrencyPayment, [&] {
+    return VirtualCurrencyPaymentCall{copied(purchaseId),
+                                      copied(purchaseType),
+                                      purchaseAmount,
+                                      {{copied(purchaseCurrency), purchasePrice}}};
+  });
+}
+
+void PLRAnalytics::currencyAccrual(std::string_view currencyName, std::int64_t currencyAmount,
+                                   std::string_view source, PLRAccrualType accrualType) noexcept {
+  report("currencyAccrual", &AnalyticsProxy::currencyAccrual, [&] {
+    return CurrencyAccrualCall{copied(currencyName), currencyAmount, copied(source), accrualType};
+  });
+}
+
+void PLRAnalytics::startProgressionEvent(std::string_view eventName) noexcept {
+  startProgressionEvent(eventName, {});
+}
+
+void PLRAnalytics::startProgressionEvent(
+    std::string_view eventName, const PLRStartProgressionEventParameters& parameters) noexcept {
+  report("startProgressionEvent", &AnalyticsProxy::startProgressionEvent, [&] {
+    return StartProgressionEventCall{copied(eventName),
+                                     {parameters.difficulty, copied(parameters.source)}};
+  });
+}
+
+void PLRAnalytics::finishProgressionEvent(std::string_view eventName) noexcept {
+  PLRFinishProgressionEventParameters parameters;
+  parameters.successfulCompletion = true;
+  finishProgressionEvent(eventName, parameters);
+}
+
+void PLRAnalytics::finishProgressionEvent(
+    std::string_view eventName, const PLRFinishProgressionEventParameters& parameters) noexcept {
+  report("finishProgressionEvent", &AnalyticsProxy::finishProgressionEvent, [&] {
+    return FinishProgressionEventCall{copied(eventName),
+                                      {parameters.successfulCompletion, parameters.duration,
+                                       copied(parameters.spent), copied(parameters.earned)}};
+  });
+}
+
+void PLRAnalytics::realCurrencyPayment(std::string_view orderId, double price,
+                                       std::string_view productId,
+                                       std::string_view currencyCode) noexcept {
+  report("realCurrencyPayment", &AnalyticsProxy::realCurrencyPayment, [&] {
+    return RealCurrencyPaymentCall{copied(orderId), price, copied(productId), copied(currencyCode)};
+  });
+}
+
+void PLRAnalytics::socialNetworkConnect(const PLRSocialNetwork& socialNetwork) noexcept {
+  report("socialNetworkConnect", &AnalyticsProxy::socialNetworkConnect,
+         [&] { return copied(socialNetwork.name()); });
+}
+
+void PLRAnalytics::socialNetworkPost(const PLRSocialNetwork& socialNetwork,
+                                     std::string_view reason) noexcept {
+  report("socialNetworkPost", &AnalyticsProxy::socialNetworkPost, [&] {
+    return SocialNetworkPostCall{copied(socialNetwork.name()), copied(reason)};
+  });
+}
+
+void PLRAnalytics::tutorial(std::int64_t step) noexcept {
+  report("tutorial", &AnalyticsProxy::tutorial, [&] { return step; });
+}
+
+void PLRAnalytics::referrer(const std::map<PLRReferralProperty, std::string>& utmData) noexcept {
+  report("referrer", &AnalyticsProxy::referrer, [&] {
+    ReferrerCall call;
+    for (const auto& [property, value] : utmData) {
+      call.insert_or_assign(copied(property.name()), copied(value));
+    }
+    return call;
+  });
+}
+
+void PLRAnalytics::adImpression(std::string_view network, double revenue,
+                                std::optional<std::string_view> placement,
+                                std::optional<std::string_view> unit) noexcept {
+  report("adImpression", &AnalyticsProxy::adImpression, [&] {
+    return AdImpressionCall{copied(network), revenue, copied(placement), copied(unit)};
+  });
 }
 
 void PLRAnalytics::sendBufferedEvents() noexcept {

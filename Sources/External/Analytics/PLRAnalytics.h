@@ -1,14 +1,20 @@
 #pragma once
 
+#include <pelorino/PLRAccrualType.h>
 #include <pelorino/PLRAnalyticsConfiguration.h>
 #include <pelorino/PLRCustomEventParameters.h>
 #include <pelorino/PLRExport.h>
 #include <pelorino/PLRIdentifiersListener.h>
 #include <pelorino/PLRLogLevel.h>
+#include <pelorino/PLRProgressionEventParameters.h>
+#include <pelorino/PLRReferralProperty.h>
+#include <pelorino/PLRSocialNetwork.h>
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -57,6 +63,10 @@ class PLR_EXPORT PLRAnalytics {
   /// Who is playing, in at most 64 characters, longer ones are cut; the empty text means the
   /// default user, who stands for the device. The device's identifier is refused.
   static void setUserId(std::string_view userId) noexcept;
+  /// Gives a known user of this application another identifier, in the middle of a session too.
+  /// Whoever had it is removed, with all that was stored for that user. Both have 1 to 64
+  /// characters, longer ones are cut; the device's identifier is refused.
+  static void replace(std::string_view fromUserId, std::string_view toUserId) noexcept;
   /// The active user's level; 1 before the start.
   static void getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept;
 
@@ -69,13 +79,78 @@ class PLR_EXPORT PLRAnalytics {
   /// @}
 
   /// @name Tracking
+  ///
+  /// Texts are cut to the stated number of characters as a user sees them, after control characters
+  /// have been taken out. A required text that is empty then cancels the call, as a number outside
+  /// its bounds does. In a dictionary of resources keys have at most 24 characters, and a bad entry
+  /// costs only that entry.
   /// @{
+
+  using Resources = std::map<std::string, std::int64_t>;
+
+  /// The user has reached a level, 1 to 2147483646. If it is the next one, what the user spent,
+  /// earned and bought since the last is reported with it.
+  static void levelUp(std::int64_t level) noexcept;
+  /// The same, with what the user has now.
+  static void levelUp(std::int64_t level, const Resources& balances) noexcept;
+
+  /// What the user has now; once for each user and run of the process. An empty balance cancels the
+  /// call.
+  static void currentBalance(const Resources& balance) noexcept;
 
   /// Something that the application defines itself. The name has 1 to 72 characters, longer ones
   /// are cut; an empty one cancels the call. A bad parameter costs only that parameter.
   static void customEvent(std::string_view eventName) noexcept;
   static void customEvent(std::string_view eventName,
                           const PLRCustomEventParameters& parameters) noexcept;
+
+  /// A purchase with currency of the game: identifier of at most 32 characters, type of at most 96,
+  /// amount and prices 1 to 2147483647. No price left cancels the call.
+  static void virtualCurrencyPayment(std::string_view purchaseId, std::string_view purchaseType,
+                                     std::int64_t purchaseAmount,
+                                     const Resources& resources) noexcept;
+  /// The same, paid with one currency.
+  static void virtualCurrencyPayment(std::string_view purchaseId, std::string_view purchaseType,
+                                     std::int64_t purchaseAmount, std::int64_t purchasePrice,
+                                     std::string_view purchaseCurrency) noexcept;
+
+  /// Currency that the user got, 1 to 2147483647, and where from, in at most 24 and 32 characters.
+  /// Summed on the device and reported from time to time; a sum stays within 32 bits.
+  static void currencyAccrual(std::string_view currencyName, std::int64_t currencyAmount,
+                              std::string_view source, PLRAccrualType accrualType) noexcept;
+
+  /// A stretch of play begins, in the place of one that has not been finished. Until it is finished
+  /// events tell that it is under way. The name has at most 40 characters. Not stored.
+  static void startProgressionEvent(std::string_view eventName) noexcept;
+  static void startProgressionEvent(std::string_view eventName,
+                                    const PLRStartProgressionEventParameters& parameters) noexcept;
+  /// The stretch of play that has been started under this name has ended with success.
+  static void finishProgressionEvent(std::string_view eventName) noexcept;
+  static void finishProgressionEvent(
+      std::string_view eventName, const PLRFinishProgressionEventParameters& parameters) noexcept;
+
+  /// A purchase in a store, sent at once. Once for each order of this application. The order has at
+  /// most 65 characters, the product 255, the currency code exactly 3; the price is finite.
+  static void realCurrencyPayment(std::string_view orderId, double price,
+                                  std::string_view productId,
+                                  std::string_view currencyCode) noexcept;
+
+  /// The user has connected an account, or posted for a reason of at most 32 characters.
+  static void socialNetworkConnect(const PLRSocialNetwork& socialNetwork) noexcept;
+  static void socialNetworkPost(const PLRSocialNetwork& socialNetwork,
+                                std::string_view reason) noexcept;
+
+  /// A tutorial step, -2 to 2147483647, once for each user.
+  static void tutorial(std::int64_t step) noexcept;
+
+  /// Where the user came from, sent at once. Once for each application key. Values have at most 255
+  /// characters; an empty one is left out.
+  static void referrer(const std::map<PLRReferralProperty, std::string>& utmData) noexcept;
+
+  /// An advertisement was shown: texts of at most 100 characters, revenue of 0 and more.
+  static void adImpression(std::string_view network, double revenue,
+                           std::optional<std::string_view> placement,
+                           std::optional<std::string_view> unit) noexcept;
 
   /// Sends what is stored now instead of at the next occasion.
   static void sendBufferedEvents() noexcept;

@@ -13,7 +13,8 @@ ServiceFactory::ServiceFactory(std::shared_ptr<CoreFactory> coreFactory,
       executor_(executor) {}
 
 const std::shared_ptr<ProjectService>& ServiceFactory::projectService() {
-  return projectService_.get(stateManager_, coreFactory_->projectRepository());
+  return projectService_.get(stateManager_, coreFactory_->projectRepository(),
+                             coreFactory_->realPaymentRepository());
 }
 
 const std::shared_ptr<TimerService>& ServiceFactory::timerService() {
@@ -25,11 +26,12 @@ const std::shared_ptr<ConfigService>& ServiceFactory::configService() {
 }
 
 const std::shared_ptr<UserService>& ServiceFactory::userService() {
-  return userService_.get(stateManager_, coreFactory_->userRepository());
+  return userService_.get(stateManager_, coreFactory_->userRepository(),
+                          coreFactory_->tutorialRepository());
 }
 
 const std::shared_ptr<LevelResourceService>& ServiceFactory::levelResourceService() {
-  return levelResourceService_.get(coreFactory_->levelResourcesRepository());
+  return levelResourceService_.get(stateManager_, coreFactory_->levelResourcesRepository());
 }
 
 const std::shared_ptr<ActivityService>& ServiceFactory::activityService() {
@@ -46,7 +48,12 @@ const std::shared_ptr<ReportService>& ServiceFactory::reportService() {
 }
 
 const std::shared_ptr<CurrencyAccrualService>& ServiceFactory::currencyAccrualService() {
-  return currencyAccrualService_.get(coreFactory_->currencyAccrualResourcesRepository());
+  return currencyAccrualService_.get(stateManager_,
+                                     coreFactory_->currencyAccrualResourcesRepository(), clock_);
+}
+
+const std::shared_ptr<PeopleService>& ServiceFactory::peopleService() {
+  return peopleService_.get(stateManager_, coreFactory_->peopleRepository());
 }
 
 AnalyticsServices ServiceFactory::analyticsServices() {
@@ -59,7 +66,8 @@ AnalyticsServices ServiceFactory::analyticsServices() {
           .reportService = reportService(),
           .activityService = activityService(),
           .currencyAccrualService = currencyAccrualService(),
-          .levelResourceService = levelResourceService()};
+          .levelResourceService = levelResourceService(),
+          .peopleService = peopleService()};
 }
 
 }  // namespace pelorino

@@ -1,22 +1,90 @@
 #include "CurrencyAccrualService.h"
 
+#include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
+#include "ResourceSums.h"
 #include "RowIds.h"
 
 namespace pelorino {
+namespace {
+
+struct AccrualSums {
+  static constexpr std::string_view label = "CA";
+  static bool isSame(const CurrencyAccrualResource& a, const CurrencyAccrualResource& b) {
+    return a.name == b.name && a.source == b.source && a.type == b.type;
+  }
+  static std::string text(const CurrencyAccrualResource& sum) {
+    return sumText(sum.userId, description(sum.type), sum.name, sum.amount) +
+           " \n\t source: " + sum.source;
+  }
+};
+
+}  // namespace
 
 CurrencyAccrualService::CurrencyAccrualService(
-    std::shared_ptr<CurrencyAccrualResourcesRepository> accrualResourcesRepository)
-    : accrualResourcesRepository_(std::move(accrualResourcesRepository)) {}
+    std::shared_ptr<StateManager> stateManager,
+    std::shared_ptr<CurrencyAccrualResourcesRepository> currencyAccrualResourcesRepository,
+    const Clock& clock)
+    : stateManager_(std::move(stateManager)),
+      currencyAccrualResourcesRepository_(std::move(currencyAccrualResourcesRepository)),
+      clock_(clock) {}
+
+void CurrencyAccrualService::addCurrencyAccrual(CurrencyAccrualResource resource) {
+  if (!stateManager_->getActiveProject()->trackingAvailable) return;
+  resource.userId = stateManager_->getActiveUser()->idKey;
+  resource.timestamp = clock_.milliseconds();
+  addToSums<AccrualSums>(*currencyAccrualResourcesRepository_, std::move(resource));
+}
+
+bool CurrencyAccrualService::isContainsCurrencyAccrual() const {
+  return currencyAccrualResourcesRepository_->countOfUser(stateManager_->getActiveUser()->idKey) >
+         0;
+}
+
+std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService::getEarnedResources(
+    const User& user) const {
+  return getResources(PLRAccrualType::earned, user);
+}
+
+std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService::getBoughtResources(
+    const User& user) const {
+  return getResources(PLRAccrualType::bought, user);
+}
+
+std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService::getResources(
+    PLRAccrualType type, const User& user) const {
+  ResourcesBySource sums;
+  for (const auto& row : currencyAccrualResourcesRepository_->ofUser(user.idKey)) {
+    if (row->type == type) sums[row->source][row->name] = row->amount;
+  }
+  if (sums.empty()) return std::nullopt;
+  return sums;
+}
+
+std::optional<std::int64_t> CurrencyAccrualService::getLastCreatedTime(const User& user) const {
+  const auto rows = currencyAccrualResourcesRepository_->ofUser(user.idKey);
+  if (rows.empty()) return std::nullopt;
+  return std::ranges::max(rows, {}, &CurrencyAccrualResource::timestamp)->timestamp;
+}
+
+void CurrencyAccrualService::removeResourcesForActiveUser() {
+  removeResources(*stateManager_->getActiveUser());
+}
+
+void CurrencyAccrualService::removeResources(const User& user) {
+  currencyAccrualResourcesRepository_->deleteForDataForUsers(std::array{user.idKey});
+}
 
 void CurrencyAccrualService::removeAllResources() {
-  accrualResourcesRepository_->clear();
+  currencyAccrualResourcesRepository_->clear();
 }
 
 void CurrencyAccrualService::removeInactiveUserData(
     const std::vector<std::shared_ptr<User>>& users) {
-  accrualResourcesRepository_->deleteForDataForUsers(rowIds(users));
+  currencyAccrualResourcesRepository_->deleteForDataForUsers(rowIds(users));
 }
 
 }  // namespace pelorino

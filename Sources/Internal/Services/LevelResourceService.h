@@ -1,26 +1,42 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "LevelResource.h"
 #include "LevelResourcesRepository.h"
+#include "Resources.h"
+#include "StateManager.h"
 #include "User.h"
 
 namespace pelorino {
 
-/// The sums that users collect within a level.
+/// The sums that users collect within a level: one for each name and type, stored at each change.
 ///
 /// Threads: the incomeQueue only.
 class LevelResourceService final {
  public:
-  explicit LevelResourceService(std::shared_ptr<LevelResourcesRepository> levelResourcesRepository);
+  LevelResourceService(std::shared_ptr<StateManager> stateManager,
+                       std::shared_ptr<LevelResourcesRepository> levelResourcesRepository);
 
-  void removeResources(std::int64_t userId);
+  /// Adds to the sums of the active user, whatever user the resource names. Nothing is added while
+  /// tracking or the user's aggregation is off.
+  void addLevelResource(LevelResource resource);
+
+  /// The active user's sums of this type by their names; absent when there are none.
+  [[nodiscard]] std::optional<Resources> getSpentResources() const;
+  [[nodiscard]] std::optional<Resources> getEarnedResources() const;
+  [[nodiscard]] std::optional<Resources> getBoughtResources() const;
+
+  void removeResourcesForActiveUser();
   void removeAllResources();
   void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
 
  private:
+  [[nodiscard]] std::optional<Resources> getResources(LevelResourceType type) const;
+
+  std::shared_ptr<StateManager> stateManager_;
   std::shared_ptr<LevelResourcesRepository> levelResourcesRepository_;
 };
 

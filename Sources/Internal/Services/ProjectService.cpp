@@ -1,5 +1,8 @@
 #include "ProjectService.h"
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <utility>
 
 #include "JsonHelpers.h"
@@ -18,8 +21,11 @@ Config mergedConfig(const Config& stored, Config received) {
 }
 
 ProjectService::ProjectService(std::shared_ptr<StateManager> stateManager,
-                               std::shared_ptr<ProjectRepository> projectRepository)
-    : stateManager_(std::move(stateManager)), projectRepository_(std::move(projectRepository)) {}
+                               std::shared_ptr<ProjectRepository> projectRepository,
+                               std::shared_ptr<RealPaymentRepository> realPaymentRepository)
+    : stateManager_(std::move(stateManager)),
+      projectRepository_(std::move(projectRepository)),
+      realPaymentRepository_(std::move(realPaymentRepository)) {}
 
 void ProjectService::setTrackingAvailable(bool available) {
   for (const auto& project : projectRepository_->list()) {
@@ -56,6 +62,33 @@ void ProjectService::applyConfig(const Config& received) {
 
 bool ProjectService::checkIfNeedRemoveUsersData(const Config& received) const {
   return userCounting() && !received.userCounting;
+}
+
+bool ProjectService::isCurrencyPaymentMarked(const std::string& orderId) const {
+  const auto marks = realPaymentRepository_->ofProject(stateManager_->getActiveProject()->idKey);
+  return std::ranges::any_of(marks, [&](const auto& mark) { return mark->orderId == orderId; });
+}
+
+void ProjectService::markCurrencyPayment(const std::string& orderId) {
+  if (isCurrencyPaymentMarked(orderId)) {
+    Logger::writeLog(PLRLogLevel::warning, [&] {
+      return fmt::format("Real currency payment with same order id [{}] already marked!", orderId);
+    });
+    return;
+  }
+  realPaymentRepository_->insert(std::make_shared<RealPaymentMark>(
+      RealPaymentMark{.projectId = stateManager_->getActiveProject()->idKey, .orderId = orderId}));
+}
+
+bool ProjectService::isRefererSent() const {
+  return stateManager_->getActiveProject()->isReferralSent;
+}
+
+void ProjectService::setIsRefererSent(bool isSent) {
+  const auto& project = stateManager_->getActiveProject();
+  if (!project->trackingAvailable) return;
+  project->isReferralSent = isSent;
+  projectRepository_->update(project);
 }
 
 }  // namespace pelorino

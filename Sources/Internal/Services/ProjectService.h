@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "Config.h"
 #include "ProjectRepository.h"
+#include "RealPaymentRepository.h"
 #include "StateManager.h"
 
 namespace pelorino {
@@ -19,7 +21,8 @@ namespace pelorino {
 class ProjectService final {
  public:
   ProjectService(std::shared_ptr<StateManager> stateManager,
-                 std::shared_ptr<ProjectRepository> projectRepository);
+                 std::shared_ptr<ProjectRepository> projectRepository,
+                 std::shared_ptr<RealPaymentRepository> realPaymentRepository);
 
   /// Switches tracking for every project on the device, not only the active one.
   void setTrackingAvailable(bool available);
@@ -36,9 +39,18 @@ class ProjectService final {
   /// True when `received` ends the accounts of single users.
   [[nodiscard]] bool checkIfNeedRemoveUsersData(const Config& received) const;
 
+  /// Orders that the active project has reported, whichever user paid; stored.
+  [[nodiscard]] bool isCurrencyPaymentMarked(const std::string& orderId) const;
+  void markCurrencyPayment(const std::string& orderId);
+
+  /// Whether the active project has reported its referrer. While tracking is off it is not changed.
+  [[nodiscard]] bool isRefererSent() const;
+  void setIsRefererSent(bool isSent);
+
  private:
   std::shared_ptr<StateManager> stateManager_;
   std::shared_ptr<ProjectRepository> projectRepository_;
+  std::shared_ptr<RealPaymentRepository> realPaymentRepository_;
 };
 
 }  // namespace pelorino

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -10,15 +11,23 @@
 namespace pelorino {
 
 UserService::UserService(std::shared_ptr<StateManager> stateManager,
-                         std::shared_ptr<UserRepository> userRepository)
-    : stateManager_(std::move(stateManager)), userRepository_(std::move(userRepository)) {}
+                         std::shared_ptr<UserRepository> userRepository,
+                         std::shared_ptr<TutorialRepository> tutorialRepository)
+    : stateManager_(std::move(stateManager)),
+      userRepository_(std::move(userRepository)),
+      tutorialRepository_(std::move(tutorialRepository)) {}
 
-void UserService::setLevel(std::int64_t level) {
+void UserService::setUserLevel(std::int64_t level) {
   const auto& user = stateManager_->getActiveUser();
   user->level = level;
   userRepository_->update(user);
+}
+
+void UserService::setLevel(std::int64_t level) {
+  setUserLevel(level);
   Logger::writeLog(PLRLogLevel::info, [&] {
-    return fmt::format("Set level [{}] for user [{}]", level, user->userId.value_or(""));
+    return fmt::format("Set level [{}] for user [{}]", level,
+                       stateManager_->getActiveUser()->userId.value_or(""));
   });
 }
 
@@ -32,6 +41,38 @@ void UserService::resourceAggregation(bool isActive) {
   userRepository_->update(user);
   Logger::writeLog(PLRLogLevel::debug,
                    isActive ? "Resource aggregation is Enable" : "Resource aggregation is Disable");
+}
+
+void UserService::activateLocation(Location location) {
+  location_ = std::move(location);
+}
+
+void UserService::clearLocation(bool writeLog) {
+  if (location_ && writeLog) {
+    Logger::writeLog(PLRLogLevel::debug, [&] {
+      return fmt::format("The location: {} has been canceled", location_->name);
+    });
+  }
+  location_.reset();
+}
+
+bool UserService::isTutorialStepMarked(std::int64_t step) const {
+  const auto marks = tutorialRepository_->ofUser(stateManager_->getActiveUser()->idKey);
+  return std::ranges::any_of(marks, [&](const auto& mark) { return mark->step == step; });
+}
+
+void UserService::markTutorialStep(std::int64_t step) {
+  if (isTutorialStepMarked(step)) return;
+  tutorialRepository_->insert(std::make_shared<TutorialMark>(
+      TutorialMark{.userId = stateManager_->getActiveUser()->idKey, .step = step}));
+}
+
+void UserService::changeCurBalanceSentMark(bool isSent) {
+  stateManager_->getActiveUser()->balanceIsSent = isSent;
+}
+
+bool UserService::isBalanceSentForActiveUser() const {
+  return stateManager_->getActiveUser()->balanceIsSent;
 }
 
 }  // namespace pelorino

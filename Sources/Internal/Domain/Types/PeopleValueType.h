@@ -45,6 +45,16 @@ class PeopleValueType final {
   [[nodiscard]] double toDouble() const;
   [[nodiscard]] std::int64_t toInt() const;
 
+  /// The value as a log line shows it: numbers in the fewest digits that read back.
+  [[nodiscard]] std::string description() const { return toAnyCodable().description(); }
+
+  /// The value, if it is a bool, std::int64_t, double, std::string or PLRGender as asked for; else
+  /// null. Borrowed from this object.
+  template <class Kind>
+  [[nodiscard]] const Kind* get() const {
+    return std::get_if<Kind>(&value_);
+  }
+
   /// Values of different types are never equal: 1 is not 1.0.
   [[nodiscard]] bool isEqual(const PeopleValueType& other) const { return value_ == other.value_; }
 

@@ -42,6 +42,7 @@ void AnalyticsLogic::prepareCallBacks() {
       services.timerService->resetRequestTimer();
     }
   });
+  preparePeopleCardCallback();
 }
 
 template <class Work>
@@ -56,8 +57,10 @@ std::function<void()> AnalyticsLogic::onIncomeQueue(Work work) {
 void AnalyticsLogic::prepareTimerCallBacks() {
   TimerService& timers = *services_.timerService;
   timers.onAliveTimerTick = onIncomeQueue([](AnalyticsLogic& logic) { logic.sendAlive(); });
-  timers.onCurrencyAccrualTimerTick = onIncomeQueue(
-      [](AnalyticsLogic&) { Logger::writeLog(PLRLogLevel::debug, "Currency accrual timer tick"); });
+  timers.onCurrencyAccrualTimerTick = onIncomeQueue([](AnalyticsLogic& logic) {
+    Logger::writeLog(PLRLogLevel::debug, "Currency accrual timer tick");
+    logic.addCurrencyAccrual();
+  });
   timers.onRequestTimerTick =
       onIncomeQueue([](AnalyticsLogic& logic) { logic.sendBufferedEvents(); });
   timers.onActivityTimerTick = onIncomeQueue(
@@ -70,9 +73,9 @@ void AnalyticsLogic::applyAnalyticsConfiguration(
   applyTracking(configuration->trackingAvailability);
   if (configuration->userId) services_.stateManager->activateUser(*configuration->userId);
   if (!configuration->level) return;
-  const User& user = *services_.stateManager->getActiveUser();
-  if (*configuration->level != user.level) {
-    services_.levelResourceService->removeResources(user.idKey);
+  if (*configuration->level != services_.stateManager->getActiveUser()->level) {
+    addSavedCurrencyAccrualResources();
+    services_.levelResourceService->removeResourcesForActiveUser();
     services_.userService->resourceAggregation(false);
   }
   services_.userService->setLevel(*configuration->level);
@@ -107,8 +110,10 @@ void AnalyticsLogic::startSDK() {
     Logger::writeLog(PLRLogLevel::error, "Activity cannot be launched before the SDK starts!");
     return;
   }
+  addSavedCurrencyAccrualResources();
   startActivity();
   sendDeviceInfo();
+  generatePeopleEvent(true);
   services_.reportService->sendBufferedEvents();
   services_.configService->receiveSdkConfig();
   requestMissingBackendIds();

@@ -13,12 +13,14 @@
 #include "Clock.h"
 #include "ConfigService.h"
 #include "CurrencyAccrualService.h"
+#include "Event.h"
 #include "EventsService.h"
 #include "LevelResourceService.h"
 #include "LifeCycleProtocol.h"
 #include "LifeCycleRepository.h"
 #include "LogicBroadcasterProtocol.h"
 #include "PLRAnalyticsConfigurationLocal.h"
+#include "PeopleService.h"
 #include "ProjectService.h"
 #include "ReportService.h"
 #include "StateManager.h"
@@ -39,6 +41,7 @@ struct AnalyticsServices {
   std::shared_ptr<ActivityService> activityService;
   std::shared_ptr<CurrencyAccrualService> currencyAccrualService;
   std::shared_ptr<LevelResourceService> levelResourceService;
+  std::shared_ptr<PeopleService> peopleService;
 };
 
 /// The analytics module: it holds the services, wires them to each other, and carries out every
@@ -77,10 +80,23 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   void setTrackingAvailability(bool value) override;
   void getUserId(TextHandler completionHandler) override;
   void setUserId(std::string userId) override;
+  void replaceUserId(ReplaceUserIdCall call) override;
   void getCurrentLevel(IntegerHandler completionHandler) override;
   void setCurrentLevel(std::int64_t currentLevel) override;
-  void customEvent(std::string eventName, AnyCodable::Object parameters) override;
+  void levelUp(LevelUpCall call) override;
+  void currentBalance(Resources balance) override;
+  void customEvent(CustomEventCall call) override;
   void sendBufferedEvents() override;
+  void virtualCurrencyPayment(VirtualCurrencyPaymentCall call) override;
+  void currencyAccrual(CurrencyAccrualCall call) override;
+  void startProgressionEvent(StartProgressionEventCall call) override;
+  void finishProgressionEvent(FinishProgressionEventCall call) override;
+  void realCurrencyPayment(RealCurrencyPaymentCall call) override;
+  void socialNetworkConnect(std::string name) override;
+  void socialNetworkPost(SocialNetworkPostCall call) override;
+  void tutorial(std::int64_t step) override;
+  void referrer(ReferrerCall utmData) override;
+  void adImpression(AdImpressionCall call) override;
   [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
 
   /// On the thread that posts the notification. The last three return when the incomeQueue has
@@ -101,8 +117,26 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   template <class Work>
   std::function<void()> onIncomeQueue(Work work);
   void prepareTimerCallBacks();
+  void preparePeopleCardCallback();
   void receiveConfig(const Config& config);
   void applyTracking(PLRTrackingStatus trackingAvailability);
+
+  /// What reports something of a session stops here without one.
+  [[nodiscard]] bool hasSession() const;
+  /// The record with what events have in common, as far as it has these fields: the time, and the
+  /// session, level and progression of the active user.
+  template <class Record>
+  [[nodiscard]] Record stamped(Record record) const;
+  /// Stores the stamped record as an event of the active user.
+  template <class Record>
+  void addEvent(Record record);
+
+  /// Stores an event of the user's sums since the last one, if there are any, and forgets them.
+  void addCurrencyAccrual();
+  /// The same for the sums that an earlier run has left behind, for every user of the project.
+  void addSavedCurrencyAccrualResources();
+  /// Stores an event of what has changed in the active user's card, or of the whole card.
+  void generatePeopleEvent(bool needFullCard);
 
   void stopSession();
   void sendAlive();
@@ -124,5 +158,24 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   /// Any thread; written on the incomeQueue.
   std::atomic<std::int64_t> customEventParamsCount_;
 };
+
+template <class Record>
+Record AnalyticsLogic::stamped(Record record) const {
+  const User& user = *services_.stateManager->getActiveUser();
+  record.timestamp = clock_.milliseconds();
+  if constexpr (requires { record.sessionId; }) record.sessionId = user.sessionId.value_or(0);
+  if constexpr (requires { record.level; }) record.level = user.level;
+  if constexpr (requires { record.inProgress; }) {
+    if (const auto& location = services_.userService->getLocation()) {
+      record.inProgress = {location->name};
+    }
+  }
+  return record;
+}
+
+template <class Record>
+void AnalyticsLogic::addEvent(Record record) {
+  services_.eventsService->addEvent(Event(stamped(std::move(record))));
+}
 
 }  // namespace pelorino

@@ -46,10 +46,10 @@ void AnalyticsLogic::startActivity() {
   }
   Logger::writeLog(PLRLogLevel::debug, "Start activity");
   const bool isNewSession = services_.activityService->startActivity().value_or(false);
-  const User& user = *services_.stateManager->getActiveUser();
-  if (isNewSession && user.sessionId) {
-    services_.eventsService->addEvent(
-        Event(SessionStart{.timestamp = *user.sessionId, .level = user.level}));
+  if (isNewSession && hasSession()) {
+    auto event = stamped(SessionStart{});
+    event.timestamp = *services_.stateManager->getActiveUser()->sessionId;
+    services_.eventsService->addEvent(Event(std::move(event)));
     services_.reportService->sendBufferedEvents();
   }
   services_.timerService->startTimers();
@@ -58,14 +58,15 @@ void AnalyticsLogic::startActivity() {
 void AnalyticsLogic::stopActivity() {
   if (!services_.activityService->isActive()) return;
   Logger::writeLog(PLRLogLevel::debug, "Stop activity");
+  addCurrencyAccrual();
+  generatePeopleEvent(false);
   sendUserEngagement();
   services_.reportService->sendBufferedEvents();
   services_.timerService->stopTimers();
 }
 
 void AnalyticsLogic::sendUserEngagement() {
-  const User& user = *services_.stateManager->getActiveUser();
-  if (!user.sessionId) return;
+  if (!hasSession()) return;
   const auto length = services_.activityService->stopActivity();
   if (!length) return;
   if (*length < 1) {
@@ -73,23 +74,19 @@ void AnalyticsLogic::sendUserEngagement() {
                      "The user engagement event was not generated, session length is zero");
     return;
   }
-  services_.eventsService->addEvent(Event(UserEngagement{.timestamp = clock_.milliseconds(),
-                                                         .level = user.level,
-                                                         .length = *length,
-                                                         .sessionId = *user.sessionId}));
+  addEvent(UserEngagement{.length = *length});
 }
 
 void AnalyticsLogic::sendAlive() {
   if (Validator::isExcluded("al")) return;
-  services_.reportService->sendFlashEvent(Event(Alive{.timestamp = clock_.milliseconds()}));
+  services_.reportService->sendFlashEvent(Event(stamped(Alive{})));
 }
 
 void AnalyticsLogic::sendDeviceInfo() {
   if (Validator::isExcluded("di")) return;
   auto info = services_.stateManager->getDeviceInfo();
   if (!info) return;
-  info->timestamp = clock_.milliseconds();  // Only now: the device data may have been waited for.
-  services_.eventsService->addEvent(Event(std::move(*info)));
+  addEvent(std::move(*info));
 }
 
 }  // namespace pelorino

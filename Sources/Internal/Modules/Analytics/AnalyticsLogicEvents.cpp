@@ -1,24 +1,73 @@
-// What the host reports.
+// What the host reports, one event a call.
 
+#include <optional>
 #include <utility>
 
+#include "AdImpression.h"
 #include "AnalyticsLogic.h"
 #include "CustomEvent.h"
-#include "Event.h"
+#include "Logger.h"
+#include "Referral.h"
+#include "SocialNetworkConnect.h"
+#include "SocialNetworkPost.h"
 
 namespace pelorino {
 
-void AnalyticsLogic::customEvent(std::string eventName, AnyCodable::Object parameters) {
-  const User& user = *services_.stateManager->getActiveUser();
-  if (!user.sessionId) return;
-  services_.eventsService->addEvent(Event(CustomEvent{.timestamp = clock_.milliseconds(),
-                                                      .sessionId = *user.sessionId,
-                                                      .level = user.level,
-                                                      .name = std::move(eventName),
-                                                      .parameters = std::move(parameters)}));
+bool AnalyticsLogic::hasSession() const {
+  return services_.stateManager->getActiveUser()->sessionId.has_value();
+}
+
+void AnalyticsLogic::customEvent(CustomEventCall call) {
+  if (!hasSession()) return;
+  addEvent(CustomEvent{.name = std::move(call.name), .parameters = std::move(call.params)});
+}
+
+void AnalyticsLogic::socialNetworkConnect(std::string name) {
+  if (!hasSession()) return;
+  addEvent(SocialNetworkConnect{.socialNetwork = std::move(name)});
+}
+
+void AnalyticsLogic::socialNetworkPost(SocialNetworkPostCall call) {
+  if (!hasSession()) return;
+  addEvent(SocialNetworkPost{.socialNetwork = std::move(call.name),
+                             .postReason = std::move(call.reason)});
+}
+
+void AnalyticsLogic::adImpression(AdImpressionCall call) {
+  if (!hasSession()) return;
+  addEvent(AdImpression{.network = std::move(call.network),
+                        .placement = std::move(call.placement),
+                        .unit = std::move(call.unit),
+                        .revenue = call.revenue});
+}
+
+void AnalyticsLogic::referrer(ReferrerCall utmData) {
+  if (services_.projectService->isRefererSent()) {
+    Logger::writeLog(PLRLogLevel::info, "The referrer has been sent");
+    return;
+  }
+  if (!hasSession()) return;
+  const auto valueOf = [&](const char* property) -> std::optional<std::string> {
+    const auto found = utmData.find(property);
+    if (found == utmData.end()) return std::nullopt;
+    return std::move(found->second);
+  };
+  // Not stamped: a progression has no part in where the user came from.
+  services_.eventsService->addEvent(
+      Event(Referral{.timestamp = clock_.milliseconds(),
+                     .sessionId = *services_.stateManager->getActiveUser()->sessionId,
+                     .source = valueOf("source"),
+                     .campaign = valueOf("campaign"),
+                     .content = valueOf("content"),
+                     .medium = valueOf("medium"),
+                     .term = valueOf("term")}));
+  generatePeopleEvent(false);
+  services_.reportService->sendBufferedEvents();
+  services_.projectService->setIsRefererSent(true);
 }
 
 void AnalyticsLogic::sendBufferedEvents() {
+  generatePeopleEvent(false);
   services_.reportService->sendBufferedEvents();
 }
 

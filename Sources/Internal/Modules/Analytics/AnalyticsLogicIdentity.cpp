@@ -3,11 +3,11 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
 #include "AnalyticsLogic.h"
-#include "Event.h"
 #include "HostCall.h"
 #include "Logger.h"
 #include "SdkConstraints.h"
@@ -71,12 +71,61 @@ void AnalyticsLogic::setUserId(std::string userId) {
 }
 
 void AnalyticsLogic::switchUser(const std::string& userId) {
+  addCurrencyAccrual();
   stopActivity();
   services_.stateManager->activateUser(userId);
-  services_.stateManager->getActiveUser()->balanceIsSent = false;
+  services_.userService->clearLocation(true);
+  services_.userService->changeCurBalanceSentMark(false);
   startActivity();
   sendDeviceInfo();
   services_.reportService->sendBufferedEvents();
+}
+
+void AnalyticsLogic::replaceUserId(ReplaceUserIdCall call) {
+  const auto& [from, to] = call;
+  const auto users = services_.stateManager->getProjectUsers();
+  const auto userOf = [&users](const std::string& userId) {
+    const auto found =
+        std::ranges::find_if(users, [&](const auto& user) { return user->userId == userId; });
+    return found == users.end() ? nullptr : *found;
+  };
+  const auto renamed = userOf(from);
+  if (!renamed) {
+    Logger::writeLog(PLRLogLevel::warning, [&] {
+      return fmt::format("The userId: [{}] not found!\t\nReplace not possible!", from);
+    });
+    return;
+  }
+  if (to == services_.stateManager->getActiveDeviceIdentifiers()->deviceIdentifier) {
+    Logger::writeLog(PLRLogLevel::warning, [&] {
+      return fmt::format("The toUserId matches the deviceId [{}]!\t\nReplace not possible!", to);
+    });
+    return;
+  }
+  if (from == to) {
+    Logger::writeLog(PLRLogLevel::warning, [&] {
+      return fmt::format("The fromUserId is equal to the toUserId [{}]!\t\nReplace not possible!",
+                         to);
+    });
+    return;
+  }
+  const std::optional<std::string> old = services_.stateManager->getActiveUser()->userId;
+  if (const auto inTheWay = userOf(to)) {
+    // Who is to be removed must not be active.
+    if (old == to) services_.stateManager->activateUser(from);
+    removeUsers({inTheWay});
+  }
+  services_.stateManager->replaceUserId(renamed, to);
+  if (services_.projectService->getTrackingAvailable()) requestMissingBackendIds();
+  const User& active = *services_.stateManager->getActiveUser();
+  if (!active.isDefaultUser && services_.projectService->userCounting() && active.userId != old) {
+    services_.userService->clearLocation(true);
+  }
+  sendDeviceInfo();
+  generatePeopleEvent(false);
+  services_.reportService->sendBufferedEvents();
+  Logger::writeLog(PLRLogLevel::info,
+                   [&] { return fmt::format("UserId: [{}] renamed to [{}]", from, to); });
 }
 
 void AnalyticsLogic::requestMissingBackendIds() {
@@ -89,8 +138,9 @@ void AnalyticsLogic::requestMissingBackendIds() {
 void AnalyticsLogic::setCurrentLevel(std::int64_t currentLevel) {
   const User& user = *services_.stateManager->getActiveUser();
   if (user.level != currentLevel) {
+    addCurrencyAccrual();
     services_.reportService->sendBufferedEvents();
-    services_.levelResourceService->removeResources(user.idKey);
+    services_.levelResourceService->removeResourcesForActiveUser();
     services_.userService->resourceAggregation(false);
   }
   services_.userService->setLevel(currentLevel);
@@ -123,6 +173,7 @@ void AnalyticsLogic::disableTracking() {
   removeEventsAndResources();
   stopActivity();
   addTrackingStatus(false);  // Tracking is still on, so that this is stored and leaves.
+  generatePeopleEvent(false);
   services_.reportService->sendBufferedEvents();
   services_.projectService->setTrackingAvailable(false);
   services_.stateManager->updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);
@@ -147,6 +198,7 @@ void AnalyticsLogic::removeUsers(const std::vector<std::shared_ptr<User>>& users
   services_.currencyAccrualService->removeInactiveUserData(users);
   services_.levelResourceService->removeInactiveUserData(users);
   services_.reportService->removeInactiveUserData(users);
+  services_.peopleService->removeInactiveUserData(users);
 }
 
 void AnalyticsLogic::removeEventsAndResources() {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "AnyCodable.h"
+#include "Calls.h"
 
 namespace pelorino {
 
@@ -24,10 +24,23 @@ class AnalyticsProtocol {
   virtual void setTrackingAvailability(bool value) = 0;
   virtual void getUserId(TextHandler completionHandler) = 0;
   virtual void setUserId(std::string userId) = 0;
+  virtual void replaceUserId(ReplaceUserIdCall call) = 0;
   virtual void getCurrentLevel(IntegerHandler completionHandler) = 0;
   virtual void setCurrentLevel(std::int64_t currentLevel) = 0;
-  virtual void customEvent(std::string eventName, AnyCodable::Object parameters) = 0;
+  virtual void levelUp(LevelUpCall call) = 0;
+  virtual void currentBalance(Resources balance) = 0;
+  virtual void customEvent(CustomEventCall call) = 0;
   virtual void sendBufferedEvents() = 0;
+  virtual void virtualCurrencyPayment(VirtualCurrencyPaymentCall call) = 0;
+  virtual void currencyAccrual(CurrencyAccrualCall call) = 0;
+  virtual void startProgressionEvent(StartProgressionEventCall call) = 0;
+  virtual void finishProgressionEvent(FinishProgressionEventCall call) = 0;
+  virtual void realCurrencyPayment(RealCurrencyPaymentCall call) = 0;
+  virtual void socialNetworkConnect(std::string name) = 0;
+  virtual void socialNetworkPost(SocialNetworkPostCall call) = 0;
+  virtual void tutorial(std::int64_t step) = 0;
+  virtual void referrer(ReferrerCall utmData) = 0;
+  virtual void adImpression(AdImpressionCall call) = 0;
 
   /// Limit of parameters of a custom event. Any thread.
   [[nodiscard]] virtual std::int64_t getCustomEventParamsCount() = 0;

@@ -1,5 +1,8 @@
 #include "AnalyticsProxy.h"
 
+#include <fmt/format.h>
+
+#include <optional>
 #include <utility>
 
 #include "Config.h"
@@ -10,6 +13,24 @@
 #include "ValidatorRules.h"
 
 namespace pelorino {
+namespace {
+
+// What the backend may have switched off: never, the event, the event with one value of the call.
+
+constexpr auto never = [](const auto&, const auto&) { return false; };
+
+auto event(const char* code) {
+  return [code](const auto&, const auto&) { return Validator::isExcluded(code); };
+}
+
+template <class Value>
+auto eventWith(const char* code, Value value) {
+  return [code, value](const auto& call, const auto& valid) {
+    return Validator::isExcluded(code, AnyCodable(value(call, valid)));
+  };
+}
+
+}  // namespace
 
 void AnalyticsProxy::initialize(std::shared_ptr<AnalyticsProtocol> analyticsLogic) {
   analyticsLogic_.set(std::move(analyticsLogic));
@@ -22,7 +43,7 @@ void AnalyticsProxy::perform(const char* label, Work work, Refuse refuse) {
     const auto self = weak.lock();
     if (!self) return;
     const Logic logic = self->analyticsLogic_.get();
-    if (validateInitialization(label, logic)) {
+    if (validateInitialization(label, logic != nullptr)) {
       work(*logic);
     } else {
       refuse();
@@ -44,11 +65,23 @@ void AnalyticsProxy::answer(const char* label, Handler completionHandler,
       [completionHandler, fallback] { callHost(completionHandler, fallback); });
 }
 
-bool AnalyticsProxy::validateInitialization(const char* label, const Logic& logic) {
-  if (logic) return true;
+template <class Call, class Rule, class IsExcluded>
+void AnalyticsProxy::track(const char* label, Call call, Rule rule, IsExcluded isExcluded,
+                           void (AnalyticsProtocol::*operation)(Call)) {
+  perform(label,
+          [call = std::move(call), rule, isExcluded, operation](AnalyticsProtocol& logic) mutable {
+            // The exclusions name some values as the host does, before anything was cut.
+            std::optional<Call> valid = rule(call);
+            if (!valid || isExcluded(call, *valid)) return;
+            (logic.*operation)(std::move(*valid));
+          });
+}
+
+bool AnalyticsProxy::validateInitialization(std::string_view label, bool isInitialized) {
+  if (isInitialized) return true;
   Logger::writeLog(PLRLogLevel::error, [&] {
-    return std::string("In the ") + label +
-           " method an error has occurred: The SDK is not initialized yet!";
+    return fmt::format("In the {} method an error has occurred: The SDK is not initialized yet!",
+                       label);
   });
   return false;
 }
@@ -92,14 +125,18 @@ void AnalyticsProxy::getUserId(TextHandler completionHandler) {
 }
 
 void AnalyticsProxy::setUserId(std::string userId) {
-  perform("setUserId(_:)", [userId = std::move(userId)](AnalyticsProtocol& logic) {
-    constexpr const char* label = "SetUserId";
-    if (auto valid = ValidatorRules::validateUserId(label, userId)) {
-      logic.setUserId(std::move(*valid));
-    } else {
-      ValidatorRules::notifyThatMethodExecutionWasCanceled(label);
-    }
-  });
+  const auto rule = [](std::string id) {
+    constexpr const char* method = "SetUserId";
+    auto valid = ValidatorRules::validateUserId(method, std::move(id));
+    if (!valid) ValidatorRules::notifyThatMethodExecutionWasCanceled(method);
+    return valid;
+  };
+  track("setUserId(_:)", std::move(userId), rule, never, &AnalyticsProtocol::setUserId);
+}
+
+void AnalyticsProxy::replaceUserId(ReplaceUserIdCall call) {
+  track("replaceUserId(_:_:)", std::move(call), ValidatorRules::validateReplaceUserId, never,
+        &AnalyticsProtocol::replaceUserId);
 }
 
 void AnalyticsProxy::getCurrentLevel(IntegerHandler completionHandler) {
@@ -108,21 +145,85 @@ void AnalyticsProxy::getCurrentLevel(IntegerHandler completionHandler) {
 }
 
 void AnalyticsProxy::setCurrentLevel(std::int64_t currentLevel) {
-  perform("setCurrentLevel(_:)", [currentLevel](AnalyticsProtocol& logic) {
-    if (ValidatorRules::validateLevel("SetCurrentLevel", currentLevel)) {
-      logic.setCurrentLevel(currentLevel);
-    }
-  });
+  track("setCurrentLevel(_:)", currentLevel, ValidatorRules::validateCurrentLevel, never,
+        &AnalyticsProtocol::setCurrentLevel);
 }
 
-void AnalyticsProxy::customEvent(std::string eventName, AnyCodable::Object parameters) {
-  perform("customEvent(_:_:)", [eventName = std::move(eventName),
-                                parameters = std::move(parameters)](AnalyticsProtocol& logic) {
-    auto valid = ValidatorRules::validateCustomEvent(eventName, parameters);
-    // The exclusions name events as the host does, before anything was cut.
-    if (!valid || Validator::isExcluded("ce", AnyCodable(eventName))) return;
-    logic.customEvent(std::move(valid->name), std::move(valid->params));
-  });
+void AnalyticsProxy::levelUp(LevelUpCall call) {
+  track("levelUp(_:_:)", std::move(call), ValidatorRules::validateLevelUp, event("lu"),
+        &AnalyticsProtocol::levelUp);
+}
+
+void AnalyticsProxy::currentBalance(Resources balance) {
+  track("currentBalance(_:)", std::move(balance), ValidatorRules::validateCurrentBalance,
+        event("cb"), &AnalyticsProtocol::currentBalance);
+}
+
+void AnalyticsProxy::customEvent(CustomEventCall call) {
+  track("customEvent(_:_:)", std::move(call), ValidatorRules::validateCustomEvent,
+        eventWith("ce", [](const auto& given, const auto&) { return given.name; }),
+        &AnalyticsProtocol::customEvent);
+}
+
+void AnalyticsProxy::currencyAccrual(CurrencyAccrualCall call) {
+  track("currencyAccrual(_:_:_:_:)", std::move(call), ValidatorRules::validateCurrencyAccrual,
+        eventWith("ca", [](const auto& given, const auto&) { return given.source; }),
+        &AnalyticsProtocol::currencyAccrual);
+}
+
+void AnalyticsProxy::virtualCurrencyPayment(VirtualCurrencyPaymentCall call) {
+  track("virtualCurrencyPayment(_:_:_:_:)", std::move(call),
+        ValidatorRules::validateVirtualCurrencyPayment,
+        eventWith("vp", [](const auto& given, const auto&) { return given.purchaseId; }),
+        &AnalyticsProtocol::virtualCurrencyPayment);
+}
+
+void AnalyticsProxy::realCurrencyPayment(RealCurrencyPaymentCall call) {
+  track("realCurrencyPayment(_:_:_:_:)", std::move(call),
+        ValidatorRules::validateRealCurrencyPayment, event("rp"),
+        &AnalyticsProtocol::realCurrencyPayment);
+}
+
+void AnalyticsProxy::startProgressionEvent(StartProgressionEventCall call) {
+  track("startProgressionEvent(_:_:)", std::move(call),
+        ValidatorRules::validateStartProgressionEvent,
+        eventWith("pe", [](const auto& given, const auto&) { return given.eventName; }),
+        &AnalyticsProtocol::startProgressionEvent);
+}
+
+void AnalyticsProxy::finishProgressionEvent(FinishProgressionEventCall call) {
+  track("finishProgressionEvent(_:_:)", std::move(call),
+        ValidatorRules::validateFinishProgressionEvent,
+        eventWith("pe", [](const auto& given, const auto&) { return given.eventName; }),
+        &AnalyticsProtocol::finishProgressionEvent);
+}
+
+void AnalyticsProxy::tutorial(std::int64_t step) {
+  track("tutorial(_:)", step, ValidatorRules::validateTutorial,
+        eventWith("tr", [](const auto& given, const auto&) { return given; }),
+        &AnalyticsProtocol::tutorial);
+}
+
+void AnalyticsProxy::socialNetworkConnect(std::string name) {
+  track("socialNetworkConnect(_:)", std::move(name), ValidatorRules::validateSocialNetworkConnect,
+        eventWith("sc", [](const auto&, const auto& valid) { return valid; }),
+        &AnalyticsProtocol::socialNetworkConnect);
+}
+
+void AnalyticsProxy::socialNetworkPost(SocialNetworkPostCall call) {
+  track("socialNetworkPost(_:_:)", std::move(call), ValidatorRules::validateSocialNetworkPost,
+        eventWith("sp", [](const auto&, const auto& valid) { return valid.name; }),
+        &AnalyticsProtocol::socialNetworkPost);
+}
+
+void AnalyticsProxy::referrer(ReferrerCall utmData) {
+  track("referrer(_:)", std::move(utmData), ValidatorRules::validateReferrer, event("rf"),
+        &AnalyticsProtocol::referrer);
+}
+
+void AnalyticsProxy::adImpression(AdImpressionCall call) {
+  track("adImpression(_:_:_:_:)", std::move(call), ValidatorRules::validateAdImpression,
+        event("adrv"), &AnalyticsProtocol::adImpression);
 }
 
 void AnalyticsProxy::sendBufferedEvents() {

@@ -31,11 +31,27 @@ class AnalyticsProxy final : public AnalyticsProtocol,
   void setTrackingAvailability(bool value) override;
   void getUserId(TextHandler completionHandler) override;
   void setUserId(std::string userId) override;
+  void replaceUserId(ReplaceUserIdCall call) override;
   void getCurrentLevel(IntegerHandler completionHandler) override;
   void setCurrentLevel(std::int64_t currentLevel) override;
-  void customEvent(std::string eventName, AnyCodable::Object parameters) override;
+  void levelUp(LevelUpCall call) override;
+  void currentBalance(Resources balance) override;
+  void customEvent(CustomEventCall call) override;
   void sendBufferedEvents() override;
+  void virtualCurrencyPayment(VirtualCurrencyPaymentCall call) override;
+  void currencyAccrual(CurrencyAccrualCall call) override;
+  void startProgressionEvent(StartProgressionEventCall call) override;
+  void finishProgressionEvent(FinishProgressionEventCall call) override;
+  void realCurrencyPayment(RealCurrencyPaymentCall call) override;
+  void socialNetworkConnect(std::string name) override;
+  void socialNetworkPost(SocialNetworkPostCall call) override;
+  void tutorial(std::int64_t step) override;
+  void referrer(ReferrerCall utmData) override;
+  void adImpression(AdImpressionCall call) override;
   [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
+
+  /// True when the library has been started; otherwise writes the line that refuses the call.
+  [[nodiscard]] static bool validateInitialization(std::string_view label, bool isInitialized);
 
  private:
   using Logic = std::shared_ptr<AnalyticsProtocol>;
@@ -48,7 +64,11 @@ class AnalyticsProxy final : public AnalyticsProtocol,
   template <class Handler, class Fallback>
   void answer(const char* label, Handler completionHandler,
               void (AnalyticsProtocol::*getter)(Handler), Fallback fallback);
-  [[nodiscard]] static bool validateInitialization(const char* label, const Logic& logic);
+  /// Runs `operation` with what `rule` makes of the call, unless the rule rejects it or
+  /// `isExcluded` is true for the call as it came in and as the rule repaired it.
+  template <class Call, class Rule, class IsExcluded>
+  void track(const char* label, Call call, Rule rule, IsExcluded isExcluded,
+             void (AnalyticsProtocol::*operation)(Call));
 
   Guarded<Logic> analyticsLogic_;
 };

@@ -2,6 +2,8 @@
 
 #include "Logger.h"
 #include "NumberText.h"
+#include "RestoredTransaction.h"
+#include "SubscriptionProduct.h"
 
 namespace pelorino {
 namespace {
@@ -21,59 +23,83 @@ std::size_t partIndex(std::string_view label) {
 
 }  // namespace
 
-std::string& EventText::partOf(const Field& field) {
-  return parts_.at(partIndex(field.label()));
+std::string& FieldLines::beginLine(std::size_t deeper) {
+  return out_.append(tabs_ + deeper, '\t').append(1, ' ');
 }
 
-std::string& EventText::beginLine(const Field& field) {
-  return partOf(field).append("\t ").append(field.label()).append(": ");
+std::string& FieldLines::beginLine(const Field& field) {
+  return beginLine().append(field.label()).append(": ");
 }
 
-void EventText::operator()(const Field& field, bool value) {
+void FieldLines::operator()(const Field& field, bool value) {
   beginLine(field).append(value ? "true\n" : "false\n");
 }
 
-void EventText::operator()(const Field& field, std::int64_t value) {
-  std::string& line = beginLine(field);
-  appendNumber(line, value);
-  line += '\n';
+void FieldLines::operator()(const Field& field, std::int64_t value) {
+  appendNumber(beginLine(field), value);
+  out_ += '\n';
 }
 
-void EventText::operator()(const Field& field, double value) {
-  std::string& line = beginLine(field);
-  appendNumber(line, value);
-  line += '\n';
+void FieldLines::operator()(const Field& field, double value) {
+  appendNumber(beginLine(field), value);
+  out_ += '\n';
 }
 
-void EventText::operator()(const Field& field, std::string_view value) {
+void FieldLines::operator()(const Field& field, std::string_view value) {
   beginLine(field).append(value).append(1, '\n');
 }
 
-void EventText::operator()(const Field& field, const std::vector<std::string>& values) {
-  std::string& line = beginLine(field);
+void FieldLines::operator()(const Field& field, const Decimal& value) {
+  (*this)(field, value.text());
+}
+
+void FieldLines::operator()(const Field& field, const std::vector<std::string>& values) {
+  beginLine(field);
   for (const std::string& value : values)
-    line.append(&value == values.data() ? "" : ", ").append(value);
-  line += '\n';
+    out_.append(&value == values.data() ? "" : ", ").append(value);
+  out_ += '\n';
 }
 
-void EventText::operator()(const Field& field, const std::map<std::string, std::int64_t>& amounts) {
-  if (amounts.empty()) return;
-  std::string& lines = beginLine(field).append(1, '\n');
-  for (const auto& [name, amount] : amounts) {
-    lines.append("\t\t ").append(field.entryName()).append(": ").append(name);
-    lines.append(1, ' ').append(field.entryValue()).append(": ");
-    appendNumber(lines, amount);
-    lines += '\n';
+void FieldLines::entry(const Field& field, std::string_view name, std::int64_t amount) {
+  beginLine(1).append(field.entryName()).append(": ").append(name);
+  out_.append(1, ' ').append(field.entryValue()).append(": ");
+  appendNumber(out_, amount);
+  out_ += '\n';
+}
+
+void FieldLines::entry(const Field&, std::string_view source, const Resources& resources) {
+  out_.append("\t\tsource: ").append(source).append(" \n\t\tresources:\n");
+  for (const auto& [name, amount] : resources) {
+    out_.append("\t\t\tresource: ").append(name).append(" amount: ");
+    appendNumber(out_, amount);
+    out_ += '\n';
   }
 }
 
-void EventText::operator()(const Field& field, const AnyCodable::Object& parameters) {
-  if (parameters.empty()) return;
-  std::string& lines = beginLine(field).append(1, '\n');
-  for (const auto& [key, value] : parameters) {
-    lines.append("\t\t parameter key: ").append(key);
-    lines.append(" value: ").append(value.description()).append(1, '\n');
-  }
+void FieldLines::entry(const Field&, std::string_view key, const AnyCodable& value) {
+  beginLine(1).append("parameter key: ").append(key);
+  out_.append(" value: ").append(value.description()).append(1, '\n');
+}
+
+void FieldLines::entry(const Field&, std::string_view key, const Decimal& value) {
+  beginLine(1).append(key).append(": ").append(value.text()).append(1, '\n');
+}
+
+void FieldLines::element(std::int64_t, const RestoredTransaction& transaction) {
+  beginLine(1).append("product ").append(transaction.productID).append(" \n");
+  beginLine(1).append("transactionIds: \n ");
+  for (const std::string& id : transaction.transactionIds) beginLine(2).append(id).append(" \n");
+}
+
+void FieldLines::element(std::int64_t number, const SubscriptionProduct& product) {
+  appendNumber(beginLine(1).append("product "), number);
+  out_ += " \n";
+  FieldLines fields(out_, tabs_ + 2);
+  SubscriptionProduct::describe(product, fields);
+}
+
+std::string& EventText::partOf(const Field& field) {
+  return parts_.at(partIndex(field.label()));
 }
 
 std::string EventText::take() const {

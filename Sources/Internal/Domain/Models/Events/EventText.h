@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -8,36 +9,88 @@
 #include <string_view>
 #include <vector>
 
+#include "Decimal.h"
 #include "JsonCoding.h"
+#include "Resources.h"
 #include "Storable.h"
 
 namespace pelorino {
 
-/// Visitor that collects the text form of an event: one line a field, those that all events share
-/// first and the progression last, whatever their order in the JSON.
-class EventText final {
+struct RestoredTransaction;
+struct SubscriptionProduct;
+
+/// Visitor that writes the text form of fields below each other: a line a field; tables and lists
+/// as a head line and their entries one step deeper, nothing at all when they are empty.
+class FieldLines final {
  public:
-  template <class Value>
-  void operator()(const Field& field, const std::optional<Value>& value) {
-    if (value) (*this)(field, *value);
-  }
+  /// Appends to `out`, which must outlive this, behind `tabs` tabs.
+  FieldLines(std::string& out, std::size_t tabs) : out_(out), tabs_(tabs) {}
+
   void operator()(const Field& field, bool value);
   void operator()(const Field& field, std::int64_t value);
   void operator()(const Field& field, double value);
   void operator()(const Field& field, std::string_view value);
+  void operator()(const Field& field, const Decimal& value);
   void operator()(const Field& field, const std::vector<std::string>& values);
-  /// Resources: a head line and a line an entry; nothing when empty.
-  void operator()(const Field& field, const std::map<std::string, std::int64_t>& amounts);
-  /// Parameters, likewise.
-  void operator()(const Field& field, const AnyCodable::Object& parameters);
+
+  template <class Value>
+  void operator()(const Field& field, const std::optional<Value>& value) {
+    if (value) (*this)(field, *value);
+  }
+
+  template <Described Record>
+  void operator()(const Field& field, const Record& record) {
+    beginLine().append(field.label()).append(":\n");
+    FieldLines deeper(out_, tabs_ + 1);
+    Record::describe(record, deeper);
+  }
+
+  template <class Value>
+  void operator()(const Field& field, const std::map<std::string, Value>& table) {
+    if (table.empty()) return;
+    beginLine(field) += '\n';
+    for (const auto& [key, value] : table) entry(field, key, value);
+  }
+
+  template <Described Record>
+  void operator()(const Field& field, const std::vector<Record>& records) {
+    if (records.empty()) return;
+    beginLine(field) += '\n';
+    std::int64_t number = 0;
+    for (const Record& record : records) element(++number, record);
+  }
+
+ private:
+  void entry(const Field& field, std::string_view name, std::int64_t amount);
+  void entry(const Field& field, std::string_view source, const Resources& resources);
+  void entry(const Field& field, std::string_view key, const AnyCodable& value);
+  void entry(const Field& field, std::string_view key, const Decimal& value);
+  void element(std::int64_t number, const RestoredTransaction& transaction);
+  void element(std::int64_t number, const SubscriptionProduct& product);
+
+  /// Begins a line, `deeper` steps below the fields.
+  std::string& beginLine(std::size_t deeper = 0);
+  /// Begins the line of a field up to its value.
+  std::string& beginLine(const Field& field);
+
+  std::string& out_;
+  std::size_t tabs_;
+};
+
+/// Visitor that collects the text form of an event: the fields that all events share first and the
+/// progression last, whatever their order in the JSON.
+class EventText final {
+ public:
+  template <class Value>
+  void operator()(const Field& field, const Value& value) {
+    FieldLines(partOf(field), 1)(field, value);
+  }
 
   [[nodiscard]] std::string take() const;
 
  private:
   /// The part of the text that the field belongs to.
   [[nodiscard]] std::string& partOf(const Field& field);
-  /// Begins the line of a field up to its value.
-  std::string& beginLine(const Field& field);
 
   std::array<std::string, 7> parts_;
 };

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "AnyCodable.h"
+#include "JsonCoding.h"
+
+namespace pelorino {
+
+/// Values of the user's card.
+struct PeopleEvent {
+  static constexpr std::string_view code = "pl";
+  std::int64_t timestamp = 0;
+  std::int64_t sessionId = 0;
+  std::int64_t level = 0;
+  std::optional<AnyCodable::Object> parameters;
+  std::optional<std::vector<std::string>> inProgress;
+  std::optional<std::string> inExperiments;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("timestamp", self.timestamp);
+    visit("sessionId", self.sessionId);
+    visit("level", self.level);
+    visit(Field("parameters").nullWhenAbsent(), self.parameters);
+    visit("inProgress", self.inProgress);
+    visit("inExperiments", self.inExperiments);
+  }
+};
+
+}  // namespace pelorino

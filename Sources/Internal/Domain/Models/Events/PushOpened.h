@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pelorino {
+
+/// The user has opened a push message.
+struct PushOpened {
+  static constexpr std::string_view code = "po";
+  std::int64_t timestamp = 0;  ///< Of the opening.
+  std::int64_t pushId = 0;
+  std::optional<std::string> button;
+  std::optional<std::string> inExperiments;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("timestamp", self.timestamp);
+    visit("pushId", self.pushId);
+    visit("button", self.button);
+    visit("inExperiments", self.inExperiments);
+  }
+};
+
+}  // namespace pelorino

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelorino {
+
+/// A purchase paid with real money.
+struct RealCurrencyPayment {
+  static constexpr std::string_view code = "rp";
+  std::int64_t timestamp = 0;
+  std::int64_t sessionId = 0;
+  std::int64_t level = 0;
+  std::string productId;
+  std::string orderId;
+  double price = 0.0;
+  std::string currencyCode;
+  std::optional<std::vector<std::string>> inProgress;
+  std::optional<std::string> inExperiments;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("timestamp", self.timestamp);
+    visit("sessionId", self.sessionId);
+    visit("level", self.level);
+    visit("productId", self.productId);
+    visit("orderId", self.orderId);
+    visit("price", self.price);
+    visit("currencyCode", self.currencyCode);
+    visit("inProgress", self.inProgress);
+    visit("inExperiments", self.inExperiments);
+  }
+};
+
+}  // namespace pelorino

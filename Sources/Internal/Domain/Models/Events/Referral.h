@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelorino {
+
+/// Where the user came from.
+struct Referral {
+  static constexpr std::string_view code = "rf";
+  std::int64_t timestamp = 0;
+  std::int64_t sessionId = 0;
+  std::optional<std::string> source;
+  std::optional<std::string> campaign;
+  std::optional<std::string> content;
+  std::optional<std::string> medium;
+  std::optional<std::string> term;
+  std::optional<std::vector<std::string>> inProgress;
+  std::optional<std::string> inExperiments;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("timestamp", self.timestamp);
+    visit("sessionId", self.sessionId);
+    visit("source", self.source);
+    visit("campaign", self.campaign);
+    visit("content", self.content);
+    visit("medium", self.medium);
+    visit("term", self.term);
+    visit("inProgress", self.inProgress);
+    visit("inExperiments", self.inExperiments);
+  }
+};
+
+}  // namespace pelorino

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pelorino {
+
+/// The user has connected a social network.
+struct SocialNetworkConnect {
+  static constexpr std::string_view code = "sc";
+  std::int64_t timestamp = 0;
+  std::int64_t sessionId = 0;
+  std::int64_t level = 0;
+  std::string socialNetwork;
+  std::optional<std::vector<std::string>> inProgress;
+  std::optional<std::string> inExperiments;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("timestamp", self.timestamp);
+    visit("sessionId", self.sessionId);
+    visit("level", self.level);
+    visit("socialNetwork", self.socialNetwork);
+    visit("inProgress", self.inProgress);
+    visit("inExperiments", self.inExperiments);
+  }
+};
+
+}  // namespace pelorino

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "Logger.h"
+#include "SQLiteValue.h"
+
+namespace pelorino {
+
+/// A sum held within the range of 32-bit integers.
+struct BoundedSum {
+  std::int64_t amount;
+  bool isOverflowed;  ///< The true sum lies beyond the range.
+};
+
+[[nodiscard]] BoundedSum boundedSum(std::int64_t a, std::int64_t b);
+
+/// The fields that all sums have, as the log shows them.
+[[nodiscard]] std::string sumText(RowId userId, std::string_view type, std::string_view name,
+                                  std::int64_t amount);
+
+/// Adds `resource` to the first sum of its user that is kept for the same thing; begins a new sum
+/// when there is none. One write to the table; cost: the sums of that user.
+///
+/// `Kind` tells one kind of sums from another: its `label` in the log, `isSame` of two resources,
+/// and the `text` of one.
+template <class Kind, class Repository, class Resource>
+void addToSums(Repository& repository, Resource resource) {
+  const auto rows = repository.ofUser(resource.userId);
+  const auto match = std::ranges::find_if(
+      rows, [&](const auto& row) { return Kind::isSame(*row, std::as_const(resource)); });
+  const auto sum = std::make_shared<Resource>(std::move(resource));
+  if (match == rows.end()) {
+    repository.insert(sum);
+  } else {
+    const auto [amount, isOverflowed] = boundedSum((*match)->amount, sum->amount);
+    if (isOverflowed) {
+      Logger::writeLog(PLRLogLevel::error, [&, label = Kind::label] {
+        return fmt::format("{} resource: {} is overflowed", label, sum->name);
+      });
+    }
+    sum->idKey = (*match)->idKey;
+    sum->amount = amount;
+    repository.update(sum);
+  }
+  Logger::writeLog(PLRLogLevel::debug, [&] {
+    return fmt::format("{} {} resources: \n{} ", match == rows.end() ? "Insert" : "Update",
+                       Kind::label, Kind::text(*sum));
+  });
+}
+
+}  // namespace pelorino

@@ -1,0 +1,100 @@
+#include <utility>
+
+#include "Limits.h"
+#include "Rule.h"
+#include "Text.h"
+#include "ValidatorRules.h"
+
+namespace pelorino {
+namespace {
+
+constexpr const char* networkNameLabel = "The social network name argument value";
+
+/// The value as it is stored. What is neither a number with a fraction nor a text needs no repair.
+AnyCodable checkParameter(Rule& entry, const Label& argument, const AnyCodable& value) {
+  if (const double* number = value.floating()) {
+    entry.inInterval(argument, *number, -finiteMaximum, finiteMaximum);
+  } else if (const std::string* text = value.text()) {
+    std::string repaired = *text;
+    entry.text(argument, repaired, 255);
+    return repaired;
+  }
+  return value;
+}
+
+AnyCodable::Object checkParameters(std::string_view method, const AnyCodable::Object& params) {
+  const Label keyLabel = "The key of the parameters dictionary";
+  AnyCodable::Object kept;
+  for (const auto& [rawKey, value] : params) {
+    const std::string key = cleaned(rawKey);
+    const Label valueLabel("The value of the parameters dictionary by [", key, "] key");
+    Rule entry(method);
+    entry.notEmpty(keyLabel, key);
+    entry.validType(valueLabel, value);
+    if (!entry.passed()) continue;
+    std::string cutKey = key;
+    entry.bound(keyLabel, cutKey, 32);
+    AnyCodable checked = checkParameter(entry, valueLabel, value);
+    if (entry.passed()) kept.insert_or_assign(std::move(cutKey), std::move(checked));
+  }
+  return kept;
+}
+
+void dropWhenEmpty(std::optional<std::string>& value) {
+  if (value && value->empty()) value.reset();
+}
+
+}  // namespace
+
+std::optional<CustomEventCall> ValidatorRules::validateCustomEvent(CustomEventCall call) {
+  Rule rule("CustomEvent");
+  const Label nameLabel = "The custom event name";
+  rule.bound(nameLabel, call.name, 72);
+  call.params = checkParameters("CustomEvent", call.params);
+  rule.notEmpty(nameLabel, call.name);
+  return rule.verdict(std::move(call));
+}
+
+std::optional<std::string> ValidatorRules::validateSocialNetworkConnect(std::string name) {
+  Rule rule("SocialNetworkConnect");
+  rule.text(networkNameLabel, name, 24);
+  return rule.verdict(std::move(name));
+}
+
+std::optional<SocialNetworkPostCall> ValidatorRules::validateSocialNetworkPost(
+    SocialNetworkPostCall call) {
+  Rule rule("SocialNetworkPost");
+  rule.text(networkNameLabel, call.name, 24);
+  rule.text("The post reason argument value", call.reason, 32);
+  return rule.verdict(std::move(call));
+}
+
+std::optional<ReferrerCall> ValidatorRules::validateReferrer(const ReferrerCall& utmData) {
+  Rule rule("Referrer");
+  ReferrerCall kept;
+  for (const auto& [property, value] : utmData) {
+    const std::string clean = cleaned(value);
+    const std::string rest = "] value of the utm data dictionary by [" + property + "] key";
+    std::string repaired = clean;
+    Rule entry("Referrer");
+    entry.text(Label("The [", clean, rest), repaired, 255);
+    if (entry.passed()) kept.emplace(property, std::move(repaired));
+  }
+  rule.notEmpty("The referrer argument value", kept);
+  return rule.verdict(std::move(kept));
+}
+
+std::optional<AdImpressionCall> ValidatorRules::validateAdImpression(AdImpressionCall call) {
+  Rule rule("AdImpression");
+  const Label networkLabel = "The network argument value";
+  rule.bound(networkLabel, call.network, 100);
+  rule.bound("The placement argument value", call.placement, 100);
+  rule.bound("The unit argument value", call.unit, 100);
+  rule.notEmpty(networkLabel, call.network);
+  rule.inInterval("The revenue argument value", call.revenue, 0.0, finiteMaximum);
+  dropWhenEmpty(call.placement);
+  dropWhenEmpty(call.unit);
+  return rule.verdict(std::move(call));
+}
+
+}  // namespace pelorino

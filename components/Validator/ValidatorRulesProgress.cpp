@@ -1,0 +1,63 @@
+#include <limits>
+#include <utility>
+
+#include "Limits.h"
+#include "Rule.h"
+#include "ValidatorRules.h"
+
+namespace pelorino {
+namespace {
+
+constexpr Interval anyInteger{std::numeric_limits<std::int64_t>::min(),
+                              std::numeric_limits<std::int64_t>::max()};
+constexpr Interval anyPositive{1, anyInteger.max};
+
+constexpr const char* eventNameLabel = "The event name argument value";
+
+}  // namespace
+
+std::optional<LevelUpCall> ValidatorRules::validateLevelUp(LevelUpCall call) {
+  Rule rule("LevelUp");
+  rule.inInterval("The level argument value", call.level, levelInterval);
+  call.balances = validateResorces("LevelUp", "balances dictionary", call.balances,
+                                   maximalResourceKey, anyInteger);
+  return rule.verdict(std::move(call));
+}
+
+std::optional<Resources> ValidatorRules::validateCurrentBalance(Resources balance) {
+  Rule rule("CurrentBalance");
+  balance = validateResorces("CurrentBalance", "balances dictionary", balance, maximalResourceKey,
+                             anyInteger);
+  rule.notEmpty("The balance parameter value", balance);
+  return rule.verdict(std::move(balance));
+}
+
+std::optional<std::int64_t> ValidatorRules::validateTutorial(std::int64_t step) {
+  Rule rule("Tutorial");
+  rule.inInterval("The step argument value", step, {-2, integerMaximum});
+  return rule.verdict(step);
+}
+
+std::optional<StartProgressionEventCall> ValidatorRules::validateStartProgressionEvent(
+    StartProgressionEventCall call) {
+  Rule rule("StartProgressionEvent");
+  auto& [difficulty, source] = call.parameters;
+  rule.text(eventNameLabel, call.eventName, 40);
+  rule.bound("The source parameter value", source, 40);
+  if (difficulty) rule.inInterval("The difficulty parameter value", *difficulty, zeroOrMore);
+  return rule.verdict(std::move(call));
+}
+
+std::optional<FinishProgressionEventCall> ValidatorRules::validateFinishProgressionEvent(
+    FinishProgressionEventCall call) {
+  const char* method = "FinishProgressionEvent";
+  Rule rule(method);
+  auto& [success, duration, spent, earned] = call.parameters;
+  rule.text(eventNameLabel, call.eventName, 40);
+  rule.inInterval("The duration parameter value", duration, zeroOrMore);
+  spent = validateResorces(method, "spent dictionary", spent, maximalResourceKey, anyPositive);
+  earned = validateResorces(method, "earned dictionary", earned, maximalResourceKey, anyPositive);
+  return rule.verdict(std::move(call));
+}
+
+}  // namespace pelorino
