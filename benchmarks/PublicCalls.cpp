@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <thread>
@@ -151,6 +152,10 @@ int makeTracedCalls(const Bench& bench) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc == 2 && std::strcmp(argv[1], "--header") == 0) {
+    std::fputs(header().c_str(), stdout);
+    return 0;
+  }
   const Bench bench;
   if (argc == 2 && std::strcmp(argv[1], "--traced") == 0) return makeTracedCalls(bench);
   addMeasurements(bench);

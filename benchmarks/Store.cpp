@@ -2,10 +2,12 @@
 // it. The files lie in the folder of the environment variable PELORINO_BENCH_DISK, which should be
 // on a real disk; what compares processor work has its files in memory.
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
-#include <utility>
+#include <thread>
 
 #include "BareStore.h"
 #include "Library.h"
@@ -67,20 +69,19 @@ void reportEvents(int count) {
 }
 
 std::string numbersTo(int count) {
-  return "WITH RECURSIVE numbers(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM numbers WHERE n < " +
-         std::to_string(count) + ") ";
+  return "WITH RECURSIVE numbers(n) AS (SELECT 1 WHERE " + std::to_string(count) +
+         " > 0 UNION ALL SELECT n + 1 FROM numbers WHERE n < " + std::to_string(count) + ") ";
 }
 
-/// Leaves as many copies of the stored event of the host in the table as asked for, and nothing
-/// else.
+/// Leaves this many events in the table, and nothing else.
 void fillEvents(const std::string& folder, int count) {
   BareStore store(Library::databaseFile(folder));
   store.run(
-      "CREATE TEMP TABLE kept AS SELECT code, userId, eventJson FROM events WHERE code = 'ce' "
-      "LIMIT 1; DELETE FROM events; DELETE FROM reports;" +
-      numbersTo(count) +
-      "INSERT INTO events (code, userId, eventJson) SELECT code, userId, eventJson FROM kept, "
-      "numbers");
+      "DELETE FROM events; DELETE FROM reports;" + numbersTo(count) +
+      "INSERT INTO events (code, userId, eventJson) SELECT 'ce', (SELECT activeUserId FROM "
+      "projects), '{\"code\":\"ce\",\"timestamp\":17000' || n || ',\"sessionId\":1700000000000,"
+      "\"level\":3,\"name\":\"boss_beaten\",\"parameters\":{\"alone\":true,\"boss\":\"hydra\","
+      "\"heads\":9,\"ratio\":0.25,\"weapon\":\"two-handed sword\"}}' FROM numbers");
 }
 
 /// The same for reports.
@@ -134,22 +135,32 @@ struct Cost {
   double processor = 0;
 };
 
+/// Events come as in a game: ten, and then time for the attempt to send them to fail.
 template <class Prepare>
-Cost costPerEvent(const std::string& folder, int eventsPerReport, Prepare prepare) {
-  constexpr int count = 1000;
+Cost costPerEvent(const std::string& folder, Prepare prepare) {
+  constexpr int rounds = 60;
+  constexpr int eventsPerRound = 10;
   files::remove_all(folder);
-  storeConfiguration(folder, eventsPerReport);
+  storeConfiguration(folder, eventsPerRound);
   {
     const Library library(folder, unreachableBackend);
-    reportEvents(eventsPerReport > 100 ? 1 : 2 * eventsPerReport);
+    reportEvents(2 * eventsPerRound);
   }
   prepare();
   const Library library(folder, unreachableBackend);
-  reportEvents(50);
-  const Stopwatch time;
+  reportEvents(eventsPerRound);
+  std::this_thread::sleep_for(std::chrono::milliseconds(500));
+  Cost cost;
   const ProcessorTime processor;
-  reportEvents(count);
-  return {time.microseconds() / count, processor.microseconds() / count};
+  for (int i = 0; i < rounds; ++i) {
+    const Stopwatch time;
+    reportEvents(eventsPerRound);
+    cost.wall += time.microseconds();
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  cost.wall /= rounds * eventsPerRound;
+  cost.processor = processor.microseconds() / (rounds * eventsPerRound);
+  return cost;
 }
 
 void addBacklog(const TemporaryFolder& memory) {
@@ -157,15 +168,14 @@ void addBacklog(const TemporaryFolder& memory) {
     const char* name;
     const char* work;
     const char* processor;
-    int eventsPerReport;
     void (*fill)(const std::string& folder);
   };
   static constexpr Case cases[] = {
       {"backlog_reports", "Cost per event, 100,000 waiting in 10,000 reports, no backend",
-       "  its processor time, all threads", 10,
+       "  its processor time, all threads",
        [](const std::string& folder) { fillReports(folder, 10'000); }},
       {"backlog_one_report", "Cost per event, 100,000 waiting in the report of a start",
-       "  its processor time, all threads", 10,
+       "  its processor time, all threads",
        [](const std::string& folder) { fillEvents(folder, 100'000); }},
   };
   for (const Case& one : cases) {
@@ -183,14 +193,12 @@ void addBacklog(const TemporaryFolder& memory) {
               const std::string folder = memory.file("backlog");
               values.inTurn(
                   [&] {
-                    const Cost cost =
-                        costPerEvent(folder, one.eventsPerReport, [&] { one.fill(folder); });
+                    const Cost cost = costPerEvent(folder, [&] { one.fill(folder); });
                     values["full"] = cost.wall;
                     values["fullProcessor"] = cost.processor;
                   },
                   [&] {
-                    const Cost cost =
-                        costPerEvent(folder, one.eventsPerReport, [&] { fillReports(folder, 0); });
+                    const Cost cost = costPerEvent(folder, [&] { fillReports(folder, 0); });
                     values["empty"] = cost.wall;
                     values["emptyProcessor"] = cost.processor;
                   });
@@ -244,10 +252,6 @@ void addStart(const TemporaryFolder& memory) {
             fillEvents(folder, 0);
             values["empty"] = timeOfStart(folder);
             prepare(folder);
-            {
-              const Library library(folder, unreachableBackend);
-              reportEvents(1);
-            }
             fillEvents(folder, 100'000);
             values["select"] = timeOfReading(folder, "SELECT * FROM events");
             values["start"] = timeOfStart(folder);

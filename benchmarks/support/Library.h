@@ -4,9 +4,10 @@
 #include <pelorino/PLREngineWrapper.h>
 #include <pelorino/PLRHost.h>
 
-#include <filesystem>
 #include <future>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace pelorino::bench {
 
@@ -41,13 +42,28 @@ class Library final {
 
   /// Returns when everything handed over so far has been carried out.
   static void drain() {
-    std::promise<void> answered;
-    PLRAnalytics::getSDKVersion([&](const std::string&) { answered.set_value(); });
-    answered.get_future().wait();
+    while (!isAnswered()) {
+    }
   }
 
   static std::string databaseFile(const std::string& folder) {
     return folder + "/pelorino/pelorino.db";
+  }
+
+ private:
+  /// False when the question was dropped: one that is asked while the library is being torn down
+  /// goes with it.
+  static bool isAnswered() {
+    auto answered = std::make_shared<std::promise<void>>();
+    auto answer = answered->get_future();
+    PLRAnalytics::getSDKVersion(
+        [answered = std::move(answered)](const std::string&) { answered->set_value(); });
+    try {
+      answer.get();
+      return true;
+    } catch (const std::future_error&) {
+      return false;
+    }
   }
 };
 

@@ -2,11 +2,13 @@
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <stdexcept>
 #include <utility>
 
 #include "Samples.h"
@@ -73,6 +75,16 @@ std::string lineOf(const Row& row, const Runs& runs) {
               verdict(row, values, ratios));
 }
 
+/// The standard output as it was, while what the library prints there goes to the standard error.
+std::FILE* openTable() {
+  std::fflush(stdout);
+  std::FILE* table = ::fdopen(::dup(STDOUT_FILENO), "w");
+  if (table == nullptr || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {
+    throw std::runtime_error("no standard output");
+  }
+  return table;
+}
+
 class TableReporter final : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override { return true; }
@@ -84,14 +96,15 @@ class TableReporter final : public benchmark::BenchmarkReporter {
       return runs.front().run_name.function_name == measurement.name;
     });
     if (found == measurements().end()) return;
-    for (const Row& row : found->rows) std::fputs(lineOf(row, runs).c_str(), stdout);
-    std::fflush(stdout);
+    for (const Row& row : found->rows) std::fputs(lineOf(row, runs).c_str(), table_);
+    std::fflush(table_);
     hasFailed_ |= std::ranges::any_of(runs, [](const Run& one) { return one.error_occurred; });
   }
 
   [[nodiscard]] bool hasFailed() const { return hasFailed_; }
 
  private:
+  std::FILE* const table_ = openTable();
   bool hasFailed_ = false;
 };
 
