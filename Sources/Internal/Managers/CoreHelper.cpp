@@ -30,9 +30,9 @@ std::shared_ptr<User> CoreHelper::defineDefaultUser() {
 
 std::shared_ptr<User> CoreHelper::activateUser(std::shared_ptr<User> user) {
   if (project_->activeUserId != user->idKey) {
+    resetClouser_();  // First: a process that dies in between leaves nobody another's identifiers.
     project_->activeUserId = user->idKey;
     projectRepository_.update(project_);
-    resetClouser_();
   }
   return user;
 }
@@ -75,11 +75,11 @@ std::shared_ptr<User> CoreHelper::insertUser() {
 }
 
 void CoreHelper::changeUserState(const std::shared_ptr<User>& user) {
+  resetClouser_();
   user->previousUserId = user->userId;
   user->userId = userId_;
   user->isDefaultUser = setByDefault_;
   userRepository_.update(user);
-  resetClouser_();
 }
 
 }  // namespace pelorino

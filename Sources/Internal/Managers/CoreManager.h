@@ -38,6 +38,9 @@ class CoreManager final {
   [[nodiscard]] std::shared_ptr<User> createOrActivateDefaultUser(
       const std::string& userId, const std::shared_ptr<Project>& project);
 
+  /// Makes a stored user of the project the active one.
+  void activateUser(const std::shared_ptr<User>& user, const std::shared_ptr<Project>& project);
+
  private:
   std::function<void()> resetToAbsent() const;
 
