@@ -1,0 +1,262 @@
+#include "DeliveryRule.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pelorino {
+namespace {
+
+namespace json = boost::json;
+
+/// The events of packages, in order, packages told apart.
+std::string bodyOf(const json::array& packages) {
+  std::string body;
+  for (const auto& package : packages) body += canonical(package.at("events"));
+  return body;
+}
+
+std::vector<std::string> eventsOf(const json::array& packages) {
+  std::vector<std::string> events;
+  for (const auto& package : packages) {
+    for (const auto& event : package.at("events").as_array()) events.push_back(canonical(event));
+  }
+  return events;
+}
+
+std::string numbered(const char* what, RowKey key) {
+  return std::string(what) + " " + std::to_string(key);
+}
+
+}  // namespace
+
+void DeliveryRule::onRecord(const Record& record, View& view) {
+  ++moment_;
+  using Kind = Record::Kind;
+  if (record.kind == Kind::log && record.text(0).find("] submission failed: ") < 100) {
+    lastFailure_ = moment_;
+  }
+  if (isWrite(record) && std::exchange(isDeletionDue_, false) &&
+      (record.text(0) != "DELETE" || record.text(1) != "events")) {
+    view.fail("packed events are not deleted after their report was stored");
+  }
+  if (record.kind == Kind::request) receive(record, view);
+  if (record.kind == Kind::rest && record.fields.size() == 1) checkRest(view);
+  if (record.kind == Kind::settled) checkSettled(view);
+}
+
+void DeliveryRule::onStatement(const StatementRecord& statement, bool isKept, View& view) {
+  if (statement.is("INSERT", "events") && isKept) storeEvents(statement, view);
+  if (statement.is("DELETE", "events")) deleteEvents(statement, isKept, view);
+  if (statement.is("INSERT", "reports") && isKept) storeReports(statement, view);
+  if (statement.is("DELETE", "reports")) deleteReports(statement, isKept, view);
+}
+
+void DeliveryRule::onStart(View&) {
+  for (auto& [key, event] : events_) {
+    event.report = 0;
+    event.isForgotten = false;
+  }
+  for (auto& [key, report] : reports_) report.isForgotten = false;
+}
+
+void DeliveryRule::storeEvents(const StatementRecord& statement, View& view) {
+  for (const Change& change : statement.changes) {
+    StoredEvent& event = events_[change.key];
+    event.user = integer(change.row[2]);
+    event.json = canonical(json::parse(change.row[3].value_or("")));
+    if (!view.tables.has("users", event.user)) view.fail("an event of no known user is stored");
+  }
+}
+
+void DeliveryRule::deleteEvents(const StatementRecord& statement, bool isKept, View& view) {
+  const auto packed = std::exchange(packed_, {});
+  isDeletionDue_ = false;
+  if (!isKept) {
+    for (const RowKey key : packed) events_[key].isForgotten = true;
+    for (auto& [key, event] : events_) {
+      if (!view.tables.has("users", event.user)) event.isForgotten = true;
+    }
+    return;
+  }
+  for (const Change& change : statement.changes) {
+    StoredEvent& event = events_[change.key];
+    if (event.report != 0 && !reports_[event.report].isGone) continue;
+    if (!view.isTrackingGoingOff() && view.tables.has("users", event.user)) {
+      view.fail(numbered("a stored event is deleted without having been packed:", change.key));
+    }
+    event.isDropped = true;
+  }
+}
+
+void DeliveryRule::storeReports(const StatementRecord& statement, View& view) {
+  for (const Change& change : statement.changes) {
+    StoredReport& report = reports_[change.key];
+    const auto packages = json::parse(change.row[2].value_or("[]")).as_array();
+    report.user = integer(change.row[1]);
+    report.body = bodyOf(packages);
+    report.start = view.start;
+    report.stored = moment_;
+
+    auto texts = eventsOf(packages);
+    std::size_t next = 0;
+    for (const auto& [key, row] : view.tables.of("events")) {
+      StoredEvent& event = events_[key];
+      if (event.user != report.user || event.isForgotten) continue;
+      if (next < texts.size() && texts[next] == event.json && event.report == 0) {
+        event.report = change.key;
+        report.events.push_back(key);
+        ++next;
+      } else if (!view.isInDoubt("*")) {
+        view.fail(numbered("a report leaves out or repeats event", key));
+      }
+    }
+    if (next != texts.size())
+      view.fail("a report holds events that are not stored, or not in order");
+
+    const auto config = view.configuration();
+    const auto* count = config.if_contains("countForRequest");
+    if (count != nullptr && !view.isInDoubt("projects")) {
+      const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(1, count->as_int64()));
+      if (packages.size() != (texts.size() + limit - 1) / limit) {
+        view.fail("a report has another number of packages than the configuration says");
+      }
+    }
+    packed_ = report.events;
+    isDeletionDue_ = true;
+  }
+}
+
+void DeliveryRule::deleteReports(const StatementRecord& statement, bool isKept, View& view) {
+  if (!isKept) {
+    for (auto& [key, report] : reports_) {
+      const bool isOrphan = !view.tables.has("users", report.user);
+      if (report.answer == Answer::arrived) report.isDeletionRefused = true;
+      if (report.answer == Answer::arrived || isOrphan) report.isForgotten = true;
+    }
+    return;
+  }
+  for (const Change& change : statement.changes) {
+    StoredReport& report = reports_[change.key];
+    report.isGone = true;
+    report.goneLife = view.life;
+    if (report.answer == Answer::arrived) continue;
+    if (!view.isTrackingGoingOff() && view.tables.has("users", report.user)) {
+      view.fail(numbered("a report is deleted before it was delivered:", change.key));
+    }
+    drop(report);
+  }
+}
+
+void DeliveryRule::drop(StoredReport& report) {
+  for (const RowKey key : report.events) events_[key].isDropped = true;
+}
+
+DeliveryRule::StoredReport* DeliveryRule::reportWith(const std::string& body, RowKey& key) {
+  StoredReport* found = nullptr;
+  // The one that waits longest; else whichever was the last.
+  for (auto& [number, report] : reports_) {
+    if (report.body != body) continue;
+    found = &report;
+    key = number;
+    if (!report.isGone && report.answer != Answer::arrived) break;
+  }
+  return found;
+}
+
+void DeliveryRule::receive(const Record& request, View& view) {
+  if (!request.text(0).ends_with("/analytics/report")) return;
+  const auto body = json::parse(request.text(1));
+  const auto& reports = body.at("reports").as_array();
+  if (reports.size() != 1) view.fail("a request holds another number of reports than one");
+  const auto& packages = reports.at(0).at("packages").as_array();
+  RowKey key = 0;
+  StoredReport* report = reportWith(bodyOf(packages), key);
+  if (report == nullptr) return receiveFlash(packages, view);
+  receiveStored(*report, key, request, view);
+}
+
+void DeliveryRule::receiveFlash(const json::array& packages, View& view) {
+  bool isFlash = packages.size() == 1 && packages[0].at("events").as_array().size() == 1;
+  if (isFlash) {
+    const auto& event = packages[0].at("events").as_array()[0].as_object();
+    isFlash = event.at("code") == "al" ||
+              (event.at("code") == "ts" && event.at("trackingAllowed") == false);
+  }
+  if (!isFlash) view.fail("something is sent that was never stored: " + bodyOf(packages));
+}
+
+void DeliveryRule::receiveStored(StoredReport& report, RowKey key, const Record& request,
+                                 View& view) {
+  if (report.answer == Answer::arrived && report.answerLife == view.life &&
+      !report.isDeletionRefused) {
+    view.fail(numbered("a report is sent again although its answer has arrived:", key));
+  }
+  if (report.isGone && report.goneLife < view.life) {
+    view.fail(numbered("a report is sent that is not stored any more:", key));
+  }
+  for (const auto& [number, row] : view.tables.of("reports")) {
+    const StoredReport& earlier = reports_[number];
+    if (number >= key) break;
+    if (earlier.user != report.user || earlier.isForgotten || view.isInDoubt("*")) continue;
+    if (earlier.answer != Answer::arrived) {
+      view.fail(numbered("a report overtakes an earlier one of its user:", key));
+    }
+  }
+  if (request.text(2) != "accepted") return;
+  for (const RowKey event : report.events) ++events_[event].deliveries;
+  report.answer = request.text(3) == "answered" ? Answer::arrived : Answer::lost;
+  report.answerLife = view.life;
+}
+
+void DeliveryRule::checkRest(const View& view) {
+  if (isDeletionDue_) view.fail("packed events are still there at rest");
+  for (const auto& [key, row] : view.tables.of("reports")) {
+    const StoredReport& report = reports_[key];
+    if (report.isForgotten || view.isInDoubt("*")) continue;
+    if (report.answer == Answer::arrived) {
+      if (report.answerLife == view.life && !report.isDeletionRefused) {
+        view.fail(numbered("a delivered report is still stored at rest:", key));
+      }
+    } else if (report.start == view.start && lastFailure_ < report.stored) {
+      view.fail(numbered("at rest, with no failure since, a report has not been sent:", key));
+    }
+  }
+}
+
+void DeliveryRule::checkSettled(const View& view) {
+  if (view.isInDoubt("*")) return;
+  for (const char* table : {"events", "reports"}) {
+    for (const auto& [key, row] : view.tables.of(table)) {
+      const bool isEvent = table[0] == 'e';
+      const RowKey user = isEvent ? events_[key].user : reports_[key].user;
+      const bool isForgotten = isEvent ? events_[key].isForgotten : reports_[key].isForgotten;
+      if (isForgotten || !view.tables.has("users", user)) continue;
+      view.fail(numbered("the backend is well, but it has not got a row of", key) + " " + table);
+    }
+  }
+}
+
+void DeliveryRule::onEndOfLife(View& view) {
+  packed_.clear();
+  isDeletionDue_ = false;
+  for (auto& [key, event] : events_) {
+    if (event.deliveries == 0 && !event.isDropped && !view.tables.has("events", key)) {
+      const bool isWaiting = std::ranges::any_of(reports_, [&](const auto& report) {
+        return !report.second.isGone &&
+               std::ranges::find(report.second.events, key) != report.second.events.end();
+      });
+      if (!isWaiting) view.fail(numbered("an event is neither stored nor delivered:", key));
+    }
+  }
+}
+
+void DeliveryRule::onEndOfPlay(View& view) {
+  for (const auto& [key, event] : events_) {
+    const bool isOrphan = !view.tables.has("users", event.user);
+    if (event.deliveries == 0 && !event.isDropped && !isOrphan) {
+      view.fail(numbered("an event was never delivered:", key));
+    }
+  }
+}
+
+}  // namespace pelorino
