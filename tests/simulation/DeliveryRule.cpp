@@ -32,8 +32,15 @@ std::string numbered(const char* what, RowKey key) {
 void DeliveryRule::onRecord(const Record& record, View& view) {
   ++moment_;
   using Kind = Record::Kind;
-  if (record.kind == Kind::log && record.text(0).find("] submission failed: ") < 100) {
-    lastFailure_ = moment_;
+  if (record.kind == Kind::log) {
+    const std::string& line = record.text(0);
+    constexpr std::string_view trying = "INFO Trying to send the Report [";
+    if (line.starts_with(trying)) sending_ = line.substr(trying.size(), 36);
+    if (line.find("] submission failed: ") < 100) {
+      lastFailure_ = moment_;
+      isBatchEnding_ = true;
+    }
+    if (line.starts_with("INFO Send buffered events for user [")) beginBatch();
   }
   if (isWrite(record) && std::exchange(isDeletionDue_, false) &&
       (record.text(0) != "DELETE" || record.text(1) != "events")) {
@@ -57,6 +64,13 @@ void DeliveryRule::onStart(View&) {
     event.isForgotten = false;
   }
   for (auto& [key, report] : reports_) report.isForgotten = false;
+}
+
+void DeliveryRule::beginBatch() {
+  isBatchEnding_ = false;
+  for (auto& [key, report] : reports_) {
+    if (std::exchange(report.isForgottenByBatch, false)) report.due = moment_;
+  }
 }
 
 void DeliveryRule::storeEvents(const StatementRecord& statement, View& view) {
@@ -94,8 +108,10 @@ void DeliveryRule::storeReports(const StatementRecord& statement, View& view) {
     const auto packages = json::parse(change.row[2].value_or("[]")).as_array();
     report.user = integer(change.row[1]);
     report.body = bodyOf(packages);
+    report.uuid = change.row[3].value_or("");
     report.start = view.start;
-    report.stored = moment_;
+    report.due = moment_;
+    report.isForgottenByBatch = isBatchEnding_;
 
     auto texts = eventsOf(packages);
     std::size_t next = 0;
@@ -151,28 +167,19 @@ void DeliveryRule::drop(StoredReport& report) {
   for (const RowKey key : report.events) events_[key].isDropped = true;
 }
 
-DeliveryRule::StoredReport* DeliveryRule::reportWith(const std::string& body, RowKey& key) {
-  StoredReport* found = nullptr;
-  // The one that waits longest; else whichever was the last.
-  for (auto& [number, report] : reports_) {
-    if (report.body != body) continue;
-    found = &report;
-    key = number;
-    if (!report.isGone && report.answer != Answer::arrived) break;
-  }
-  return found;
-}
-
 void DeliveryRule::receive(const Record& request, View& view) {
   if (!request.text(0).ends_with("/analytics/report")) return;
   const auto body = json::parse(request.text(1));
   const auto& reports = body.at("reports").as_array();
   if (reports.size() != 1) view.fail("a request holds another number of reports than one");
   const auto& packages = reports.at(0).at("packages").as_array();
-  RowKey key = 0;
-  StoredReport* report = reportWith(bodyOf(packages), key);
-  if (report == nullptr) return receiveFlash(packages, view);
-  receiveStored(*report, key, request, view);
+  const auto report = std::ranges::find_if(
+      reports_, [&](const auto& known) { return known.second.uuid == sending_; });
+  if (report == reports_.end()) return receiveFlash(packages, view);
+  if (report->second.body != bodyOf(packages)) {
+    view.fail(numbered("a report is sent otherwise than it was stored:", report->first));
+  }
+  receiveStored(report->second, report->first, request, view);
 }
 
 void DeliveryRule::receiveFlash(const json::array& packages, View& view) {
@@ -217,7 +224,8 @@ void DeliveryRule::checkRest(const View& view) {
       if (report.answerLife == view.life && !report.isDeletionRefused) {
         view.fail(numbered("a delivered report is still stored at rest:", key));
       }
-    } else if (report.start == view.start && lastFailure_ < report.stored) {
+    } else if (!view.isTornDown && !report.isForgottenByBatch && report.start == view.start &&
+               lastFailure_ < report.due) {
       view.fail(numbered("at rest, with no failure since, a report has not been sent:", key));
     }
   }

@@ -35,18 +35,21 @@ class DeliveryRule final : public Rule {
   };
   struct StoredReport {
     RowKey user = 0;
+    std::string uuid;
     std::string body;
     std::vector<RowKey> events;
     Answer answer = Answer::none;
     std::int64_t answerLife = 0;
-    std::int64_t start = 0;   ///< In which it was stored.
-    std::int64_t stored = 0;  ///< Moment, in records.
+    std::int64_t start = 0;           ///< In which it was stored.
+    std::int64_t due = 0;             ///< To be sent since this moment, in records.
+    bool isForgottenByBatch = false;  ///< Stored between a failure and the end of its batch.
     bool isForgotten = false;
     bool isDeletionRefused = false;  ///< By the disk, after it was delivered.
     bool isGone = false;
     std::int64_t goneLife = 0;
   };
 
+  void beginBatch();
   void storeEvents(const StatementRecord& statement, View& view);
   void deleteEvents(const StatementRecord& statement, bool isKept, View& view);
   void storeReports(const StatementRecord& statement, View& view);
@@ -56,15 +59,16 @@ class DeliveryRule final : public Rule {
   void receiveFlash(const boost::json::array& packages, View& view);
   void checkRest(const View& view);
   void checkSettled(const View& view);
-  [[nodiscard]] StoredReport* reportWith(const std::string& body, RowKey& key);
   void drop(StoredReport& report);
 
   std::map<RowKey, StoredEvent> events_;
   std::map<RowKey, StoredReport> reports_;
   std::vector<RowKey> packed_;  ///< Events of the last report, which are to be deleted next.
   bool isDeletionDue_ = false;
+  std::string sending_;  ///< The report that the log has named last.
   std::int64_t moment_ = 0;
   std::int64_t lastFailure_ = 0;
+  bool isBatchEnding_ = false;  ///< It has failed; what comes until the next one waits for that.
 };
 
 }  // namespace pelorino

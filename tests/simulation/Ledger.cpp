@@ -23,9 +23,9 @@ std::int64_t Ledger::sessionTimeout() const {
   return timeout == nullptr ? 600'000 : timeout->as_int64();
 }
 
-void Ledger::beginLife(bool isFaultless) {
+void Ledger::beginLife() {
   ++view_.life;
-  view_.isFaultless = isFaultless;
+  view_.isTornDown = false;
   view_.exclusions.clear();
   calls_.clear();
   start();
@@ -39,8 +39,8 @@ void Ledger::start() {
 
 void Ledger::apply(const Record& record) {
   using Kind = Record::Kind;
-  const bool isError = record.kind == Kind::log &&
-                       record.text(0).starts_with("ERROR [Database Module] Error in");
+  const bool isError =
+      record.kind == Kind::log && record.text(0).starts_with("ERROR [Database Module] Error in");
   if (statement_.isEnded) endStatement(isError);
   view_.time = record.time;
   if (isError) {
@@ -55,6 +55,8 @@ void Ledger::apply(const Record& record) {
   for (const auto& rule : rules_) rule->onRecord(record, view_);
   switch (record.kind) {
     case Kind::hostCall:
+      if (record.text(1) == "destroySDK") view_.isTornDown = true;
+      if (record.text(1) == "initialize") view_.isTornDown = false;
       calls_[record.text(0)] = {record.text(0), record.text(1),
                                 Row(record.fields.begin() + 2, record.fields.end())};
       break;

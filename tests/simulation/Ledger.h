@@ -14,7 +14,7 @@ class Ledger final {
  public:
   Ledger();
 
-  void beginLife(bool isFaultless);
+  void beginLife();
   void apply(const Record& record);
   /// The process is gone; the database file shows what it has left.
   void endLife(const std::string& databasePath);

@@ -71,7 +71,7 @@ void Play::step() {
     device_.call("sendBufferedEvents", {}, [] { PLRAnalytics::sendBufferedEvents(); });
   } else if (choice < 79) {
     device_.call("destroySDK", {}, [] { PLREngineWrapper::destroySDK(); });
-    if (dice_.chance(50)) device_.sleep(milliseconds(dice_.below(70'000)));
+    device_.sleep(milliseconds(dice_.pick({0, 0, 1000, 70'000})));
     initialize();
   } else if (choice < 81) {
     settle();
@@ -228,6 +228,7 @@ void Play::settle() {
   device_.sleep(2min);
   if (!isStarted()) {
     device_.call("destroySDK", {}, [] { PLREngineWrapper::destroySDK(); });
+    device_.sleep(0ms);
     device_.start(false);
     device_.call("initialize", {}, [] { PLRAnalytics::initialize("key"); });
     device_.sleep(2min);

@@ -64,7 +64,7 @@ bool play(std::uint64_t seed, const Options& options) {
   for (plan.number = 1; plan.number <= lives && ledger.findings().empty(); ++plan.number) {
     plan.isFaultless = plan.number == lives;
     plan.sessionTimeout = ledger.sessionTimeout();
-    ledger.beginLife(plan.isFaultless);
+    ledger.beginLife();
     playLife(plan, [&](const Record& record) {
       if (options.isTelling) std::printf("%s\n", record.description().c_str());
       if (ledger.findings().empty()) lastRecords.push_back(record.description());
