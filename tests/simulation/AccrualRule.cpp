@@ -113,7 +113,8 @@ void AccrualRule::report(const StatementRecord& statement, View& view) {
   std::map<std::string, std::int64_t> expected;
   for (auto& [key, sum] : sums_) {
     if (sum.user != integer(row[2]) || sum.isForgotten) continue;
-    expected[sum.kind] = sum.amount;
+    std::int64_t& amount = expected[sum.kind];
+    amount = limited(amount + sum.amount);
     sum.isReported = true;
   }
   const auto amounts = amountsOf(boost::json::parse(*row[3]).as_object());
@@ -133,9 +134,10 @@ void AccrualRule::remove(const StatementRecord& statement, bool isKept, View& vi
   }
   for (const Change& change : statement.changes) {
     const Sum& sum = sums_[change.key];
-    const bool mayGo = sum.user == flushed || flushed == -1 || view.isEverythingExcluded() ||
-                       view.isTrackingGoingOff() || !view.isTracking() ||
-                       view.isInDoubt("projects") || !view.tables.has("users", sum.user);
+    const bool mayGo = sum.isForgotten || sum.user == flushed || flushed == -1 ||
+                       view.isEverythingExcluded() || view.isTrackingGoingOff() ||
+                       !view.isTracking() || view.isInDoubt("projects") ||
+                       !view.tables.has("users", sum.user);
     if (!mayGo) view.fail("sums are deleted without having been reported");
     if (!sum.isReported) dropped_ += sum.amount;
     sums_.erase(change.key);

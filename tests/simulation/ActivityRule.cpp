@@ -71,7 +71,8 @@ void ActivityRule::changeUsers(const StatementRecord& statement, View& view) {
       const bool isInTheWay = view.call && view.call->name == "replace" && before != nullptr &&
                               (*before)[4] == view.call->arguments.at(1);
       const bool isInactive = areUsersMerged_ && change.key != view.activeUser();
-      if (!isInTheWay && !isInactive) view.fail("a user is removed without a reason");
+      if (!isInTheWay && !isInactive && !view.isInDoubt("projects"))
+        view.fail("a user is removed without a reason");
     }
     if (change.verb != "UPDATE" || before == nullptr || (*before)[3] == change.row[3]) continue;
     if (due_ == Due::session && integer(change.row[3]) == openedAt_) {

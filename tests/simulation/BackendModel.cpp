@@ -59,11 +59,12 @@ std::string BackendModel::configuration() {
   std::string json = fmt::format(
       R"({{"timeForRequest":{},"countForRequest":{},"eventParamsCount":20,"sessionTimeout":{},)"
       R"("serverTime":1,"aliveTimeout":{},"userCounting":{})",
-      dice_.pick({120'000, 60'000, 5'000, 1'999}), dice_.pick({10, 10, 3, 1, 0, 50}),
-      dice_.pick({600'000, 600'000, 30'000, 1, 0}), dice_.pick({300'000, 20'000}),
-      dice_.chance(80));
+      dice_.pick({120'000, 60'000, 60'000, 20'000, 20'000, 1'999}),
+      dice_.pick({10, 10, 3, 1, 0, 50}), dice_.pick({600'000, 600'000, 30'000, 1, 0}),
+      dice_.pick({300'000, 20'000}), dice_.chance(80));
   if (dice_.chance(70)) {
-    json += fmt::format(R"(,"currencyAggregationTimeout":{})", dice_.pick({360'000, 20'000, 999}));
+    json += fmt::format(R"(,"currencyAggregationTimeout":{})",
+                        dice_.pick({360'000, 20'000, 20'000, 20'000, 20'000, 999}));
   }
   if (dice_.chance(20)) {
     json += fmt::format(

@@ -188,7 +188,7 @@ void Play::visitBackground() {
     const std::int64_t gap = device_.sessionTimeout() + dice_.pick({-1, 0, 0, 1});
     device_.sleep(milliseconds(std::max<std::int64_t>(gap, 0)));
   } else {
-    device_.sleep(dice_.pick<milliseconds>({0ms, 1s, 5min, 24h}));
+    device_.sleep(dice_.pick<milliseconds>({0ms, 0ms, 1s, 1s, 5min, 5min, 11min, 3h}));
   }
   device_.becomeActive();
 }
@@ -210,7 +210,7 @@ void Play::changeWorld() {
 }
 
 void Play::sleep() {
-  device_.sleep(dice_.pick<milliseconds>({0ms, 0ms, 0ms, 1ms, 500ms, 2s, 15s, 61s, 6min, 20min}));
+  device_.sleep(dice_.pick<milliseconds>({0ms, 0ms, 0ms, 1ms, 500ms, 2s, 15s, 61s, 6min}));
 }
 
 bool Play::isStarted() {
