@@ -28,6 +28,7 @@ class DeliveryRule final : public Rule {
   struct StoredEvent {
     RowKey user = 0;
     std::string json;
+    std::int64_t stored = 0;   ///< Moment, in records.
     RowKey report = 0;         ///< That it has been packed into since the start.
     bool isForgotten = false;  ///< It could not be deleted: known again at the next start.
     bool isDropped = false;
@@ -52,6 +53,8 @@ class DeliveryRule final : public Rule {
   void beginBatch();
   void storeEvents(const StatementRecord& statement, View& view);
   void deleteEvents(const StatementRecord& statement, bool isKept, View& view);
+  /// Of two equal events the library may have packed the other one: has this one take its place.
+  bool passOnPacking(RowKey key);
   void storeReports(const StatementRecord& statement, View& view);
   void deleteReports(const StatementRecord& statement, bool isKept, View& view);
   void receive(const Record& request, View& view);
@@ -68,7 +71,8 @@ class DeliveryRule final : public Rule {
   std::string sending_;  ///< The report that the log has named last.
   std::int64_t moment_ = 0;
   std::int64_t lastFailure_ = 0;
-  bool isBatchEnding_ = false;  ///< It has failed; what comes until the next one waits for that.
+  std::int64_t lastTrigger_ = 0;  ///< The host has had everything sent.
+  bool isBatchEnding_ = false;    ///< It has failed; what comes until the next one waits for that.
 };
 
 }  // namespace pelorino

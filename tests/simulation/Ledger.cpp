@@ -25,7 +25,6 @@ std::int64_t Ledger::sessionTimeout() const {
 
 void Ledger::beginLife() {
   ++view_.life;
-  view_.isTornDown = false;
   view_.exclusions.clear();
   calls_.clear();
   start();
@@ -33,6 +32,7 @@ void Ledger::beginLife() {
 
 void Ledger::start() {
   ++view_.start;
+  view_.isTornDown = false;
   view_.doubts.clear();
   for (const auto& rule : rules_) rule->onStart(view_);
 }
@@ -50,13 +50,12 @@ void Ledger::apply(const Record& record) {
   if (record.kind == Kind::callBegins) {
     view_.call = calls_.at(record.text(0));
     view_.isErrorLogged = false;
+    if (view_.call->name == "destroySDK") view_.isTornDown = true;
   }
   if (record.kind == Kind::log) log(record.text(0));
   for (const auto& rule : rules_) rule->onRecord(record, view_);
   switch (record.kind) {
     case Kind::hostCall:
-      if (record.text(1) == "destroySDK") view_.isTornDown = true;
-      if (record.text(1) == "initialize") view_.isTornDown = false;
       calls_[record.text(0)] = {record.text(0), record.text(1),
                                 Row(record.fields.begin() + 2, record.fields.end())};
       break;

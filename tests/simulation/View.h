@@ -43,7 +43,7 @@ struct View {
   std::int64_t time = 0;
   std::int64_t life = 0;
   std::int64_t start = 0;        ///< Counts the starts of the library: its memory begins afresh.
-  bool isTornDown = false;       ///< The host has asked for it, and not started the library since.
+  bool isTornDown = false;       ///< By the host, and not started since.
   std::optional<HostCall> call;  ///< The one that the incomeQueue is at.
   std::set<std::string> doubts;
   bool isErrorLogged = false;  ///< By the database, since the call began.
