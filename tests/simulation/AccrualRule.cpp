@@ -126,6 +126,8 @@ void AccrualRule::remove(const StatementRecord& statement, bool isKept, View& vi
   isDeletionDue_ = false;
   const RowKey flushed = std::exchange(flushed_, 0);
   if (!isKept) {
+    // For whom it was meant is not known when nothing was to be reported, or no row was reached.
+    if (flushed == 0 || view.isInDoubt("users")) isUnknown_ = true;
     for (auto& [key, sum] : sums_) {
       const bool isMeant = sum.user == flushed || flushed == -1;
       if (isMeant || !view.tables.has("users", sum.user)) sum.isForgotten = true;

@@ -27,7 +27,7 @@ breaks=(
 )
 
 cd "$copy"
-cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Release \
+cmake -S . -B build/debug -G Ninja -DCMAKE_BUILD_TYPE=Debug \
   -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" >/dev/null
 unnoticed=0
 for entry in "${breaks[@]}"; do
@@ -38,8 +38,8 @@ for entry in "${breaks[@]}"; do
     unnoticed=1
     continue
   fi
-  cmake --build build -j "$jobs" --target simulation >build.log 2>&1 || { tail -20 build.log; exit 1; }
-  tally=$(build/tests/simulation --seeds 1 "$count" --jobs "$jobs" | tail -1) || true
+  cmake --build build/debug -j "$jobs" --target simulation >build.log 2>&1 || { tail -20 build.log; exit 1; }
+  tally=$(build/debug/tests/simulation --seeds 1 "$count" --jobs "$jobs" | tail -1) || true
   echo "$tally: $what"
   if [[ $tally == *", 0 broke a rule" ]]; then unnoticed=1; fi
   git checkout --quiet -- "$file"
