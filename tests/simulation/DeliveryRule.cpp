@@ -280,9 +280,9 @@ void DeliveryRule::onEndOfLife(View& view) {
   isDeletionDue_ = false;
   for (auto& [key, event] : events_) {
     if (event.deliveries == 0 && !event.isDropped && !view.tables.has("events", key)) {
-      const bool isWaiting = std::ranges::any_of(reports_, [&](const auto& report) {
+      const bool isWaiting = std::ranges::any_of(reports_, [&, wanted = key](const auto& report) {
         return !report.second.isGone &&
-               std::ranges::find(report.second.events, key) != report.second.events.end();
+               std::ranges::find(report.second.events, wanted) != report.second.events.end();
       });
       if (!isWaiting) view.fail(numbered("an event is neither stored nor delivered:", key));
     }

@@ -230,7 +230,7 @@ void Play::settle() {
     device_.call("destroySDK", {}, [] { PLREngineWrapper::destroySDK(); });
     device_.sleep(0ms);
     device_.start(false);
-    device_.call("initialize", {}, [] { PLRAnalytics::initialize("key"); });
+    device_.call("initialize", {"", std::nullopt}, [] { PLRAnalytics::initialize("key"); });
     device_.sleep(2min);
   }
   device_.call("sendBufferedEvents", {}, [] { PLRAnalytics::sendBufferedEvents(); });
