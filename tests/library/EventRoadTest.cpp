@@ -226,6 +226,28 @@ TEST_F(LibraryTest, AStartDuringTheExchangeOfTheOneBeforeSendsNothingTwice) {
   EXPECT_EQ(rows("SELECT count(*) FROM reports"), "0");
 }
 
+TEST_F(LibraryTest, ALibraryThatIsKeptByAnExchangeSendsNothingBesideTheNextOne) {
+  start();
+  delivered.clear();
+  system.http().setLatency([](const HttpRequest& request) {
+    const bool isAlive = request.body.find(R"("al")") != std::string::npos;
+    return std::chrono::seconds(isAlive ? 50 : 5);
+  });
+  system.advance(std::chrono::minutes(5));
+  report("first");
+  send();
+  report("second");
+  send();  // For when the batch under way has ended.
+  stop();
+  start();
+  system.advance(std::chrono::minutes(2));
+  const auto events = deliveredEvents();
+  EXPECT_EQ(std::ranges::count(events, std::string("al")), 1);
+  for (const char* name : {"first", "second"}) {
+    EXPECT_EQ(std::ranges::count(events, std::string(name)), 1) << name;
+  }
+}
+
 TEST_F(LibraryTest, AProgramThatEndsRightAfterItsFirstCallsLosesNothing) {
   usualStatus.reset();
   PLRAnalytics::initialize("key");

@@ -12,6 +12,7 @@
 #include "NotificationCenter.h"
 #include "PLRAnalyticsConfigurationLocal.h"
 #include "PeopleLogic.h"
+#include "StateManager.h"
 
 namespace pelorino {
 
@@ -58,6 +59,10 @@ class Core final : public std::enable_shared_from_this<Core> {
   void start(const std::string& applicationKey,
              std::optional<PLRAnalyticsConfigurationLocal> configuration);
   [[nodiscard]] std::shared_ptr<CoreFactory> initSubModules(const std::string& applicationKey);
+  /// Null, and a log line, when the stored state can be neither read nor made.
+  [[nodiscard]] std::shared_ptr<StateManager> makeStateManager(
+      CoreFactory& coreFactory, const std::string& applicationKey,
+      const std::optional<std::string>& userId);
   void startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
                   const std::string& applicationKey,
                   const std::optional<PLRAnalyticsConfigurationLocal>& configuration);

@@ -57,21 +57,34 @@ std::shared_ptr<CoreFactory> Core::initSubModules(const std::string& application
   }
 }
 
+std::shared_ptr<StateManager> Core::makeStateManager(CoreFactory& coreFactory,
+                                                     const std::string& applicationKey,
+                                                     const std::optional<std::string>& userId) try {
+  auto deviceManager = std::make_shared<DeviceManager>(
+      coreFactory.identifiersRepository(), coreFactory.toolsRepository(), coreFactory.platform(),
+      System::current().executor());
+  auto coreManager = std::make_shared<CoreManager>(applicationKey, coreFactory.projectRepository(),
+                                                   coreFactory.userRepository());
+  return std::make_shared<StateManager>(std::move(deviceManager), std::move(coreManager),
+                                        coreFactory.userRepository(), userId,
+                                        [weak = weak_from_this()] {
+                                          const auto core = weak.lock();
+                                          return core && core->isEditorMode();
+                                        });
+} catch (const std::exception& error) {
+  Logger::writeLog(PLRLogLevel::error, [&] {
+    return std::string("In the Initialize method an error has occurred: ") + error.what();
+  });
+  return nullptr;
+}
+
 void Core::startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
                       const std::string& applicationKey,
                       const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {
   System& system = System::current();
-  auto deviceManager = std::make_shared<DeviceManager>(coreFactory->identifiersRepository(),
-                                                       coreFactory->toolsRepository(),
-                                                       coreFactory->platform(), system.executor());
-  auto coreManager = std::make_shared<CoreManager>(applicationKey, coreFactory->projectRepository(),
-                                                   coreFactory->userRepository());
-  auto stateManager = std::make_shared<StateManager>(
-      std::move(deviceManager), std::move(coreManager), coreFactory->userRepository(),
-      configuration ? configuration->userId : std::nullopt, [weak = weak_from_this()] {
-        const auto core = weak.lock();
-        return core && core->isEditorMode();
-      });
+  auto stateManager = makeStateManager(*coreFactory, applicationKey,
+                                       configuration ? configuration->userId : std::nullopt);
+  if (!stateManager) return;
   ServiceFactory serviceFactory(coreFactory, std::move(stateManager), system.clock(),
                                 system.executor());
   const auto logic = AnalyticsLogic::make(serviceFactory.analyticsServices(),

@@ -29,8 +29,10 @@ std::shared_ptr<User> CoreHelper::defineDefaultUser() {
 }
 
 std::shared_ptr<User> CoreHelper::activateUser(std::shared_ptr<User> user) {
-  if (project_->activeUserId != user->idKey) {
-    resetClouser_();  // First: a process that dies in between leaves nobody another's identifiers.
+  if (project_->activeUserId == user->idKey) return user;
+  resetClouser_();  // First: a process that dies in between leaves nobody another's identifiers.
+  // A user without a row is active in memory only: the next process must find the one before.
+  if (user->idKey != notStoredRowId) {
     project_->activeUserId = user->idKey;
     projectRepository_.update(project_);
   }
@@ -44,6 +46,9 @@ std::shared_ptr<User> CoreHelper::getCurrentUser() {
         projectUsers_, [&](const auto& user) { return user->idKey == *project_->activeUserId; });
     if (found != projectUsers_.end()) activeUser_ = *found;
   }
+  // The row of the one who was active last may never have been stored: another of that name must
+  // not be made, as the table has no room for two.
+  if (!activeUser_) activeUser_ = userOfProjectNamedAsAsked();
   if (!activeUser_) activeUser_ = insertUser();
   return activeUser_;
 }

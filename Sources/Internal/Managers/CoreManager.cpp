@@ -43,6 +43,15 @@ void CoreManager::activateUser(const std::shared_ptr<User>& user,
   helper.activateUser(user);
 }
 
+bool CoreManager::ensureStored(const std::shared_ptr<User>& user,
+                               const std::shared_ptr<Project>& project) {
+  if (user->idKey != notStoredRowId) return true;
+  if (!userRepository_->insert(user)) return false;
+  project->activeUserId = user->idKey;
+  projectRepository_->update(project);
+  return true;
+}
+
 std::function<void()> CoreManager::resetToAbsent() const {
   return [reset = onIndetifiersReset] {
     if (reset) reset(std::nullopt, std::nullopt, std::nullopt);

@@ -41,6 +41,11 @@ class CoreManager final {
   /// Makes a stored user of the project the active one.
   void activateUser(const std::shared_ptr<User>& user, const std::shared_ptr<Project>& project);
 
+  /// False when the user has no row and none can be made. One that is made now makes the user the
+  /// project's active one.
+  [[nodiscard]] bool ensureStored(const std::shared_ptr<User>& user,
+                                  const std::shared_ptr<Project>& project);
+
  private:
   std::function<void()> resetToAbsent() const;
 

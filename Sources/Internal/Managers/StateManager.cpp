@@ -1,6 +1,7 @@
 #include "StateManager.h"
 
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 #include "Logger.h"
@@ -41,6 +42,8 @@ StateManager::StateManager(std::shared_ptr<DeviceManager> deviceManager,
     Logger::writeLog(PLRLogLevel::debug, "SDK version updated");
   }
   activeProject_ = coreManager_->createOrActivateProject();
+  if (activeProject_->idKey == notStoredRowId)
+    throw std::runtime_error("the project cannot be stored");
   deviceManager_->initializeDeviceId(*activeProject_);
   resetClouser_ = makeReset(deviceManager_, activeProject_);
   coreManager_->onIndetifiersReset = resetClouser_;

@@ -24,7 +24,8 @@ namespace pelorino {
 class StateManager final {
  public:
   /// Finds or makes the project, the device identifiers and the active user. `userId`: absent keeps
-  /// the user of last time, the empty text asks for the default user.
+  /// the user of last time, the empty text asks for the default user. Throws std::runtime_error
+  /// when the project can be neither read nor stored.
   StateManager(std::shared_ptr<DeviceManager> deviceManager,
                std::shared_ptr<CoreManager> coreManager,
                std::shared_ptr<UserRepository> userRepository,
@@ -44,6 +45,12 @@ class StateManager final {
   /// Makes this user of the project active, whatever the accounting of the project.
   void activateUser(const std::shared_ptr<User>& user);
   void replaceUserId(const std::shared_ptr<User>& user, const std::string& userId);
+
+  /// False when the active user has no row, as the disk has refused it and still does: what would
+  /// be stored for that user would be found by nobody.
+  [[nodiscard]] bool activeUserIsStored() {
+    return coreManager_->ensureStored(activeUser_, activeProject_);
+  }
 
   /// What travels beside a request for this user.
   [[nodiscard]] Identifiers getIdentifiers(const User& user) const;

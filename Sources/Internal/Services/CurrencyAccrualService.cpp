@@ -34,6 +34,7 @@ CurrencyAccrualService::CurrencyAccrualService(
 
 void CurrencyAccrualService::addCurrencyAccrual(CurrencyAccrualResource resource) {
   if (!stateManager_->getActiveProject()->trackingAvailable) return;
+  if (!stateManager_->activeUserIsStored()) return;
   resource.userId = stateManager_->getActiveUser()->idKey;
   resource.timestamp = clock_.milliseconds();
   addToSums<AccrualSums>(*currencyAccrualResourcesRepository_, std::move(resource));
@@ -58,7 +59,10 @@ std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService:
     PLRAccrualType type, const User& user) const {
   ResourcesBySource sums;
   for (const auto& row : currencyAccrualResourcesRepository_->ofUser(user.idKey)) {
-    if (row->type == type) sums[row->source][row->name] = row->amount;
+    if (row->type != type) continue;
+    // Rows that could not be deleted come back beside a new one of their kind.
+    std::int64_t& sum = sums[row->source][row->name];
+    sum = boundedSum(sum, row->amount).amount;
   }
   if (sums.empty()) return std::nullopt;
   return sums;

@@ -49,6 +49,8 @@ bool EventsService::passesGates(const Storable& event) const {
 
 void EventsService::createEventForUser(const Storable& event, const User& user) {
   if (!passesGates(event)) return;
+  const bool isActive = &user == stateManager_->getActiveUser().get();
+  if (isActive && !stateManager_->activeUserIsStored()) return;
   const auto object = std::make_shared<EventObject>();
   object->code = event.code();
   object->userId = user.idKey;

@@ -34,6 +34,7 @@ void LevelResourceService::addLevelResource(LevelResource resource) {
   if (!stateManager_->getActiveProject()->trackingAvailable || !user.isResourceAggregationEnable) {
     return;
   }
+  if (!stateManager_->activeUserIsStored()) return;
   resource.userId = user.idKey;
   addToSums<LevelSums>(*levelResourcesRepository_, std::move(resource));
 }

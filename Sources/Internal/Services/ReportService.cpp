@@ -133,6 +133,9 @@ std::vector<Package> ReportService::createPackages(
 }
 
 void ReportService::sendSavedReports() {
+  // An exchange under way may keep a torn down service for a while: what is stored is the next
+  // one's.
+  if (generation_ != newestGeneration) return;
   resendWhenFinish_ = isSending_;
   if (isSending_) return;
   ReportList reports = savedReports();

@@ -1,0 +1,77 @@
+#include "LibraryTest.h"
+
+namespace pelorino {
+namespace {
+
+/// Makes the database refuse new rows of a table, or take them again.
+class RefusedRowTest : public LibraryTest {
+ protected:
+  void refuse(const std::string& table) const {
+    rows("CREATE TRIGGER refusal BEFORE INSERT ON " + table +
+         " BEGIN SELECT RAISE(ABORT, 'refused'); END");
+  }
+  void allow() const { rows("DROP TRIGGER refusal"); }
+};
+
+TEST_F(RefusedRowTest, AUserWhoCouldNotBeStoredIsStoredWithTheNextEvent) {
+  start("anna");
+  refuse("users");
+  PLRAnalytics::setUserId("bert");
+  report("refused");
+  EXPECT_EQ(rows("SELECT count(*) FROM events WHERE userId < 0"), "0");
+  allow();
+  delivered.clear();
+  report("stored");
+  send();
+  ASSERT_FALSE(delivered.empty());
+  EXPECT_EQ(header(delivered.back(), "UserId"), "YmVydA==") << "bert, in Base64";
+  EXPECT_EQ(rows("SELECT userId FROM users WHERE id = (SELECT activeUserId FROM projects)"),
+            "bert");
+}
+
+TEST_F(RefusedRowTest, WhenTheActiveUserHasNoRowTheOneOfThatNameIsTaken) {
+  start();
+  stop();
+  rows("UPDATE projects SET activeUserId = 77");
+  delivered.clear();
+  start();
+  report("boss");
+  send();
+  EXPECT_EQ(deliveredEvents().back(), "boss");
+  EXPECT_EQ(rows("SELECT activeUserId FROM projects"), "1");
+}
+
+TEST_F(RefusedRowTest, WithoutAStoredProjectTheLibraryDoesNotStart) {
+  start();
+  stop();
+  rows("DELETE FROM projects");
+  refuse("projects");
+  start();
+  EXPECT_TRUE(
+      logged("ERROR In the Initialize method an error has occurred: the project cannot be "
+             "stored"));
+  EXPECT_EQ(rows("SELECT count(*) FROM users WHERE projectId < 0"), "0");
+  allow();
+  stop();
+  start();
+  report("boss");
+  send();
+  EXPECT_EQ(deliveredEvents().back(), "boss");
+}
+
+TEST_F(RefusedRowTest, SumsThatCouldNotBeDeletedAreAddedToThoseAfterThem) {
+  start();
+  stop();
+  for (const char* amount : {"23", "91"}) {
+    rows(std::string("INSERT INTO currencyAccrualResources (userId, type, name, amount, source, "
+                     "timestamp) VALUES (1, 0, 'gold', ") +
+         amount + ", 'quest', 1)");
+  }
+  delivered.clear();
+  start();
+  ASSERT_FALSE(delivered.empty());
+  EXPECT_NE(delivered.front().body.find(R"("quest":{"gold":114})"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace pelorino

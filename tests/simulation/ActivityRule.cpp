@@ -1,0 +1,112 @@
+#include "ActivityRule.h"
+
+#include <utility>
+
+namespace pelorino {
+
+using Kind = Record::Kind;
+
+void ActivityRule::onRecord(const Record& record, View& view) {
+  if (record.kind == Kind::log) {
+    const std::string& line = record.text(0);
+    if (line == "DEBUG Start activity") beginActivity(view);
+    if (line == "DEBUG Stop activity") isRunning_ = false;
+    if (line.starts_with("DEBUG The SDK analytics configuration has been received")) {
+      isRunning_ = view.isTracking();
+    }
+  }
+  if (isWrite(record)) checkDue(record, view);
+  if (record.kind == Kind::rest) {
+    if (due_ != Due::nothing && !view.isInDoubt("*")) view.fail("a session is due at rest");
+    checkTimers(record, view);
+  }
+}
+
+void ActivityRule::beginActivity(const View& view) {
+  isRunning_ = true;
+  const Row* user = view.tables.find("users", view.activeUser());
+  if (user == nullptr || view.isInDoubt("users") || view.isInDoubt("projects")) return;
+  const Cell& seen = (*user)[7];
+  const std::int64_t timeout = view.configuration().at("sessionTimeout").as_int64();
+  if (seen && view.time - integer(seen) <= timeout) return;
+  due_ = Due::session;
+  openedAt_ = view.time;
+}
+
+void ActivityRule::checkDue(const Record& statement, View& view) {
+  const std::string what = statement.text(0) + " " + statement.text(1);
+  if (due_ == Due::session && what != "UPDATE users") {
+    view.fail("a session does not open although the user was away for too long");
+  }
+  if (due_ == Due::firstEvent && what != "INSERT events") {
+    view.fail("a session opens without an event");
+    due_ = Due::nothing;
+  }
+}
+
+void ActivityRule::onStatement(const StatementRecord& statement, bool isKept, View& view) {
+  const bool isFirstEvent = due_ == Due::firstEvent && statement.is("INSERT", "events");
+  if (isFirstEvent) due_ = Due::nothing;
+  if (!isKept) {
+    if (due_ == Due::session && statement.is("UPDATE", "users")) due_ = Due::nothing;
+    return;
+  }
+  if (isFirstEvent && statement.changes.front().row[1] != "ss") {
+    view.fail("a session opens without its event");
+  }
+  const bool isAddition = statement.verb == "INSERT" || statement.verb == "UPDATE";
+  const bool isOfTracking = statement.table == "events" || statement.table == "levelResource" ||
+                            statement.table == "currencyAccrualResources";
+  if (isAddition && isOfTracking && !view.isTracking() && !view.isInDoubt("projects")) {
+    view.fail("something is stored while tracking is off: " + statement.table);
+  }
+  if (statement.table == "users") changeUsers(statement, view);
+  if (statement.table == "projects" && statement.verb == "UPDATE") changeProject(statement, view);
+}
+
+void ActivityRule::changeUsers(const StatementRecord& statement, View& view) {
+  for (const Change& change : statement.changes) {
+    const Row* before = view.tables.find("users", change.key);
+    if (change.verb == "DELETE") {
+      const bool isInTheWay = view.call && view.call->name == "replace" && before != nullptr &&
+                              (*before)[4] == view.call->arguments.at(1);
+      const bool isInactive = areUsersMerged_ && change.key != view.activeUser();
+      if (!isInTheWay && !isInactive && !view.isInDoubt("projects"))
+        view.fail("a user is removed without a reason");
+    }
+    if (change.verb != "UPDATE" || before == nullptr || (*before)[3] == change.row[3]) continue;
+    if (due_ == Due::session && integer(change.row[3]) == openedAt_) {
+      due_ = view.isEverythingExcluded() ? Due::nothing : Due::firstEvent;
+    } else if (!view.isInDoubt("users") && !view.isInDoubt("projects")) {
+      view.fail("a session opens although the user was not away for too long");
+    }
+  }
+}
+
+void ActivityRule::changeProject(const StatementRecord& statement, View& view) {
+  const bool before = view.configuration().at("userCounting").as_bool();
+  View after = view;
+  for (const Change& change : statement.changes) after.tables.apply(change);
+  areUsersMerged_ = before && !after.configuration().at("userCounting").as_bool();
+  if (!after.isTracking()) isRunning_ = false;
+}
+
+void ActivityRule::checkTimers(const Record& rest, View& view) {
+  // Beside the four there may be one repeat of the request for the configuration and one of that
+  // for the identifiers.
+  const std::int64_t count = std::stoll(rest.text(0));
+  const std::int64_t least = isRunning_ ? 4 : 0;
+  if (view.isInDoubt("projects") || view.isInDoubt("*")) return;
+  if (count < least || count > least + 2) {
+    view.fail("there are " + rest.text(0) + " timers, where the activity says " +
+              std::to_string(least));
+  }
+}
+
+void ActivityRule::onStart(View&) {
+  due_ = Due::nothing;
+  isRunning_ = false;
+  areUsersMerged_ = false;
+}
+
+}  // namespace pelorino

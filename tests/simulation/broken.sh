@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# Shows that the simulation sees: breaks the library in one way after the other, in a copy of the
+# last commit, and counts the seeds that notice. tests/simulation/broken.sh [COUNT], 300 seeds each
+# unless said otherwise. Fails when a break goes unnoticed, or can no longer be made.
+source "$(dirname -- "${BASH_SOURCE[0]}")/../../scripts/lib.sh"
+
+count=${1:-300}
+copy=$(mktemp -d)
+trap 'git -C "$root" worktree remove --force "$copy"' EXIT
+git -C "$root" worktree add --quiet --detach "$copy"
+export CCACHE_BASEDIR=$copy CCACHE_NOHASHDIR=1
+
+services=Sources/Internal/Services
+# What is broken | where | how, for sed.
+breaks=(
+  "events are deleted before their report is stored|$services/ReportService.cpp|s/^  if (!reportsRepository_->insert(report)) return;/  eventRepository_->deleteItems(events); &/"
+  "the report's failure to be stored is ignored|$services/ReportService.cpp|s/^  if (!reportsRepository_->insert(report)) return;/  static_cast<void>(reportsRepository_->insert(report));/"
+  "a trigger during a batch is forgotten|$services/ReportService.cpp|s/^  resendWhenFinish_ = isSending_;//"
+  "any answer is taken for a delivery|$services/ReportService.cpp|s/^  if (failure) {/  if (failure \&\& backend_ == nullptr) {/"
+  "a batch goes on after a failure|$services/ReportService.cpp|s/return self && self->send(report);/return self \&\& (self->send(report) || true);/"
+  "events of a batch lose their order|$services/ReportService.cpp|s/^  auto packages = createPackages(events);/  auto turned = events; std::ranges::reverse(turned); auto packages = createPackages(turned);/"
+  "a batch ends past the queue that guards its flags|$services/ReportService.cpp|s/^  QueueManager::incomeQueue().addOperation(\[weak, succeeded\] {/  QueueManager::configBackQueue().addOperation([weak, succeeded] {/"
+  "the time-out itself opens a session|$services/ActivityService.cpp|s/return gap > sessionTimeout;/return gap >= sessionTimeout;/"
+  "sums are deleted before they are reported|Sources/Internal/Modules/Analytics/AnalyticsLogicAccruals.cpp|s/^  services.eventsService->addEvent(/  sums.removeResources(user); &/"
+  "tracking that is off is not looked at|$services/EventsService.cpp|s/if (!project.trackingAvailable)/if (project.idKey < 0)/"
+  "timers go on in the background|Sources/Internal/Modules/Analytics/AnalyticsLogicActivity.cpp|s/^  services_.timerService->stopTimers();//"
+)
+
+cd "$copy"
+cmake -S . -B build/debug -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+  -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" >/dev/null
+unnoticed=0
+for entry in "${breaks[@]}"; do
+  IFS='|' read -r what file how <<<"${entry//||/@@}"
+  sed -i "${how//@@/||}" "$file"
+  if git diff --quiet; then
+    echo "cannot be made any more: $what"
+    unnoticed=1
+    continue
+  fi
+  cmake --build build/debug -j "$jobs" --target simulation >build.log 2>&1 || { tail -20 build.log; exit 1; }
+  tally=$(build/debug/tests/simulation --seeds 1 "$count" --jobs "$jobs" | tail -1) || true
+  echo "$tally: $what"
+  if [[ $tally == *", 0 broke a rule" ]]; then unnoticed=1; fi
+  git checkout --quiet -- "$file"
+done
+exit "$unnoticed"
