@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,14 +13,14 @@ namespace pelorino {
 namespace {
 
 using Lines = std::vector<std::string>;
-using Parameters = ValidatorRules::Parameters;
+using Parameters = AnyCodable::Object;
 
 std::string error(const std::string& method, const std::string& rest) {
   return "ERROR In the " + method + " method an error has occurred: \n\t" + rest;
 }
 
 std::string warning(const std::string& method, const std::string& label, const std::string& text,
-                    int length) {
+                    std::size_t length) {
   return "WARNING In the " + method + " method an error has occurred:\n\t" + label + ": " + text +
          " is longer than it is permitted.\n\tThe string was truncated to '" +
          std::to_string(length) + "'!";
@@ -28,22 +30,322 @@ std::string canceled(const std::string& method) {
   return "ERROR Execution of the " + method + " method was canceled!";
 }
 
-TEST(ValidatorRules, ApplicationKeyIsCleanedAndCutAndMustHaveContent) {
-  const auto expectKey = [](const std::string& key, const std::optional<std::string>& want,
-                            const Lines& lines) {
-    const LogCapture log;
-    EXPECT_EQ(ValidatorRules::validateInitializeKey(key), want);
-    EXPECT_EQ(log.lines(), lines);
+using Rules = ValidatorRules;
+
+/// Sends a value through a rule as one field of a call that is good apart from it.
+template <class Call, class Field>
+auto through(std::optional<Call> (*rule)(Call), Call call, Field Call::*field) {
+  return [=](const Field& value) mutable -> std::optional<Field> {
+    call.*field = value;
+    const std::optional<Call> repaired = rule(call);
+    if (!repaired) return std::nullopt;
+    return (*repaired).*field;
   };
-  const std::string label = "The application key argument value";
-  const std::string atLimit(255, 'k');
-  expectKey("\n" + atLimit, atLimit, {});
-  expectKey(atLimit + "k", atLimit, {warning("Initialize", label, atLimit + "k", 255)});
-  std::string accents;
-  for (int i = 0; i < 255; ++i) accents += "e\u0301";
-  expectKey(accents, accents, {});
-  expectKey("\t\u200B", std::nullopt,
-            {error("Initialize", label + " is empty!"), canceled("Initialize")});
+}
+
+using Balances = std::optional<Resources> (*)(Resources);
+
+std::optional<Resources> levelUp(Resources balances) {
+  return Rules::validateLevelUp({2, std::move(balances)})->balances;
+}
+std::optional<Resources> payment(Resources price) {
+  return Rules::validateVirtualCurrencyPayment({"i", "t", 1, std::move(price)})->resources;
+}
+std::optional<Resources> spent(Resources amounts) {
+  return Rules::validateFinishProgressionEvent({"n", {true, 0, std::move(amounts), {}}})
+      ->parameters.spent;
+}
+std::optional<Resources> earned(Resources amounts) {
+  return Rules::validateFinishProgressionEvent({"n", {true, 0, {}, std::move(amounts)}})
+      ->parameters.earned;
+}
+
+/// The key and the amount of a dictionary's other entry, as it comes out beside ("~", 1).
+std::function<std::optional<std::string>(const std::string&)> key(Balances rule) {
+  return [rule](const std::string& given) -> std::optional<std::string> {
+    const Resources kept = *rule({{given, 1}, {"~", 1}});
+    return kept.size() == 2 ? std::optional(kept.begin()->first) : std::nullopt;
+  };
+}
+std::function<std::optional<std::int64_t>(std::int64_t)> amount(Balances rule) {
+  return [rule](std::int64_t given) -> std::optional<std::int64_t> {
+    const Resources kept = *rule({{"k", given}, {"~", 1}});
+    return kept.size() == 2 ? std::optional(kept.at("k")) : std::nullopt;
+  };
+}
+
+/// What becomes of a bad argument: the call ends, the entry is dropped, it becomes absent, it
+/// stays.
+enum class Bad { rejects, drops, leaves, stays };
+using enum Bad;
+
+/// A label with what was given in the place of its star.
+std::string labelOf(std::string label, const std::string& given) {
+  const std::size_t star = label.find('*');
+  return star == std::string::npos ? label : label.replace(star, 1, given);
+}
+
+TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
+  using Text = std::string;
+  using Result = std::optional<Text>;
+  struct Row {
+    const char* method;
+    const char* label;
+    std::size_t limit;
+    Bad outcome;
+    std::function<Result(const Text&)> run;
+  };
+  const AdImpressionCall ad{"n", 0.0, {}, {}};
+  const CurrencyAccrualCall accrual{"c", 1, "s", PLRAccrualType::bought};
+  const VirtualCurrencyPaymentCall price{"i", "t", 1, {{"r", 1}}};
+  const RealCurrencyPaymentCall real{"o", 1.0, "p", "EUR"};
+  const auto parameterKey = [](const Text& text) -> Result {
+    const auto kept = Rules::validateCustomEvent({"n", {{text, "v"}}})->params;
+    return kept.empty() ? std::nullopt : Result(kept.begin()->first);
+  };
+  const auto parameterText = [](const Text& text) -> Result {
+    const auto kept = Rules::validateCustomEvent({"n", {{"k", text}}})->params;
+    return kept.empty() ? std::nullopt : Result(*kept.at("k").text());
+  };
+  const auto referrer = [](const Text& text) -> Result {
+    const auto kept = Rules::validateReferrer({{"source", "s"}, {"term", text}});
+    return kept->contains("term") ? Result(kept->at("term")) : std::nullopt;
+  };
+  const auto source = [](const Text& text) {
+    return Rules::validateStartProgressionEvent({"n", {0, text}})->parameters.source;
+  };
+  const Row rows[] = {
+      {"Initialize", "The application key argument value", 255, rejects,
+       Rules::validateInitializeKey},
+      {"SetUserId", "The user id argument value", 64, drops,
+       [](auto& id) { return Rules::validateUserId("SetUserId", id); }},
+      {"replaceUserId", "The user id argument value", 64, rejects,
+       through(Rules::validateReplaceUserId, {"p", "u"}, &ReplaceUserIdCall::prevUserName)},
+      {"replaceUserId", "The user id argument value", 64, rejects,
+       through(Rules::validateReplaceUserId, {"p", "u"}, &ReplaceUserIdCall::userName)},
+      {"LevelUp", "The [*] key of the balances dictionary", 24, drops, key(levelUp)},
+      {"CurrentBalance", "The [*] key of the balances dictionary", 24, drops,
+       key(Rules::validateCurrentBalance)},
+      {"CustomEvent", "The custom event name", 72, rejects,
+       through(Rules::validateCustomEvent, {}, &CustomEventCall::name)},
+      {"CustomEvent", "The key of the parameters dictionary", 32, drops, parameterKey},
+      {"CustomEvent", "The value of the parameters dictionary by [k] key", 255, drops,
+       parameterText},
+      {"CurrencyAccrual", "The currency name", 24, rejects,
+       through(Rules::validateCurrencyAccrual, accrual, &CurrencyAccrualCall::currencyName)},
+      {"CurrencyAccrual", "The source", 32, rejects,
+       through(Rules::validateCurrencyAccrual, accrual, &CurrencyAccrualCall::source)},
+      {"VirtualCurrencyPayment", "The [*] key of the resources dictionary", 24, drops,
+       key(payment)},
+      {"VirtualCurrencyPayment", "The purchase identifier", 32, rejects,
+       through(Rules::validateVirtualCurrencyPayment, price,
+               &VirtualCurrencyPaymentCall::purchaseId)},
+      {"VirtualCurrencyPayment", "The purchase type", 96, rejects,
+       through(Rules::validateVirtualCurrencyPayment, price,
+               &VirtualCurrencyPaymentCall::purchaseType)},
+      {"StartProgressionEvent", "The event name argument value", 40, rejects,
+       through(Rules::validateStartProgressionEvent, {}, &StartProgressionEventCall::eventName)},
+      {"StartProgressionEvent", "The source parameter value", 40, stays, source},
+      {"FinishProgressionEvent", "The event name argument value", 40, rejects,
+       through(Rules::validateFinishProgressionEvent, {}, &FinishProgressionEventCall::eventName)},
+      {"FinishProgressionEvent", "The [*] key of the spent dictionary", 24, drops, key(spent)},
+      {"FinishProgressionEvent", "The [*] key of the earned dictionary", 24, drops, key(earned)},
+      {"RealCurrencyPayment", "The order id argument value", 65, rejects,
+       through(Rules::validateRealCurrencyPayment, real, &RealCurrencyPaymentCall::orderId)},
+      {"RealCurrencyPayment", "The product id parameter value", 255, rejects,
+       through(Rules::validateRealCurrencyPayment, real, &RealCurrencyPaymentCall::productId)},
+      {"SocialNetworkConnect", "The social network name argument value", 24, rejects,
+       Rules::validateSocialNetworkConnect},
+      {"SocialNetworkPost", "The social network name argument value", 24, rejects,
+       through(Rules::validateSocialNetworkPost, {"n", "r"}, &SocialNetworkPostCall::name)},
+      {"SocialNetworkPost", "The post reason argument value", 32, rejects,
+       through(Rules::validateSocialNetworkPost, {"n", "r"}, &SocialNetworkPostCall::reason)},
+      {"Referrer", "The [*] value of the utm data dictionary by [term] key", 255, drops, referrer},
+      {"AdImpression", "The network argument value", 100, rejects,
+       through(Rules::validateAdImpression, ad, &AdImpressionCall::network)},
+      {"AdImpression", "The placement argument value", 100, leaves,
+       [&](auto& text) {
+         return *through(Rules::validateAdImpression, ad, &AdImpressionCall::placement)(text);
+       }},
+      {"AdImpression", "The unit argument value", 100, leaves,
+       [&](auto& text) {
+         return *through(Rules::validateAdImpression, ad, &AdImpressionCall::unit)(text);
+       }},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::string(row.method) + ": " + row.label);
+    const auto expect = [&](const Text& given, const Result& want, const Lines& lines) {
+      const LogCapture log;
+      EXPECT_EQ(row.run(given), want);
+      EXPECT_EQ(log.lines(), lines);
+    };
+    const Text atLimit(row.limit, 'x');
+    Text accents;
+    for (std::size_t i = 0; i < row.limit; ++i) accents += "e\u0301";
+    expect("\n" + atLimit + "\u200B", atLimit, {});
+    expect(accents, accents, {});
+    expect(atLimit + "y", atLimit,
+           {warning(row.method, labelOf(row.label, atLimit + "y"), atLimit + "y", row.limit)});
+
+    Lines lines;
+    if (row.outcome == rejects || row.outcome == drops) {
+      lines.push_back(error(row.method, labelOf(row.label, "") + " is empty!"));
+    }
+    if (row.outcome == rejects) lines.push_back(canceled(row.method));
+    expect("\t\u200B", row.outcome == stays ? Result("") : std::nullopt, lines);
+  }
+  EXPECT_EQ(Rules::validateSocialNetworkConnect(Text(10'000'000, 'n')), Text(24, 'n'));
+}
+
+TEST(ValidatorRules, AnIntegerLiesBetweenItsBounds) {
+  using Integer = std::int64_t;
+  constexpr Integer most = std::numeric_limits<Integer>::max();
+  constexpr Integer least = std::numeric_limits<Integer>::min();
+  constexpr Integer most32 = std::numeric_limits<std::int32_t>::max();
+  struct Row {
+    const char* method;
+    const char* label;
+    Integer min;
+    Integer max;
+    Bad outcome;
+    std::function<std::optional<Integer>(Integer)> run;
+  };
+  const auto difficulty = [](Integer value) {
+    const auto call = Rules::validateStartProgressionEvent({"n", {value, {}}});
+    return call ? call->parameters.difficulty : std::nullopt;
+  };
+  const auto duration = [](Integer value) {
+    const auto call = Rules::validateFinishProgressionEvent({"n", {true, value, {}, {}}});
+    return call ? std::optional(call->parameters.duration) : std::nullopt;
+  };
+  const Row rows[] = {
+      {"SetCurrentLevel", "The level argument value", 1, most32 - 1, rejects,
+       Rules::validateCurrentLevel},
+      {"LevelUp", "The level argument value", 1, most32 - 1, rejects,
+       through(Rules::validateLevelUp, {}, &LevelUpCall::level)},
+      {"LevelUp", "The value of the balances dictionary", least, most, drops, amount(levelUp)},
+      {"CurrentBalance", "The value of the balances dictionary", least, most, drops,
+       amount(Rules::validateCurrentBalance)},
+      {"CurrencyAccrual", "The currency amount", 1, most32, rejects,
+       through(Rules::validateCurrencyAccrual, {"c", 1, "s", {}},
+               &CurrencyAccrualCall::currencyAmount)},
+      {"VirtualCurrencyPayment", "The purchase amount", 1, most32, rejects,
+       through(Rules::validateVirtualCurrencyPayment, {"i", "t", 1, {{"r", 1}}},
+               &VirtualCurrencyPaymentCall::purchaseAmount)},
+      {"VirtualCurrencyPayment", "The value of the resources dictionary", 1, most32, drops,
+       amount(payment)},
+      {"StartProgressionEvent", "The difficulty parameter value", 0, most32, rejects, difficulty},
+      {"FinishProgressionEvent", "The duration parameter value", 0, most32, rejects, duration},
+      {"FinishProgressionEvent", "The value of the spent dictionary", 1, most, drops,
+       amount(spent)},
+      {"FinishProgressionEvent", "The value of the earned dictionary", 1, most, drops,
+       amount(earned)},
+      {"Tutorial", "The step argument value", -2, most32, rejects, Rules::validateTutorial},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::string(row.method) + ": " + row.label);
+    const auto expectFailure = [&](Integer value, const char* words, Integer bound) {
+      const LogCapture log;
+      EXPECT_EQ(row.run(value), std::nullopt);
+      Lines lines{error(row.method, std::string(row.label) + " [" + std::to_string(value) +
+                                        "] is " + words + " [" + std::to_string(bound) +
+                                        "] permitted value!")};
+      if (row.outcome == rejects) lines.push_back(canceled(row.method));
+      EXPECT_EQ(log.lines(), lines);
+    };
+    if (row.min != least) expectFailure(row.min - 1, "less than the min", row.min);
+    if (row.max != most) expectFailure(row.max + 1, "greater than the max", row.max);
+    const LogCapture log;
+    EXPECT_EQ(row.run(row.min), row.min);
+    EXPECT_EQ(row.run(row.max), row.max);
+    EXPECT_EQ(log.lines(), Lines());
+  }
+}
+
+TEST(ValidatorRules, APriceIsFiniteAndARevenueNotNegativeEither) {
+  using Limits = std::numeric_limits<double>;
+  const struct {
+    double value;
+    bool isPrice;
+    bool isRevenue;
+  } rows[] = {
+      {-0.0, true, true},
+      {Limits::denorm_min(), true, true},
+      {Limits::max(), true, true},
+      {Limits::lowest(), true, false},
+      {-Limits::denorm_min(), true, false},
+      {Limits::infinity(), false, false},
+      {-Limits::infinity(), false, false},
+      {Limits::quiet_NaN(), false, false},
+  };
+  for (const auto& [value, isPrice, isRevenue] : rows) {
+    EXPECT_EQ(Rules::validateRealCurrencyPayment({"o", value, "p", "EUR"}).has_value(), isPrice)
+        << value;
+    EXPECT_EQ(Rules::validateAdImpression({"n", value, {}, {}}).has_value(), isRevenue) << value;
+  }
+}
+
+TEST(ValidatorRules, ACurrencyCodeIsMeasuredCleanAndGoesOnAsItCame) {
+  auto code = through(Rules::validateRealCurrencyPayment, {"o", 1.0, "p", ""},
+                      &RealCurrencyPaymentCall::currencyCode);
+  for (const std::string given : {"EUR", "E\nUR", "e\u0301UR"}) EXPECT_EQ(code(given), given);
+}
+
+TEST(ValidatorRules, EveryBadArgumentIsToldInOrderBeforeTheVerdict) {
+  const auto expect = [](const char* method, const auto& rule, const auto& call,
+                         const Lines& beginnings) {
+    SCOPED_TRACE(method);
+    const LogCapture log;
+    EXPECT_FALSE(rule(call).has_value());
+    Lines lines = log.lines();
+    ASSERT_EQ(lines.size(), beginnings.size() + 1);
+    for (std::size_t i = 0; i < beginnings.size(); ++i) {
+      const std::string want = error(method, beginnings[i]);
+      EXPECT_EQ(lines[i].substr(0, want.size()), want);
+    }
+    EXPECT_EQ(lines.back(), canceled(method));
+  };
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const std::string id = "The user id argument value is empty!";
+  expect("replaceUserId", Rules::validateReplaceUserId, ReplaceUserIdCall{}, {id, id});
+  expect("LevelUp", Rules::validateLevelUp, LevelUpCall{0, {{"\n", 1}}},
+         {"The level argument value [0]", "The [] key of"});
+  expect("CurrentBalance", Rules::validateCurrentBalance, Resources{{"\n", 1}},
+         {"The [] key of", "The balance parameter value is empty!"});
+  expect("CustomEvent", Rules::validateCustomEvent, CustomEventCall{"\n", {{"k", ""}}},
+         {"The value of the parameters dictionary by [k] key", "The custom event name"});
+  expect("CurrencyAccrual", Rules::validateCurrencyAccrual, CurrencyAccrualCall{},
+         {"The currency name", "The source", "The currency amount"});
+  expect("StartProgressionEvent", Rules::validateStartProgressionEvent,
+         StartProgressionEventCall{"", {-1, ""}}, {"The event name", "The difficulty"});
+  expect("FinishProgressionEvent", Rules::validateFinishProgressionEvent,
+         FinishProgressionEventCall{"", {true, -1, {{"s", 0}}, {{"e", 0}}}},
+         {"The event name", "The duration", "The value of the spent", "The value of the earned"});
+  expect("RealCurrencyPayment", Rules::validateRealCurrencyPayment,
+         RealCurrencyPaymentCall{"", nan, "", "E\nU"},
+         {"The currency code parameter value is invalid\n\tParameter [EU] length must be equal to "
+          "[3].",
+          "The price argument value \n\tParameter cannot be NAN.", "The order id", "The product"});
+  expect("SocialNetworkPost", Rules::validateSocialNetworkPost, SocialNetworkPostCall{},
+         {"The social network", "The post reason"});
+  expect("Referrer", Rules::validateReferrer, ReferrerCall{{"term", ""}},
+         {"The [] value of", "The referrer argument value is empty!"});
+  expect("AdImpression", Rules::validateAdImpression, AdImpressionCall{"", nan, {}, {}},
+         {"The network", "The revenue argument value \n\tParameter cannot be NAN."});
+
+  const LogCapture log;
+  EXPECT_FALSE(Rules::validateVirtualCurrencyPayment({}).has_value());
+  EXPECT_EQ(log.lines().at(1), "ERROR VirtualCurrencyPayment has empty Resources dictionary!");
+  EXPECT_EQ(log.lines().size(), 5U) << "amount, resources, identifier, type, verdict";
+}
+
+TEST(ValidatorRules, OfKeysThatBecomeEqualTheLaterOneStays) {
+  const std::string longKey(24, 'k');
+  EXPECT_EQ(levelUp({{"\n", 3}, {"b\n", 4}, {"b\t", 5}, {longKey + "1", 1}, {longKey + "2", 2}}),
+            (Resources{{"b", 4}, {longKey, 2}}));
+  Resources many;
+  for (int i = 0; i < 10'000; ++i) many.emplace("resource " + std::to_string(i), i);
+  EXPECT_EQ(levelUp(many), many);
 }
 
 TEST(ValidatorRules, ABadFieldOfTheConfigurationIsRemovedWithoutCancelling) {
@@ -82,7 +384,7 @@ TEST(ValidatorRules, ABadParameterCostsOnlyItself) {
   const auto expectParameters = [](const Parameters& given, const Parameters& want,
                                    const Lines& lines) {
     const LogCapture log;
-    const auto event = ValidatorRules::validateCustomEvent("boss", given);
+    const auto event = ValidatorRules::validateCustomEvent({"boss", given});
     ASSERT_TRUE(event.has_value());
     EXPECT_EQ(event->name, "boss");
     EXPECT_EQ(event->params, want);
@@ -103,8 +405,6 @@ TEST(ValidatorRules, ABadParameterCostsOnlyItself) {
   expectParameters({{longKey, longText}}, {{std::string(32, 'k'), std::string(255, 't')}},
                    {warning("CustomEvent", keyLabel, longKey, 32),
                     warning("CustomEvent", valueLabel(longKey), longText, 255)});
-  expectParameters({{"good", 1}, {"k", "\n"}}, {{"good", 1}},
-                   {error("CustomEvent", valueLabel("k") + " is empty!")});
   expectParameters({{"\n", AnyCodable()}}, {},
                    {error("CustomEvent", keyLabel + " is empty!"),
                     error("CustomEvent", valueLabel("") + " is nil!")});
@@ -118,19 +418,6 @@ TEST(ValidatorRules, ABadParameterCostsOnlyItself) {
   expectParameters({{"a\n", 1}, {"a\u200B", 2}}, {{"a", 2}}, {});
   expectParameters({{"a\n", 1}, {"a\u200B", ""}}, {{"a", 1}},
                    {error("CustomEvent", valueLabel("a") + " is empty!")});
-}
-
-TEST(ValidatorRules, ABadNameOfACustomEventRejectsAfterTheParametersWereWalked) {
-  const std::string label = "The custom event name";
-  const LogCapture log;
-  EXPECT_FALSE(ValidatorRules::validateCustomEvent("\n", {{"k", ""}}).has_value());
-  EXPECT_EQ(ValidatorRules::validateCustomEvent("\t" + std::string(73, 'n'), {})->name,
-            std::string(72, 'n'));
-  EXPECT_EQ(
-      log.lines(),
-      (Lines{error("CustomEvent", "The value of the parameters dictionary by [k] key is empty!"),
-             error("CustomEvent", label + " is empty!"), canceled("CustomEvent"),
-             warning("CustomEvent", label, std::string(73, 'n'), 72)}));
 }
 
 }  // namespace

@@ -199,9 +199,7 @@ void PLRAnalytics::virtualCurrencyPayment(std::string_view purchaseId,
 void PLRAnalytics::currencyAccrual(std::string_view currencyName, std::int64_t currencyAmount,
                                    std::string_view source, PLRAccrualType accrualType) noexcept {
   report("currencyAccrual", &AnalyticsProxy::currencyAccrual, [&] {
-    return CurrencyAccrualCall{
-        copied(currencyName), currencyAmount, copied(source),
-        PLRAccrualTypeFromRaw(static_cast<int>(accrualType)).value_or(PLRAccrualType::earned)};
+    return CurrencyAccrualCall{copied(currencyName), currencyAmount, copied(source), accrualType};
   });
 }
 

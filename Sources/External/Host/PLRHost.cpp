@@ -78,6 +78,10 @@ void PLRHost::setApplicationState(PLRApplicationState state) noexcept {
              [&] { Host::setApplicationState(static_cast<ApplicationState>(state)); });
 }
 
+void PLRHost::setStore(std::shared_ptr<PLRStore> store) noexcept {
+  publicCall("setStore", [&] { Host::setStore(std::move(store)); });
+}
+
 void PLRHost::didBecomeActive() noexcept {
   publicCall("didBecomeActive", [] {
     Host::setApplicationState(ApplicationState::active);

@@ -2,6 +2,9 @@
 
 #include <pelorino/PLRExport.h>
 #include <pelorino/PLRHostDescription.h>
+#include <pelorino/PLRStore.h>
+
+#include <memory>
 
 /// Where the application is.
 enum class PLRApplicationState : int {
@@ -21,6 +24,11 @@ class PLR_EXPORT PLRHost {
 
   /// A process starts `active`. The operations below set the state by themselves.
   static void setApplicationState(PLRApplicationState state) noexcept;
+
+  /// Where the library asks for the subscription products that the backend names; none forgets it.
+  /// Best set before PLRAnalytics::initialize: a request that finds no store fails, and is made
+  /// again after a minute or more.
+  static void setStore(std::shared_ptr<PLRStore> store) noexcept;
 
   /// The application has come to the foreground.
   static void didBecomeActive() noexcept;

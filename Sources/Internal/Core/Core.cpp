@@ -33,6 +33,7 @@ void Core::destroy() {
 
 Core::Core()
     : analyticsProxy_(std::make_shared<AnalyticsProxy>()),
+      peopleLogic_(std::make_shared<PeopleLogic>()),
       analyticsObserver_(std::make_shared<AnalyticsObserver>()) {}
 
 Core::~Core() {

@@ -11,6 +11,7 @@
 #include "Guarded.h"
 #include "NotificationCenter.h"
 #include "PLRAnalyticsConfigurationLocal.h"
+#include "PeopleLogic.h"
 
 namespace pelorino {
 
@@ -38,6 +39,7 @@ class Core final : public std::enable_shared_from_this<Core> {
                   std::optional<PLRAnalyticsConfigurationLocal> configuration);
 
   [[nodiscard]] AnalyticsProxy& analyticsProxy() const { return *analyticsProxy_; }
+  [[nodiscard]] PeopleLogic& peopleLogic() const { return *peopleLogic_; }
   [[nodiscard]] AnalyticsObserver& analyticsObserver() const { return *analyticsObserver_; }
 
   [[nodiscard]] bool isInitialized() const { return isInitialized_; }
@@ -61,6 +63,7 @@ class Core final : public std::enable_shared_from_this<Core> {
                   const std::optional<PLRAnalyticsConfigurationLocal>& configuration);
 
   const std::shared_ptr<AnalyticsProxy> analyticsProxy_;
+  const std::shared_ptr<PeopleLogic> peopleLogic_;
   const std::shared_ptr<AnalyticsObserver> analyticsObserver_;
   std::atomic<bool> isInitialized_ = false;
   std::atomic<bool> isEditorMode_ = false;

@@ -81,6 +81,7 @@ void Core::startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
   logic->tryStartSDK();
   analyticsProxy_->initialize(logic);
   analyticsObserver_->addLogicBroadcaster(logic);
+  peopleLogic_->setPeopleService(serviceFactory.peopleService());
 }
 
 }  // namespace pelorino

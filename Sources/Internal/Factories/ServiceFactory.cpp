@@ -52,6 +52,10 @@ const std::shared_ptr<CurrencyAccrualService>& ServiceFactory::currencyAccrualSe
                                      coreFactory_->currencyAccrualResourcesRepository(), clock_);
 }
 
+const std::shared_ptr<PeopleService>& ServiceFactory::peopleService() {
+  return peopleService_.get(stateManager_, coreFactory_->peopleRepository());
+}
+
 AnalyticsServices ServiceFactory::analyticsServices() {
   return {.stateManager = stateManager_,
           .projectService = projectService(),
@@ -62,7 +66,8 @@ AnalyticsServices ServiceFactory::analyticsServices() {
           .reportService = reportService(),
           .activityService = activityService(),
           .currencyAccrualService = currencyAccrualService(),
-          .levelResourceService = levelResourceService()};
+          .levelResourceService = levelResourceService(),
+          .peopleService = peopleService()};
 }
 
 }  // namespace pelorino

@@ -7,6 +7,7 @@
 #include "Clock.h"
 #include "CoreFactory.h"
 #include "Executor.h"
+#include "PeopleService.h"
 #include "Product.h"
 #include "StateManager.h"
 
@@ -30,6 +31,7 @@ class ServiceFactory final {
   const std::shared_ptr<EventsService>& eventsService();
   const std::shared_ptr<ReportService>& reportService();
   const std::shared_ptr<CurrencyAccrualService>& currencyAccrualService();
+  const std::shared_ptr<PeopleService>& peopleService();
 
   /// What the analytics module works with.
   [[nodiscard]] AnalyticsServices analyticsServices();
@@ -48,6 +50,7 @@ class ServiceFactory final {
   Product<EventsService> eventsService_;
   Product<ReportService> reportService_;
   Product<CurrencyAccrualService> currencyAccrualService_;
+  Product<PeopleService> peopleService_;
 };
 
 }  // namespace pelorino

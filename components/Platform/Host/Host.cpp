@@ -14,6 +14,7 @@ struct State {
   Guarded<std::shared_ptr<const HostDescription>> description{
       std::make_shared<const HostDescription>()};
   Guarded<ApplicationState> applicationState{ApplicationState::active};
+  Guarded<std::shared_ptr<PLRStore>> store;
 };
 
 State& state() {
@@ -37,6 +38,14 @@ ApplicationState Host::applicationState() {
 
 void Host::setApplicationState(ApplicationState applicationState) {
   state().applicationState.set(applicationState);
+}
+
+std::shared_ptr<PLRStore> Host::store() {
+  return state().store.get();
+}
+
+void Host::setStore(std::shared_ptr<PLRStore> store) {
+  state().store.set(std::move(store));
 }
 
 ResolvedHost& Host::facts() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <pelorino/PLRStore.h>
+
 #include <memory>
 
 #include "HostDescription.h"
@@ -27,6 +29,10 @@ class Host final {
   /// `active` until told otherwise.
   [[nodiscard]] static ApplicationState applicationState();
   static void setApplicationState(ApplicationState state);
+
+  /// None until told otherwise.
+  [[nodiscard]] static std::shared_ptr<PLRStore> store();
+  static void setStore(std::shared_ptr<PLRStore> store);
 
   /// The description in force at each read, completed from the current system.
   [[nodiscard]] static ResolvedHost& facts();

@@ -36,6 +36,9 @@ class HostFacts {
   /// True where the platform asks its user before tracking; the status then tells the answer.
   [[nodiscard]] virtual bool asksBeforeTracking() = 0;
   [[nodiscard]] virtual std::optional<int> trackingAuthorization() = 0;
+
+  /// False on a system that is too old for its store to know introductory prices and discounts.
+  [[nodiscard]] virtual bool hasStoreDiscounts() = 0;
 };
 
 }  // namespace pelorino

@@ -68,6 +68,17 @@ PosixLocale parseLocale(std::string_view name) {
           separator == std::string_view::npos ? std::string_view() : name.substr(separator + 1)};
 }
 
+using VersionNumber = std::pair<int, int>;  ///< Major and minor.
+
+/// What a version such as "12.2.1" begins with; 0 in the place of what is no number.
+VersionNumber numberOf(std::string_view version) {
+  VersionNumber number;
+  const char* const end = version.data() + version.size();
+  const char* const dot = std::from_chars(version.data(), end, number.first).ptr;
+  if (dot != end && *dot == '.') std::from_chars(dot + 1, end, number.second);
+  return number;
+}
+
 }  // namespace
 
 ResolvedHost::ResolvedHost(Described described, Facts& system, Clock& clock)
@@ -159,13 +170,17 @@ bool ResolvedHost::asksBeforeTracking() {
   const auto described = described_();
   const auto version = told(described->systemVersion);
   if (!version) return described->trackingAuthorization.has_value();
-  int major = 0;
-  std::from_chars(version->data(), version->data() + version->size(), major);
-  return major >= 14;
+  return numberOf(*version) >= VersionNumber{14, 0};
 }
 
 std::optional<int> ResolvedHost::trackingAuthorization() {
   return described_()->trackingAuthorization;
+}
+
+// Likewise known by the version that the host tells: a store of another kind has no such past.
+bool ResolvedHost::hasStoreDiscounts() {
+  const auto version = told(described_()->systemVersion);
+  return !version || numberOf(*version) >= VersionNumber{12, 2};
 }
 
 std::string ResolvedHost::supportDirectory() {

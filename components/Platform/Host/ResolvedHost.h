@@ -32,6 +32,7 @@ class ResolvedHost final : public HostFacts {
   std::optional<std::string> advertisingIdentifier() override;
   bool asksBeforeTracking() override;
   std::optional<int> trackingAuthorization() override;
+  bool hasStoreDiscounts() override;
 
   /// The folder in which the library makes its own.
   [[nodiscard]] std::string supportDirectory();

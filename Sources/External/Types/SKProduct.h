@@ -1,0 +1,29 @@
+#pragma once
+
+#include <pelorino/SKDecimal.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Where, and in which currency, a price is asked.
+struct SKLocale {
+  std::string identifier;                   ///< Such as "en_US" or "en_US@currency=USD".
+  std::optional<std::string> regionCode;    ///< ISO 3166; absent: that of the identifier.
+  std::optional<std::string> currencyCode;  ///< ISO 4217; absent: that of the identifier.
+};
+
+/// A lower price, to begin with or on occasion.
+struct SKProductDiscount {
+  std::optional<std::string> identifier;
+  SKDecimal price;
+};
+
+/// What a store sells.
+struct SKProduct {
+  std::string productIdentifier;
+  SKDecimal price;
+  SKLocale priceLocale;
+  std::optional<SKProductDiscount> introductoryPrice;
+  std::vector<SKProductDiscount> discounts;
+};

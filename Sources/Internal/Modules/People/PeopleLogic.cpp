@@ -1,0 +1,114 @@
+#include "PeopleLogic.h"
+
+#include <optional>
+#include <utility>
+
+#include "AnalyticsProxy.h"
+#include "HostCall.h"
+#include "PeopleValidatorRules.h"
+#include "QueueManager.h"
+#include "Validator.h"
+
+namespace pelorino {
+namespace {
+
+bool isExcluded(const std::string& key) {
+  return Validator::isExcluded("pl", AnyCodable(key));
+}
+
+/// Checks what a host sets or adds under a key of its own choice. A key may come to stand for a
+/// reserved one only when it has been cleaned; it must not bring a wrong type there.
+std::optional<PeopleValidatorRules::Property> validateChanges(const char* method, std::string key,
+                                                              PeopleValueType value) {
+  const auto fits = [](const std::string& name, const PeopleValueType& offered) {
+    const auto reserved = reservedKey(name);
+    return !reserved || PeopleValidatorRules::validateReservedValueType(*reserved, offered);
+  };
+  if (!fits(key, value)) return std::nullopt;
+  auto property = PeopleValidatorRules::validateSet(method, normalized(std::move(key)), value);
+  if (!property || !fits(property->first, property->second)) return std::nullopt;
+  property->first = normalized(std::move(property->first));
+  return property;
+}
+
+}  // namespace
+
+template <class Work, class Refuse>
+void PeopleLogic::perform(const char* method, Work work, Refuse refuse) {
+  QueueManager::incomeQueue().addOperation([weak = weak_from_this(), method, work = std::move(work),
+                                            refuse = std::move(refuse)]() mutable {
+    const auto self = weak.lock();
+    if (!self) return;
+    const auto service = self->peopleService_;
+    if (AnalyticsProxy::validateInitialization(method, service != nullptr)) {
+      work(*service);
+    } else {
+      refuse();
+    }
+  });
+}
+
+template <class Work>
+void PeopleLogic::perform(const char* method, Work work) {
+  perform(method, std::move(work), [] {});
+}
+
+void PeopleLogic::setPeopleService(std::shared_ptr<PeopleService> peopleService) {
+  peopleService_ = std::move(peopleService);
+}
+
+void PeopleLogic::setReservedValue(PeopleReservedKeys key, PeopleValueType value,
+                                   const char* method) {
+  perform(method, [key, method, value = std::move(value)](PeopleService& service) mutable {
+    const auto property =
+        PeopleValidatorRules::validateSet(method, std::string(rawValue(key)), std::move(value));
+    if (!property || isExcluded(property->first)) return;
+    service.setValue(property->first, property->second);
+  });
+}
+
+void PeopleLogic::setValue(std::string key, PeopleValueType value, const char* method) {
+  change(std::move(key), std::move(value), method, &PeopleService::setValue);
+}
+
+void PeopleLogic::increment(std::string key, PeopleValueType value, const char* method) {
+  change(std::move(key), std::move(value), method, &PeopleService::increment);
+}
+
+void PeopleLogic::change(std::string key, PeopleValueType value, const char* method,
+                         Change operation) {
+  perform(method, [key = std::move(key), value = std::move(value), method,
+                   operation](PeopleService& service) mutable {
+    const auto property = validateChanges(method, std::move(key), std::move(value));
+    if (!property || isExcluded(property->first)) return;
+    (service.*operation)(property->first, property->second);
+  });
+}
+
+void PeopleLogic::getValue(std::string key, ValueHandler handler, const char* method) {
+  perform(
+      method,
+      [key = std::move(key), handler, method](PeopleService& service) mutable {
+        auto checked = PeopleValidatorRules::validateKey(method, std::move(key));
+        if (!checked) return callHost(handler, std::nullopt);
+        service.getValue(normalized(*std::move(checked)),
+                         [&](const auto& value) { callHost(handler, value); });
+      },
+      [handler] { callHost(handler, std::nullopt); });
+}
+
+void PeopleLogic::unset(std::vector<std::string> properties, const char* method) {
+  perform(method, [properties = std::move(properties), method](PeopleService& service) mutable {
+    for (std::string& key : properties) key = normalized(std::move(key));
+    auto keys = PeopleValidatorRules::validateUnset(method, std::move(properties));
+    if (!keys) return;
+    std::erase_if(*keys, isExcluded);
+    if (!keys->empty()) service.unset(*keys);
+  });
+}
+
+void PeopleLogic::clearUser(const char* method) {
+  perform(method, [](PeopleService& service) { service.clearUser(); });
+}
+
+}  // namespace pelorino
