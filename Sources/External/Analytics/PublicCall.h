@@ -8,12 +8,17 @@
 
 namespace pelorino {
 
-/// Runs a public operation. Whatever it throws, no memory above all, costs this one call and a log
+/// True, and at the first time a log line, in a process that was forked off after the library had
+/// started.
+[[nodiscard]] bool isRefusedInForkedChild();
+
+/// Runs a public operation, but not in a forked child. Whatever it throws, no memory above all, costs this one call and a log
 /// line: nothing reaches the host.
 template <class Work>
 void publicCall(const char* operation, Work&& work) noexcept {
   try {
     try {
+      if (isRefusedInForkedChild()) return;
       std::forward<Work>(work)();
     } catch (const std::exception& error) {
       Logger::writeLog(PLRLogLevel::error, [&] {

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "HostDescription.h"
+#include "HttpExchange.h"
+
+namespace pelorino {
+
+/// Exchanges that take the way through the network that the host has described.
+class DescribedExchange final : public HttpExchange {
+ public:
+  using Described = std::function<std::shared_ptr<const HostDescription>()>;
+
+  /// `described` is asked at every exchange. `http` outlives this object.
+  DescribedExchange(Described described, HttpExchange& http);
+
+  [[nodiscard]] bool isValidUrl(const std::string& url) const override;
+  [[nodiscard]] HttpResponse perform(const HttpRequest& request) override;
+
+ private:
+  Described described_;
+  HttpExchange& http_;
+};
+
+}  // namespace pelorino
