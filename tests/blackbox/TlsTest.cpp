@@ -62,7 +62,7 @@ TEST_F(Tls, SendsNothingToABackendThatIsNotProvenAndLosesNothing) {
       {"self", trusting("authority.pem"), "self-signed certificate"},
       {"good", {}, "unable to get local issuer certificate"},
       {"good", trusting("self.pem"), "unable to get local issuer certificate"},
-      {"good", trusting("no such file"), "error setting certificate verify locations"},
+      {"good", trusting("no such file"), "error setting certificate file"},
       {"good", behindDeadProxy, "port 1 "},
       {"", trusting("authority.pem"), "wrong version number"},
   };
@@ -76,8 +76,8 @@ TEST_F(Tls, SendsNothingToABackendThatIsNotProvenAndLosesNothing) {
     host.initialize();
     host.customEvent(name);
     host.sendBufferedEvents();
-    EXPECT_TRUE(host.logs("submission failed"));
-    EXPECT_TRUE(host.logs(c.words));
+    ASSERT_TRUE(host.logs("submission failed"));
+    EXPECT_FALSE(host.linesWith(c.words).empty());
     EXPECT_EQ(host.end(), 0);
     EXPECT_TRUE(reached.received("").empty());
     names.push_back(name);

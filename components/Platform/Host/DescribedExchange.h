@@ -8,7 +8,8 @@
 
 namespace pelorino {
 
-/// Exchanges that take the way through the network that the host has described.
+/// Exchanges that take the way through the network that the host has described, and say in the log
+/// why one failed.
 class DescribedExchange final : public HttpExchange {
  public:
   using Described = std::function<std::shared_ptr<const HostDescription>()>;
@@ -20,6 +21,8 @@ class DescribedExchange final : public HttpExchange {
   [[nodiscard]] HttpResponse perform(const HttpRequest& request) override;
 
  private:
+  [[nodiscard]] HttpResponse performAsDescribed(const HttpRequest& request);
+
   Described described_;
   HttpExchange& http_;
 };
