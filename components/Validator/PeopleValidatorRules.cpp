@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include <cstddef>
-#include <limits>
 
+#include "Limits.h"
 #include "Logger.h"
 #include "Rule.h"
 #include "Text.h"
@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::size_t maximalKey = 64;
 constexpr std::size_t maximalText = 255;
-constexpr double finiteMaximum = std::numeric_limits<double>::max();
 
 /// Every integer is one that the card can hold.
 void checkValue(Rule& rule, const Label& argument, PeopleValueType& value) {

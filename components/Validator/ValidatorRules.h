@@ -56,6 +56,9 @@ class ValidatorRules final {
   [[nodiscard]] static std::optional<RealCurrencyPaymentCall> validateRealCurrencyPayment(
       RealCurrencyPaymentCall call);
 
+  [[nodiscard]] static std::optional<EngineSubscriptionPaymentCall> validateSubscriptionPayment(
+      EngineSubscriptionPaymentCall call);
+
   [[nodiscard]] static std::optional<std::string> validateSocialNetworkConnect(std::string name);
   [[nodiscard]] static std::optional<SocialNetworkPostCall> validateSocialNetworkPost(
       SocialNetworkPostCall call);

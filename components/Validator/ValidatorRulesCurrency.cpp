@@ -43,4 +43,12 @@ std::optional<RealCurrencyPaymentCall> ValidatorRules::validateRealCurrencyPayme
   return rule.verdict(std::move(call));
 }
 
+std::optional<EngineSubscriptionPaymentCall> ValidatorRules::validateSubscriptionPayment(
+    EngineSubscriptionPaymentCall call) {
+  Rule rule("SubscriptionPayment");
+  rule.text("The product id argument value", call.productId, 255);
+  rule.text("The transaction id argument value", call.transactionId, 255);
+  return rule.verdict(std::move(call));
+}
+
 }  // namespace pelorino

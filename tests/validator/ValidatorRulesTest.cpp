@@ -13,6 +13,7 @@ namespace pelorino {
 namespace {
 
 using Lines = std::vector<std::string>;
+using R = ValidatorRules;
 using Parameters = AnyCodable::Object;
 
 std::string error(const std::string& method, const std::string& rest) {
@@ -30,8 +31,6 @@ std::string canceled(const std::string& method) {
   return "ERROR Execution of the " + method + " method was canceled!";
 }
 
-using Rules = ValidatorRules;
-
 /// Sends a value through a rule as one field of a call that is good apart from it.
 template <class Call, class Field>
 auto through(std::optional<Call> (*rule)(Call), Call call, Field Call::*field) {
@@ -46,17 +45,17 @@ auto through(std::optional<Call> (*rule)(Call), Call call, Field Call::*field) {
 using Balances = std::optional<Resources> (*)(Resources);
 
 std::optional<Resources> levelUp(Resources balances) {
-  return Rules::validateLevelUp({2, std::move(balances)})->balances;
+  return R::validateLevelUp({2, std::move(balances)})->balances;
 }
 std::optional<Resources> payment(Resources price) {
-  return Rules::validateVirtualCurrencyPayment({"i", "t", 1, std::move(price)})->resources;
+  return R::validateVirtualCurrencyPayment({"i", "t", 1, std::move(price)})->resources;
 }
 std::optional<Resources> spent(Resources amounts) {
-  return Rules::validateFinishProgressionEvent({"n", {true, 0, std::move(amounts), {}}})
+  return R::validateFinishProgressionEvent({"n", {true, 0, std::move(amounts), {}}})
       ->parameters.spent;
 }
 std::optional<Resources> earned(Resources amounts) {
-  return Rules::validateFinishProgressionEvent({"n", {true, 0, {}, std::move(amounts)}})
+  return R::validateFinishProgressionEvent({"n", {true, 0, {}, std::move(amounts)}})
       ->parameters.earned;
 }
 
@@ -74,8 +73,7 @@ std::function<std::optional<std::int64_t>(std::int64_t)> amount(Balances rule) {
   };
 }
 
-/// What becomes of a bad argument: the call ends, the entry is dropped, it becomes absent, it
-/// stays.
+/// What a bad argument does: it ends the call, drops its entry, becomes absent, stays.
 enum class Bad { rejects, drops, leaves, stays };
 using enum Bad;
 
@@ -100,76 +98,74 @@ TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
   const VirtualCurrencyPaymentCall price{"i", "t", 1, {{"r", 1}}};
   const RealCurrencyPaymentCall real{"o", 1.0, "p", "EUR"};
   const auto parameterKey = [](const Text& text) -> Result {
-    const auto kept = Rules::validateCustomEvent({"n", {{text, "v"}}})->params;
+    const auto kept = R::validateCustomEvent({"n", {{text, "v"}}})->params;
     return kept.empty() ? std::nullopt : Result(kept.begin()->first);
   };
   const auto parameterText = [](const Text& text) -> Result {
-    const auto kept = Rules::validateCustomEvent({"n", {{"k", text}}})->params;
+    const auto kept = R::validateCustomEvent({"n", {{"k", text}}})->params;
     return kept.empty() ? std::nullopt : Result(*kept.at("k").text());
   };
   const auto referrer = [](const Text& text) -> Result {
-    const auto kept = Rules::validateReferrer({{"source", "s"}, {"term", text}});
+    const auto kept = R::validateReferrer({{"source", "s"}, {"term", text}});
     return kept->contains("term") ? Result(kept->at("term")) : std::nullopt;
   };
   const auto source = [](const Text& text) {
-    return Rules::validateStartProgressionEvent({"n", {0, text}})->parameters.source;
+    return R::validateStartProgressionEvent({"n", {0, text}})->parameters.source;
   };
   const Row rows[] = {
-      {"Initialize", "The application key argument value", 255, rejects,
-       Rules::validateInitializeKey},
+      {"Initialize", "The application key argument value", 255, rejects, R::validateInitializeKey},
       {"SetUserId", "The user id argument value", 64, drops,
-       [](auto& id) { return Rules::validateUserId("SetUserId", id); }},
+       [](auto& id) { return R::validateUserId("SetUserId", id); }},
       {"replaceUserId", "The user id argument value", 64, rejects,
-       through(Rules::validateReplaceUserId, {"p", "u"}, &ReplaceUserIdCall::prevUserName)},
+       through(R::validateReplaceUserId, {"p", "u"}, &ReplaceUserIdCall::prevUserName)},
       {"replaceUserId", "The user id argument value", 64, rejects,
-       through(Rules::validateReplaceUserId, {"p", "u"}, &ReplaceUserIdCall::userName)},
+       through(R::validateReplaceUserId, {"p", "u"}, &ReplaceUserIdCall::userName)},
       {"LevelUp", "The [*] key of the balances dictionary", 24, drops, key(levelUp)},
       {"CurrentBalance", "The [*] key of the balances dictionary", 24, drops,
-       key(Rules::validateCurrentBalance)},
+       key(R::validateCurrentBalance)},
       {"CustomEvent", "The custom event name", 72, rejects,
-       through(Rules::validateCustomEvent, {}, &CustomEventCall::name)},
+       through(R::validateCustomEvent, {}, &CustomEventCall::name)},
       {"CustomEvent", "The key of the parameters dictionary", 32, drops, parameterKey},
       {"CustomEvent", "The value of the parameters dictionary by [k] key", 255, drops,
        parameterText},
       {"CurrencyAccrual", "The currency name", 24, rejects,
-       through(Rules::validateCurrencyAccrual, accrual, &CurrencyAccrualCall::currencyName)},
+       through(R::validateCurrencyAccrual, accrual, &CurrencyAccrualCall::currencyName)},
       {"CurrencyAccrual", "The source", 32, rejects,
-       through(Rules::validateCurrencyAccrual, accrual, &CurrencyAccrualCall::source)},
+       through(R::validateCurrencyAccrual, accrual, &CurrencyAccrualCall::source)},
       {"VirtualCurrencyPayment", "The [*] key of the resources dictionary", 24, drops,
        key(payment)},
       {"VirtualCurrencyPayment", "The purchase identifier", 32, rejects,
-       through(Rules::validateVirtualCurrencyPayment, price,
-               &VirtualCurrencyPaymentCall::purchaseId)},
+       through(R::validateVirtualCurrencyPayment, price, &VirtualCurrencyPaymentCall::purchaseId)},
       {"VirtualCurrencyPayment", "The purchase type", 96, rejects,
-       through(Rules::validateVirtualCurrencyPayment, price,
+       through(R::validateVirtualCurrencyPayment, price,
                &VirtualCurrencyPaymentCall::purchaseType)},
       {"StartProgressionEvent", "The event name argument value", 40, rejects,
-       through(Rules::validateStartProgressionEvent, {}, &StartProgressionEventCall::eventName)},
+       through(R::validateStartProgressionEvent, {}, &StartProgressionEventCall::eventName)},
       {"StartProgressionEvent", "The source parameter value", 40, stays, source},
       {"FinishProgressionEvent", "The event name argument value", 40, rejects,
-       through(Rules::validateFinishProgressionEvent, {}, &FinishProgressionEventCall::eventName)},
+       through(R::validateFinishProgressionEvent, {}, &FinishProgressionEventCall::eventName)},
       {"FinishProgressionEvent", "The [*] key of the spent dictionary", 24, drops, key(spent)},
       {"FinishProgressionEvent", "The [*] key of the earned dictionary", 24, drops, key(earned)},
       {"RealCurrencyPayment", "The order id argument value", 65, rejects,
-       through(Rules::validateRealCurrencyPayment, real, &RealCurrencyPaymentCall::orderId)},
+       through(R::validateRealCurrencyPayment, real, &RealCurrencyPaymentCall::orderId)},
       {"RealCurrencyPayment", "The product id parameter value", 255, rejects,
-       through(Rules::validateRealCurrencyPayment, real, &RealCurrencyPaymentCall::productId)},
+       through(R::validateRealCurrencyPayment, real, &RealCurrencyPaymentCall::productId)},
       {"SocialNetworkConnect", "The social network name argument value", 24, rejects,
-       Rules::validateSocialNetworkConnect},
+       R::validateSocialNetworkConnect},
       {"SocialNetworkPost", "The social network name argument value", 24, rejects,
-       through(Rules::validateSocialNetworkPost, {"n", "r"}, &SocialNetworkPostCall::name)},
+       through(R::validateSocialNetworkPost, {"n", "r"}, &SocialNetworkPostCall::name)},
       {"SocialNetworkPost", "The post reason argument value", 32, rejects,
-       through(Rules::validateSocialNetworkPost, {"n", "r"}, &SocialNetworkPostCall::reason)},
+       through(R::validateSocialNetworkPost, {"n", "r"}, &SocialNetworkPostCall::reason)},
       {"Referrer", "The [*] value of the utm data dictionary by [term] key", 255, drops, referrer},
       {"AdImpression", "The network argument value", 100, rejects,
-       through(Rules::validateAdImpression, ad, &AdImpressionCall::network)},
+       through(R::validateAdImpression, ad, &AdImpressionCall::network)},
       {"AdImpression", "The placement argument value", 100, leaves,
        [&](auto& text) {
-         return *through(Rules::validateAdImpression, ad, &AdImpressionCall::placement)(text);
+         return *through(R::validateAdImpression, ad, &AdImpressionCall::placement)(text);
        }},
       {"AdImpression", "The unit argument value", 100, leaves,
        [&](auto& text) {
-         return *through(Rules::validateAdImpression, ad, &AdImpressionCall::unit)(text);
+         return *through(R::validateAdImpression, ad, &AdImpressionCall::unit)(text);
        }},
   };
   for (const Row& row : rows) {
@@ -194,7 +190,7 @@ TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
     if (row.outcome == rejects) lines.push_back(canceled(row.method));
     expect("\t\u200B", row.outcome == stays ? Result("") : std::nullopt, lines);
   }
-  EXPECT_EQ(Rules::validateSocialNetworkConnect(Text(10'000'000, 'n')), Text(24, 'n'));
+  EXPECT_EQ(R::validateSocialNetworkConnect(Text(10'000'000, 'n')), Text(24, 'n'));
 }
 
 TEST(ValidatorRules, AnIntegerLiesBetweenItsBounds) {
@@ -211,26 +207,26 @@ TEST(ValidatorRules, AnIntegerLiesBetweenItsBounds) {
     std::function<std::optional<Integer>(Integer)> run;
   };
   const auto difficulty = [](Integer value) {
-    const auto call = Rules::validateStartProgressionEvent({"n", {value, {}}});
+    const auto call = R::validateStartProgressionEvent({"n", {value, {}}});
     return call ? call->parameters.difficulty : std::nullopt;
   };
   const auto duration = [](Integer value) {
-    const auto call = Rules::validateFinishProgressionEvent({"n", {true, value, {}, {}}});
+    const auto call = R::validateFinishProgressionEvent({"n", {true, value, {}, {}}});
     return call ? std::optional(call->parameters.duration) : std::nullopt;
   };
   const Row rows[] = {
       {"SetCurrentLevel", "The level argument value", 1, most32 - 1, rejects,
-       Rules::validateCurrentLevel},
+       R::validateCurrentLevel},
       {"LevelUp", "The level argument value", 1, most32 - 1, rejects,
-       through(Rules::validateLevelUp, {}, &LevelUpCall::level)},
+       through(R::validateLevelUp, {}, &LevelUpCall::level)},
       {"LevelUp", "The value of the balances dictionary", least, most, drops, amount(levelUp)},
       {"CurrentBalance", "The value of the balances dictionary", least, most, drops,
-       amount(Rules::validateCurrentBalance)},
+       amount(R::validateCurrentBalance)},
       {"CurrencyAccrual", "The currency amount", 1, most32, rejects,
-       through(Rules::validateCurrencyAccrual, {"c", 1, "s", {}},
+       through(R::validateCurrencyAccrual, {"c", 1, "s", {}},
                &CurrencyAccrualCall::currencyAmount)},
       {"VirtualCurrencyPayment", "The purchase amount", 1, most32, rejects,
-       through(Rules::validateVirtualCurrencyPayment, {"i", "t", 1, {{"r", 1}}},
+       through(R::validateVirtualCurrencyPayment, {"i", "t", 1, {{"r", 1}}},
                &VirtualCurrencyPaymentCall::purchaseAmount)},
       {"VirtualCurrencyPayment", "The value of the resources dictionary", 1, most32, drops,
        amount(payment)},
@@ -240,7 +236,7 @@ TEST(ValidatorRules, AnIntegerLiesBetweenItsBounds) {
        amount(spent)},
       {"FinishProgressionEvent", "The value of the earned dictionary", 1, most, drops,
        amount(earned)},
-      {"Tutorial", "The step argument value", -2, most32, rejects, Rules::validateTutorial},
+      {"Tutorial", "The step argument value", -2, most32, rejects, R::validateTutorial},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(std::string(row.method) + ": " + row.label);
@@ -279,14 +275,14 @@ TEST(ValidatorRules, APriceIsFiniteAndARevenueNotNegativeEither) {
       {Limits::quiet_NaN(), false, false},
   };
   for (const auto& [value, isPrice, isRevenue] : rows) {
-    EXPECT_EQ(Rules::validateRealCurrencyPayment({"o", value, "p", "EUR"}).has_value(), isPrice)
+    EXPECT_EQ(R::validateRealCurrencyPayment({"o", value, "p", "EUR"}).has_value(), isPrice)
         << value;
-    EXPECT_EQ(Rules::validateAdImpression({"n", value, {}, {}}).has_value(), isRevenue) << value;
+    EXPECT_EQ(R::validateAdImpression({"n", value, {}, {}}).has_value(), isRevenue) << value;
   }
 }
 
 TEST(ValidatorRules, ACurrencyCodeIsMeasuredCleanAndGoesOnAsItCame) {
-  auto code = through(Rules::validateRealCurrencyPayment, {"o", 1.0, "p", ""},
+  auto code = through(R::validateRealCurrencyPayment, {"o", 1.0, "p", ""},
                       &RealCurrencyPaymentCall::currencyCode);
   for (const std::string given : {"EUR", "E\nUR", "e\u0301UR"}) EXPECT_EQ(code(given), given);
 }
@@ -307,34 +303,33 @@ TEST(ValidatorRules, EveryBadArgumentIsToldInOrderBeforeTheVerdict) {
   };
   const double nan = std::numeric_limits<double>::quiet_NaN();
   const std::string id = "The user id argument value is empty!";
-  expect("replaceUserId", Rules::validateReplaceUserId, ReplaceUserIdCall{}, {id, id});
-  expect("LevelUp", Rules::validateLevelUp, LevelUpCall{0, {{"\n", 1}}},
+  expect("replaceUserId", R::validateReplaceUserId, ReplaceUserIdCall{}, {id, id});
+  expect("LevelUp", R::validateLevelUp, LevelUpCall{0, {{"\n", 1}}},
          {"The level argument value [0]", "The [] key of"});
-  expect("CurrentBalance", Rules::validateCurrentBalance, Resources{{"\n", 1}},
+  expect("CurrentBalance", R::validateCurrentBalance, Resources{{"\n", 1}},
          {"The [] key of", "The balance parameter value is empty!"});
-  expect("CustomEvent", Rules::validateCustomEvent, CustomEventCall{"\n", {{"k", ""}}},
+  expect("CustomEvent", R::validateCustomEvent, CustomEventCall{"\n", {{"k", ""}}},
          {"The value of the parameters dictionary by [k] key", "The custom event name"});
-  expect("CurrencyAccrual", Rules::validateCurrencyAccrual, CurrencyAccrualCall{},
+  expect("CurrencyAccrual", R::validateCurrencyAccrual, CurrencyAccrualCall{},
          {"The currency name", "The source", "The currency amount"});
-  expect("StartProgressionEvent", Rules::validateStartProgressionEvent,
+  expect("StartProgressionEvent", R::validateStartProgressionEvent,
          StartProgressionEventCall{"", {-1, ""}}, {"The event name", "The difficulty"});
-  expect("FinishProgressionEvent", Rules::validateFinishProgressionEvent,
-         FinishProgressionEventCall{"", {true, -1, {{"s", 0}}, {{"e", 0}}}},
-         {"The event name", "The duration", "The value of the spent", "The value of the earned"});
-  expect("RealCurrencyPayment", Rules::validateRealCurrencyPayment,
+  expect("FinishProgressionEvent", R::validateFinishProgressionEvent,
+         FinishProgressionEventCall{"", {true, -1, {{"\n", 0}, {"s", 0}}, {{"e", 0}}}},
+         {"The event name", "The duration", "The [] key of the spent", "The value of the spent",
+          "The value of the earned"});
+  expect("RealCurrencyPayment", R::validateRealCurrencyPayment,
          RealCurrencyPaymentCall{"", nan, "", "E\nU"},
          {"The currency code parameter value is invalid\n\tParameter [EU] length must be equal to "
           "[3].",
           "The price argument value \n\tParameter cannot be NAN.", "The order id", "The product"});
-  expect("SocialNetworkPost", Rules::validateSocialNetworkPost, SocialNetworkPostCall{},
-         {"The social network", "The post reason"});
-  expect("Referrer", Rules::validateReferrer, ReferrerCall{{"term", ""}},
+  expect("Referrer", R::validateReferrer, ReferrerCall{{"term", ""}},
          {"The [] value of", "The referrer argument value is empty!"});
-  expect("AdImpression", Rules::validateAdImpression, AdImpressionCall{"", nan, {}, {}},
+  expect("AdImpression", R::validateAdImpression, AdImpressionCall{"", nan, {}, {}},
          {"The network", "The revenue argument value \n\tParameter cannot be NAN."});
 
   const LogCapture log;
-  EXPECT_FALSE(Rules::validateVirtualCurrencyPayment({}).has_value());
+  EXPECT_FALSE(R::validateVirtualCurrencyPayment({}).has_value());
   EXPECT_EQ(log.lines().at(1), "ERROR VirtualCurrencyPayment has empty Resources dictionary!");
   EXPECT_EQ(log.lines().size(), 5U) << "amount, resources, identifier, type, verdict";
 }
@@ -349,14 +344,14 @@ TEST(ValidatorRules, OfKeysThatBecomeEqualTheLaterOneStays) {
 }
 
 TEST(ValidatorRules, ABadFieldOfTheConfigurationIsRemovedWithoutCancelling) {
-  EXPECT_FALSE(ValidatorRules::validateInitialize(std::nullopt).has_value());
+  EXPECT_FALSE(R::validateInitialize(std::nullopt).has_value());
   using Id = std::optional<std::string>;
   using Level = std::optional<std::int64_t>;
   const auto expectFields = [](const Id& id, Level level, const Id& wantId, Level wantLevel,
                                const Lines& lines) {
     const LogCapture log;
-    const auto repaired = ValidatorRules::validateInitialize(
-        {{PLRLogLevel::debug, id, level, PLRTrackingStatus::disable}});
+    const auto repaired =
+        R::validateInitialize({{PLRLogLevel::debug, id, level, PLRTrackingStatus::disable}});
     ASSERT_TRUE(repaired.has_value());
     EXPECT_EQ(repaired->userId, wantId);
     EXPECT_EQ(repaired->level, wantLevel);
@@ -384,7 +379,7 @@ TEST(ValidatorRules, ABadParameterCostsOnlyItself) {
   const auto expectParameters = [](const Parameters& given, const Parameters& want,
                                    const Lines& lines) {
     const LogCapture log;
-    const auto event = ValidatorRules::validateCustomEvent({"boss", given});
+    const auto event = R::validateCustomEvent({"boss", given});
     ASSERT_TRUE(event.has_value());
     EXPECT_EQ(event->name, "boss");
     EXPECT_EQ(event->params, want);

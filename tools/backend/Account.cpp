@@ -4,9 +4,10 @@
 #include <fmt/format.h>
 #include <fmt/ostream.h>
 
-#include <boost/json.hpp>
 #include <chrono>
 #include <ostream>
+
+#include "WireCatalogue.h"
 
 namespace pelorino::backend {
 
@@ -14,30 +15,38 @@ namespace json = boost::json;
 
 namespace {
 
-using Milliseconds = std::chrono::milliseconds;
-
 std::string clockTime(std::int64_t time) {
   const auto seconds = std::chrono::floor<std::chrono::seconds>(
-      std::chrono::system_clock::time_point(Milliseconds(time)));
+      std::chrono::system_clock::time_point(std::chrono::milliseconds(time)));
   return fmt::format("{:%H:%M:%S}.{:03}", seconds, time % 1000);
 }
 
-std::string scalarText(const json::value& value) {
+std::string entries(const json::object& object);
+
+std::string valueText(const json::value& value) {
   if (value.is_string()) return std::string(value.get_string());
   if (value.is_double()) return fmt::format("{}", value.get_double());
-  return json::serialize(value);
+  if (value.is_object()) return fmt::format("{{{}}}", entries(value.get_object()));
+  if (!value.is_array()) return json::serialize(value);
+  std::vector<std::string> elements;
+  for (const json::value& element : value.get_array()) elements.push_back(valueText(element));
+  return fmt::format("{}", fmt::join(elements, ", "));
 }
 
-/// The entries of a JSON object, as "key=value  key=value".
-std::string entries(const std::string& object) {
-  if (object.empty()) return {};
-  const json::value value = json::parse(object);
+/// "key=value  key=value"
+std::string entries(const json::object& object) {
   std::vector<std::string> parts;
-  for (const auto& [key, entry] : value.as_object()) {
-    if (key == "code" || key == "timestamp") continue;
-    parts.push_back(fmt::format("{}={}", std::string_view(key), scalarText(entry)));
+  for (const auto& [key, value] : object) {
+    parts.push_back(fmt::format("{}={}", std::string_view(key), valueText(value)));
   }
   return fmt::format("{}", fmt::join(parts, "  "));
+}
+
+/// Its time, and what not every event has.
+std::string eventText(json::object event) {
+  const std::string time = clockTime(integerOf(event, "timestamp"));
+  for (const char* key : {"code", "timestamp", "sessionId"}) event.erase(key);
+  return time + "  " + entries(event);
 }
 
 std::string counts(const std::map<std::string, int>& numbers) {
@@ -47,57 +56,77 @@ std::string counts(const std::map<std::string, int>& numbers) {
 }
 
 void printRow(std::ostream& out, std::string_view label, std::string_view value) {
-  if (!value.empty()) fmt::print(out, "  {:<14}{}\n", label, value);
+  if (!value.empty()) fmt::print(out, "  {:<23} {}\n", label, value);
+}
+
+void printEvents(std::ostream& out, const UserAccount& account) {
+  for (const WireRecord& record : eventRecords()) {
+    auto events = account.eventsOf(record.fields.front().constant);
+    // What the device is hardly changes; the last time says it.
+    if (record.name == "DeviceInfo" && !events.empty())
+      events.erase(events.begin(), events.end() - 1);
+    std::string_view label = record.name;
+    for (const json::object* event : events) {
+      printRow(out, label, eventText(*event));
+      label = "";
+    }
+  }
 }
 
 void printUser(std::ostream& out, const UserAccount& account) {
-  fmt::print(out, "Application {}, user {}\n", account.appId,
-             account.userId.empty() ? "of the device" : account.userId);
+  fmt::print(out, "User {}{}\n", account.userId.empty() ? "of the device" : account.userId,
+             account.formerly.empty() ? "" : ", formerly " + account.formerly);
+  printRow(out, "application", account.appId);
   printRow(out, "device", account.deviceId);
   printRow(out, "requests", counts(account.requests));
-  for (const std::int64_t session : account.sessions) {
-    printRow(out, "session", fmt::format("started at {} UTC", clockTime(session)));
-  }
-  printRow(out, "device info", entries(account.deviceInfo));
-  printRow(out, "events", counts(account.events));
-  std::string_view label = "custom events";
-  for (const ReceivedEvent& event : account.customEvents) {
-    printRow(
-        out, label,
-        fmt::format("{}  {:<20} {}", clockTime(event.time), event.name, entries(event.parameters)));
-    label = "";
-  }
+  printRow(out, "sessions", fmt::format("{}", account.eventsOf("ss").size()));
+  printRow(out, "level", fmt::format("{}", account.level()));
+  printRow(out, "card", entries(account.card));
+  printEvents(out, account);
   printRow(out, "wire format", account.problems.empty() ? "every request is right" : "WRONG");
   for (const std::string& problem : account.problems) printRow(out, "", problem);
   out << "\n";
 }
 
+/// Signs of life, and the word that tracking is off, leave the client without being stored.
+bool mayArriveUnstored(const EventMark& mark) {
+  return mark.code == "al" || mark.code == "ts";
+}
+
 bool printComparison(std::ostream& out, const std::vector<UserAccount>& accounts,
-                     const ReportedEvents& reported) {
-  std::map<std::string, int> arrived;
+                     const EventMarks& stored) {
+  EventMarks surplus;
+  std::size_t arrived = 0;
   for (const UserAccount& account : accounts) {
-    for (const ReceivedEvent& event : account.customEvents) ++arrived[event.name];
+    for (const json::object& event : account.events) ++surplus[markOf(event)];
+    arrived += account.events.size();
   }
-  bool complete = true;
-  fmt::print(out, "{:<24}{:>10}{:>10}\n", "Custom event", "reported", "arrived");
-  for (const auto& [name, times] : reported) {
-    const bool equal = arrived[name] == times;
-    fmt::print(out, "{:<24}{:>10}{:>10}{}\n", name, times, arrived[name], equal ? "" : "  DIFFERS");
-    complete = complete && equal;
+  std::size_t count = 0;
+  for (const auto& [mark, times] : stored) {
+    surplus[mark] -= times;
+    count += static_cast<std::size_t>(times);
   }
-  return complete;
+  fmt::print(out, "The library stored {} events; {} arrived.\n", count, arrived);
+  bool equal = true;
+  for (const auto& [mark, times] : surplus) {
+    if (times == 0 || (times > 0 && mayArriveUnstored(mark))) continue;
+    equal = false;
+    fmt::print(out, "  {} of {} {}\n", mark.code, clockTime(mark.timestamp),
+               times < 0 ? "is MISSING" : "was NOT STORED so often as it arrived");
+  }
+  return equal;
 }
 
 }  // namespace
 
 bool printAccount(std::ostream& out, const std::vector<UserAccount>& accounts,
-                  const ReportedEvents& reported) {
+                  const std::optional<EventMarks>& stored) {
   bool right = true;
   for (const UserAccount& account : accounts) {
     printUser(out, account);
     right = right && account.problems.empty();
   }
-  if (!reported.empty()) right = printComparison(out, accounts, reported) && right;
+  if (stored) right = printComparison(out, accounts, *stored) && right;
   return right;
 }
 

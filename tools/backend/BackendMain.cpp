@@ -5,7 +5,6 @@
 
 #include <charconv>
 #include <exception>
-#include <fstream>
 #include <iostream>
 #include <optional>
 #include <span>
@@ -16,6 +15,7 @@
 #include "Account.h"
 #include "BackendServer.h"
 #include "ExchangeStore.h"
+#include "StoredEvents.h"
 
 namespace {
 
@@ -23,22 +23,22 @@ using namespace pelorino::backend;
 
 constexpr const char* usage =
     "usage: pelorino-backend --data FILE [--port PORT] [--tls CERT KEY]\n"
-    "       pelorino-backend --data FILE --account [--reported NAMES]\n"
+    "       pelorino-backend --data FILE --account [--host-output FILE]\n"
     "\n"
-    "  --data FILE       SQLite file of everything received\n"
-    "  --port PORT       on 127.0.0.1; 0, the default, takes a free one\n"
-    "  --tls CERT KEY    serve HTTPS with these PEM files\n"
-    "  --account         print what FILE holds as a table, and end; a server may be using FILE\n"
-    "  --reported NAMES  a file with the name of each reported custom event on a line of its own:\n"
-    "                    the exit status is 1 when one of them is not in FILE, or when a request\n"
-    "                    was wrong\n";
+    "  --data FILE         SQLite file of everything received\n"
+    "  --port PORT         on 127.0.0.1; 0, the default, takes a free one\n"
+    "  --tls CERT KEY      serve HTTPS with these PEM files\n"
+    "  --account           print what FILE holds as a table, and end; a server may be using FILE\n"
+    "  --host-output FILE  what pelorino-host has written at log level info: the exit status is 1\n"
+    "                      when not exactly the events that it stored have arrived, or when a\n"
+    "                      request was wrong\n";
 
 struct Options {
   std::string data;
   int port = 0;
   std::optional<TlsFiles> tls;
   bool account = false;
-  std::string reported;
+  std::string hostOutput;
 };
 
 int portOf(const std::string& text) {
@@ -68,23 +68,14 @@ Options parse(std::span<char*> arguments) {
       options.tls = TlsFiles{std::move(certificate), take()};
     } else if (option == "--account") {
       options.account = true;
-    } else if (option == "--reported") {
-      options.reported = take();
+    } else if (option == "--host-output") {
+      options.hostOutput = take();
     } else {
       throw std::invalid_argument("unknown option: " + option);
     }
   }
   if (options.data.empty()) throw std::invalid_argument("--data is missing");
   return options;
-}
-
-ReportedEvents readReported(const std::string& file) {
-  ReportedEvents reported;
-  if (file.empty()) return reported;
-  std::ifstream lines(file);
-  if (!lines) throw std::runtime_error("cannot read " + file);
-  for (std::string name; std::getline(lines, name);) ++reported[name];
-  return reported;
 }
 
 int serve(const Options& options) {
@@ -112,7 +103,9 @@ int serve(const Options& options) {
 int run(const Options& options) {
   if (!options.account) return serve(options);
   ExchangeStore store(options.data);
-  return printAccount(std::cout, summarize(store), readReported(options.reported)) ? 0 : 1;
+  std::optional<EventMarks> stored;
+  if (!options.hostOutput.empty()) stored = readStoredEvents(options.hostOutput);
+  return printAccount(std::cout, summarize(store), stored) ? 0 : 1;
 }
 
 }  // namespace

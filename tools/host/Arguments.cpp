@@ -8,11 +8,11 @@ namespace pelorino::host {
 
 namespace json = boost::json;
 
-namespace {
-
-[[noreturn]] void refuse(std::string_view name, std::string_view kind) {
+void refuse(std::string_view name, std::string_view kind) {
   throw CommandError(fmt::format("\"{}\" is not {}", name, kind));
 }
+
+namespace {
 
 std::int64_t integerOf(std::string_view name, const json::value& value) {
   if (!value.is_int64()) refuse(name, "an integer");
@@ -22,6 +22,16 @@ std::int64_t integerOf(std::string_view name, const json::value& value) {
 std::string textOf(std::string_view name, const json::value& value) {
   if (!value.is_string()) refuse(name, "a text");
   return std::string(value.get_string());
+}
+
+Arguments objectOf(std::string_view name, const json::value& value) {
+  if (!value.is_object()) refuse(name, "an object");
+  return Arguments(value.get_object());
+}
+
+const json::array& listOf(std::string_view name, const json::value& value) {
+  if (!value.is_array()) refuse(name, "a list");
+  return value.get_array();
 }
 
 }  // namespace
@@ -66,9 +76,7 @@ bool Arguments::boolean(std::string_view name) const {
 }
 
 Arguments Arguments::object(std::string_view name) const {
-  const json::value& value = need(name);
-  if (!value.is_object()) refuse(name, "an object");
-  return Arguments(value.get_object());
+  return objectOf(name, need(name));
 }
 
 std::map<std::string, std::int64_t> Arguments::integers(std::string_view name) const {
@@ -94,10 +102,25 @@ std::optional<std::int64_t> Arguments::maybeInteger(std::string_view name) const
 std::optional<std::vector<std::string>> Arguments::maybeTexts(std::string_view name) const {
   const json::value* value = find(name);
   if (!value) return std::nullopt;
-  if (!value->is_array()) refuse(name, "a list");
   std::vector<std::string> texts;
-  for (const json::value& element : value->get_array()) texts.push_back(textOf(name, element));
+  for (const json::value& element : listOf(name, *value)) texts.push_back(textOf(name, element));
   return texts;
+}
+
+std::optional<Arguments> Arguments::maybeObject(std::string_view name) const {
+  const json::value* value = find(name);
+  if (!value) return std::nullopt;
+  return objectOf(name, *value);
+}
+
+std::vector<Arguments> Arguments::maybeObjects(std::string_view name) const {
+  std::vector<Arguments> objects;
+  const json::value* value = find(name);
+  if (!value) return objects;
+  for (const json::value& element : listOf(name, *value)) {
+    objects.push_back(objectOf(name, element));
+  }
+  return objects;
 }
 
 }  // namespace pelorino::host

@@ -19,6 +19,9 @@ class CommandError final : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Throws the CommandError of a field that is not `kind`, such as "a text".
+[[noreturn]] void refuse(std::string_view name, std::string_view kind);
+
 /// Typed access to the fields of a JSON object. What is not there, or of another kind, throws
 /// CommandError; the `maybe` forms take null and a missing field for absent. Borrows the object.
 class Arguments final {
@@ -44,6 +47,29 @@ class Arguments final {
   [[nodiscard]] std::optional<std::string> maybeText(std::string_view name) const;
   [[nodiscard]] std::optional<std::int64_t> maybeInteger(std::string_view name) const;
   [[nodiscard]] std::optional<std::vector<std::string>> maybeTexts(std::string_view name) const;
+  [[nodiscard]] std::optional<Arguments> maybeObject(std::string_view name) const;
+  /// A list of objects; an absent one is empty.
+  [[nodiscard]] std::vector<Arguments> maybeObjects(std::string_view name) const;
+
+  /// Calls `use` with the number, text or boolean of that name, in the type in which it is written.
+  template <class Use>
+  void scalar(std::string_view name, Use&& use) const {
+    const boost::json::value& value = need(name);
+    switch (value.kind()) {
+      case boost::json::kind::bool_:
+        return use(value.get_bool());
+      case boost::json::kind::int64:
+        return use(value.get_int64());
+      case boost::json::kind::uint64:
+        return use(value.get_uint64());
+      case boost::json::kind::double_:
+        return use(value.get_double());
+      case boost::json::kind::string:
+        return use(std::string_view(value.get_string()));
+      default:
+        refuse(name, "a number, a text or a boolean");
+    }
+  }
 
   [[nodiscard]] const boost::json::object& fields() const { return *object_; }
 

@@ -19,7 +19,9 @@
 #include "Command.h"
 #include "Names.h"
 #include "Output.h"
+#include "SubscriptionCommands.h"
 #include "TrackingCommands.h"
+#include "UserCardCommands.h"
 
 namespace pelorino::host {
 
@@ -150,6 +152,8 @@ const CommandTable& commands() {
   static const CommandTable& table = *new CommandTable([] {
     CommandTable all = basicCommands();
     all.merge(trackingCommands());
+    all.merge(userCardCommands());
+    all.merge(subscriptionCommands());
     return all;
   }());
   return table;

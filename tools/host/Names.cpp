@@ -43,6 +43,12 @@ constexpr std::array<Named<PLRAccrualType>, 2> accrualTypes = {{
     {"bought", PLRAccrualType::bought},
 }};
 
+constexpr std::array<Named<PLRGender>, 3> genders = {{
+    {"Unknown", PLRGender::Unknown},
+    {"Male", PLRGender::Male},
+    {"Female", PLRGender::Female},
+}};
+
 template <class Table>
 auto valueOf(const Table& table, std::string_view name, std::string_view what) {
   const auto found = std::ranges::find_if(table, [&](const auto& row) { return row.name == name; });
@@ -66,6 +72,10 @@ PLRApplicationState applicationStateOf(std::string_view name) {
 
 PLRAccrualType accrualTypeOf(std::string_view name) {
   return valueOf(accrualTypes, name, "accrual type");
+}
+
+PLRGender genderOf(std::string_view name) {
+  return valueOf(genders, name, "gender");
 }
 
 std::string_view nameOf(PLRLogLevel level) {

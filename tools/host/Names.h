@@ -1,6 +1,7 @@
 #pragma once
 
 #include <pelorino/PLRAccrualType.h>
+#include <pelorino/PLRGender.h>
 #include <pelorino/PLRHost.h>
 #include <pelorino/PLRLogLevel.h>
 #include <pelorino/PLRTrackingStatus.h>
@@ -15,6 +16,7 @@ namespace pelorino::host {
 [[nodiscard]] PLRTrackingStatus trackingStatusOf(std::string_view name);
 [[nodiscard]] PLRApplicationState applicationStateOf(std::string_view name);
 [[nodiscard]] PLRAccrualType accrualTypeOf(std::string_view name);
+[[nodiscard]] PLRGender genderOf(std::string_view name);
 
 [[nodiscard]] std::string_view nameOf(PLRLogLevel level);
 

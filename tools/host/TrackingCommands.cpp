@@ -24,30 +24,14 @@ void currentBalance(const Arguments& arguments) {
   PLRAnalytics::currentBalance(arguments.integers("balance"));
 }
 
-void addParameter(PLRCustomEventParameters& parameters, std::string_view key,
-                  const json::value& value) {
-  switch (value.kind()) {
-    case json::kind::bool_:
-      return parameters.add(key, value.get_bool());
-    case json::kind::int64:
-      return parameters.add(key, value.get_int64());
-    case json::kind::uint64:
-      return parameters.add(key, value.get_uint64());
-    case json::kind::double_:
-      return parameters.add(key, value.get_double());
-    case json::kind::string:
-      return parameters.add(key, std::string_view(value.get_string()));
-    default:
-      throw CommandError(fmt::format("the parameter \"{}\" is no number, text or boolean", key));
-  }
-}
-
 void customEvent(const Arguments& arguments) {
   const std::string name = arguments.text("eventName");
   if (!arguments.has("parameters")) return PLRAnalytics::customEvent(name);
   PLRCustomEventParameters parameters;
-  for (const auto& [key, value] : arguments.object("parameters").fields()) {
-    addParameter(parameters, key, value);
+  const Arguments values = arguments.object("parameters");
+  for (const auto& [key, ignored] : values.fields()) {
+    const std::string_view parameter = key;
+    values.scalar(parameter, [&](auto value) { parameters.add(parameter, value); });
   }
   PLRAnalytics::customEvent(name, parameters);
 }

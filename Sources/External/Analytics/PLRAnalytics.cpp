@@ -14,6 +14,7 @@
 #include "PublicCall.h"
 #include "ResolvedHost.h"
 #include "SQLiteProvider.h"
+#include "StoreValues.h"
 #include "Text.h"
 
 using namespace pelorino;
@@ -235,6 +236,30 @@ void PLRAnalytics::realCurrencyPayment(std::string_view orderId, double price,
                                        std::string_view currencyCode) noexcept {
   report("realCurrencyPayment", &AnalyticsProxy::realCurrencyPayment, [&] {
     return RealCurrencyPaymentCall{copied(orderId), price, copied(productId), copied(currencyCode)};
+  });
+}
+
+void PLRAnalytics::isRestoreTransactionHistoryRequired(
+    std::function<void(bool)> completionHandler) noexcept {
+  ask("isRestoreTransactionHistoryRequired", &AnalyticsProxy::isRestoreTransactionHistoryRequired,
+      std::move(completionHandler));
+}
+
+void PLRAnalytics::subscriptionHistory(
+    const std::vector<SKPaymentTransaction>& transactions) noexcept {
+  report<SubscriptionHistoryCall>("subscriptionHistory", &AnalyticsProxy::subscriptionHistory, [&] {
+    SubscriptionHistoryCall call;
+    for (const SKPaymentTransaction& transaction : transactions) {
+      call.push_back(repaired(transaction));
+    }
+    return call;
+  });
+}
+
+void PLRAnalytics::subscriptionPayment(const SKPaymentTransaction& transaction,
+                                       const SKProduct& product) noexcept {
+  report<SubscriptionPaymentCall>("subscriptionPayment", &AnalyticsProxy::subscriptionPayment, [&] {
+    return SubscriptionPaymentCall{repaired(transaction), repaired(product)};
   });
 }
 

@@ -9,6 +9,8 @@
 #include <pelorino/PLRProgressionEventParameters.h>
 #include <pelorino/PLRReferralProperty.h>
 #include <pelorino/PLRSocialNetwork.h>
+#include <pelorino/SKPaymentTransaction.h>
+#include <pelorino/SKProduct.h>
 
 #include <cstdint>
 #include <functional>
@@ -17,6 +19,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The front of the library: starting it, and reporting what happens in the application.
 ///
@@ -138,6 +141,21 @@ class PLR_EXPORT PLRAnalytics {
   static void realCurrencyPayment(std::string_view orderId, double price,
                                   std::string_view productId,
                                   std::string_view currencyCode) noexcept;
+
+  /// Whether the library wants what the user has bought before; subscriptionHistory() is then to
+  /// be called, once. False before the start.
+  static void isRestoreTransactionHistoryRequired(
+      std::function<void(bool)> completionHandler) noexcept;
+
+  /// What the user has bought before, restored from the store. Purchases without an original do not
+  /// count. One call that was asked for is taken, also an empty one; it is reported once the store
+  /// has told the products.
+  static void subscriptionHistory(const std::vector<SKPaymentTransaction>& transactions) noexcept;
+
+  /// A subscription was paid, sent at once. Once for each original purchase of this application;
+  /// renewals only report a product that is new.
+  static void subscriptionPayment(const SKPaymentTransaction& transaction,
+                                  const SKProduct& product) noexcept;
 
   /// The user has connected an account, or posted for a reason of at most 32 characters.
   static void socialNetworkConnect(const PLRSocialNetwork& socialNetwork) noexcept;

@@ -2,6 +2,9 @@
 
 #include <utility>
 
+#include "Host.h"
+#include "ResolvedHost.h"
+
 namespace pelorino {
 
 ServiceFactory::ServiceFactory(std::shared_ptr<CoreFactory> coreFactory,
@@ -56,6 +59,11 @@ const std::shared_ptr<PeopleService>& ServiceFactory::peopleService() {
   return peopleService_.get(stateManager_, coreFactory_->peopleRepository());
 }
 
+const std::shared_ptr<SubscriptionService>& ServiceFactory::subscriptionService() {
+  return subscriptionService_.get(stateManager_, coreFactory_->subscriptionRepository(),
+                                  &Host::store, std::ref(Host::facts()), executor_);
+}
+
 AnalyticsServices ServiceFactory::analyticsServices() {
   return {.stateManager = stateManager_,
           .projectService = projectService(),
@@ -67,7 +75,8 @@ AnalyticsServices ServiceFactory::analyticsServices() {
           .activityService = activityService(),
           .currencyAccrualService = currencyAccrualService(),
           .levelResourceService = levelResourceService(),
-          .peopleService = peopleService()};
+          .peopleService = peopleService(),
+          .subscriptionService = subscriptionService()};
 }
 
 }  // namespace pelorino

@@ -10,6 +10,7 @@
 #include "PeopleService.h"
 #include "Product.h"
 #include "StateManager.h"
+#include "SubscriptionService.h"
 
 namespace pelorino {
 
@@ -32,6 +33,7 @@ class ServiceFactory final {
   const std::shared_ptr<ReportService>& reportService();
   const std::shared_ptr<CurrencyAccrualService>& currencyAccrualService();
   const std::shared_ptr<PeopleService>& peopleService();
+  const std::shared_ptr<SubscriptionService>& subscriptionService();
 
   /// What the analytics module works with.
   [[nodiscard]] AnalyticsServices analyticsServices();
@@ -51,6 +53,7 @@ class ServiceFactory final {
   Product<ReportService> reportService_;
   Product<CurrencyAccrualService> currencyAccrualService_;
   Product<PeopleService> peopleService_;
+  Product<SubscriptionService> subscriptionService_;
 };
 
 }  // namespace pelorino

@@ -49,3 +49,23 @@ void PLREngineWrapper::testString(std::string_view value) noexcept {
     });
   });
 }
+
+void PLREngineWrapper::engineSubscriptionHistory(
+    const std::map<std::string, std::vector<std::string>>& transactions) noexcept {
+  publicCall("engineSubscriptionHistory", [&] {
+    EngineSubscriptionHistoryCall call;
+    for (const auto& [productId, ids] : transactions) {
+      auto& copied = call[repairUtf8(productId)];
+      for (const std::string& id : ids) copied.push_back(repairUtf8(id));
+    }
+    Core::shared()->analyticsProxy().subscriptionHistory(std::move(call));
+  });
+}
+
+void PLREngineWrapper::engineSubscriprtonPayment(std::string_view productId,
+                                                 std::string_view transactionId) noexcept {
+  publicCall("engineSubscriprtonPayment", [&] {
+    Core::shared()->analyticsProxy().subscriptionPayment(EngineSubscriptionPaymentCall{
+        repairUtf8(std::string(productId)), repairUtf8(std::string(transactionId))});
+  });
+}

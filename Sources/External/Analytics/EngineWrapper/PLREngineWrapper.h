@@ -4,8 +4,10 @@
 #include <pelorino/PLRLogLevel.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// What game-engine plug-ins need beside PLRAnalytics. Any thread; nothing throws.
 class PLR_EXPORT PLREngineWrapper {
@@ -33,4 +35,14 @@ class PLR_EXPORT PLREngineWrapper {
 
   /// Logs the text and its Base64 at `debug`, to see what arrives across a language bridge.
   static void testString(std::string_view value) noexcept;
+
+  /// PLRAnalytics::subscriptionHistory() with the identifiers of original purchases by product.
+  static void engineSubscriptionHistory(
+      const std::map<std::string, std::vector<std::string>>& transactions) noexcept;
+
+  /// PLRAnalytics::subscriptionPayment() with two identifiers of at most 255 characters, that of
+  /// the original purchase the second; longer ones are cut, an empty one cancels the call. Region
+  /// and currency are those that the store has told.
+  static void engineSubscriprtonPayment(std::string_view productId,
+                                        std::string_view transactionId) noexcept;
 };

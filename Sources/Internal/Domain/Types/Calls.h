@@ -1,11 +1,14 @@
 #pragma once
 
 #include <pelorino/PLRAccrualType.h>
+#include <pelorino/SKPaymentTransaction.h>
+#include <pelorino/SKProduct.h>
 
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "AnyCodable.h"
 #include "Resources.h"
@@ -80,6 +83,21 @@ struct SocialNetworkPostCall {
 
 /// Values by the name of the referral property.
 using ReferrerCall = std::map<std::string, std::string>;
+
+struct SubscriptionPaymentCall {
+  SKPaymentTransaction transaction;
+  SKProduct product;
+};
+
+/// The same as engines tell it.
+struct EngineSubscriptionPaymentCall {
+  std::string productId;
+  std::string transactionId;
+};
+
+using SubscriptionHistoryCall = std::vector<SKPaymentTransaction>;
+/// The same as engines tell it: identifiers of purchases by product.
+using EngineSubscriptionHistoryCall = std::map<std::string, std::vector<std::string>>;
 
 struct AdImpressionCall {
   std::string network;

@@ -128,13 +128,16 @@ void AnalyticsLogic::stopSDK() {
 
 void AnalyticsLogic::receiveConfig(const Config& config) {
   const bool removeInactive = services_.projectService->checkIfNeedRemoveUsersData(config);
+  const bool resetHistory = checkIfNeedResetHistory(config);
   services_.projectService->applyConfig(config);
   customEventParamsCount_ = services_.projectService->paramsCount();
   if (removeInactive) removeUsers(services_.stateManager->getInactiveProjectUsers());
+  if (resetHistory) services_.subscriptionService->resetHistoryMark();
   // Begun anew, so that the new periods apply at once. With tracking off nothing ticks, whenever
   // the answer comes.
   services_.timerService->stopTimers();
   if (services_.projectService->getTrackingAvailable()) services_.timerService->startTimers();
+  startSubscriptionsService();
 }
 
 void AnalyticsLogic::setOnBackendIdentifiersUpdate(IdentifiersUpdate onBackendIdentifiersUpdate) {

@@ -24,6 +24,8 @@
 #include "ProjectService.h"
 #include "ReportService.h"
 #include "StateManager.h"
+#include "SubscriptionPayment.h"
+#include "SubscriptionService.h"
 #include "TimerService.h"
 #include "UserService.h"
 
@@ -42,6 +44,7 @@ struct AnalyticsServices {
   std::shared_ptr<CurrencyAccrualService> currencyAccrualService;
   std::shared_ptr<LevelResourceService> levelResourceService;
   std::shared_ptr<PeopleService> peopleService;
+  std::shared_ptr<SubscriptionService> subscriptionService;
 };
 
 /// The analytics module: it holds the services, wires them to each other, and carries out every
@@ -96,6 +99,11 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   void socialNetworkPost(SocialNetworkPostCall call) override;
   void tutorial(std::int64_t step) override;
   void referrer(ReferrerCall utmData) override;
+  void isRestoreTransactionHistoryRequired(BoolHandler completionHandler) override;
+  void subscriptionPayment(SubscriptionPaymentCall call) override;
+  void subscriptionPayment(EngineSubscriptionPaymentCall call) override;
+  void subscriptionHistory(SubscriptionHistoryCall transactions) override;
+  void subscriptionHistory(EngineSubscriptionHistoryCall transactions) override;
   void adImpression(AdImpressionCall call) override;
   [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
 
@@ -137,6 +145,17 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   void addSavedCurrencyAccrualResources();
   /// Stores an event of what has changed in the active user's card, or of the whole card.
   void generatePeopleEvent(bool needFullCard);
+
+  /// Whether the backend's subscriptions are others than those whose history was asked for.
+  [[nodiscard]] bool checkIfNeedResetHistory(const Config& received) const;
+  /// Asks the store for the products that the configuration names, if it does.
+  void startSubscriptionsService();
+  void receiveProducts(const std::vector<SubscriptionProduct>& products);
+  void sendSubscriptionsHistoryEvent();
+  template <class Transactions>
+  void receiveHistory(const Transactions& transactions);
+  /// Reports the payment and remembers its order.
+  void addSubscriptionPayment(SubscriptionPayment payment);
 
   void stopSession();
   void sendAlive();

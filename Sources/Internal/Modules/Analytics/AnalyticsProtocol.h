@@ -40,6 +40,11 @@ class AnalyticsProtocol {
   virtual void socialNetworkPost(SocialNetworkPostCall call) = 0;
   virtual void tutorial(std::int64_t step) = 0;
   virtual void referrer(ReferrerCall utmData) = 0;
+  virtual void isRestoreTransactionHistoryRequired(BoolHandler completionHandler) = 0;
+  virtual void subscriptionPayment(SubscriptionPaymentCall call) = 0;
+  virtual void subscriptionPayment(EngineSubscriptionPaymentCall call) = 0;
+  virtual void subscriptionHistory(SubscriptionHistoryCall transactions) = 0;
+  virtual void subscriptionHistory(EngineSubscriptionHistoryCall transactions) = 0;
   virtual void adImpression(AdImpressionCall call) = 0;
 
   /// Limit of parameters of a custom event. Any thread.

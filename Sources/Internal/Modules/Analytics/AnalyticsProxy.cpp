@@ -30,6 +30,8 @@ auto eventWith(const char* code, Value value) {
   };
 }
 
+constexpr auto noRule = [](const auto& call) { return std::optional(call); };
+
 }  // namespace
 
 void AnalyticsProxy::initialize(std::shared_ptr<AnalyticsProtocol> analyticsLogic) {
@@ -219,6 +221,37 @@ void AnalyticsProxy::socialNetworkPost(SocialNetworkPostCall call) {
 void AnalyticsProxy::referrer(ReferrerCall utmData) {
   track("referrer(_:)", std::move(utmData), ValidatorRules::validateReferrer, event("rf"),
         &AnalyticsProtocol::referrer);
+}
+
+void AnalyticsProxy::isRestoreTransactionHistoryRequired(BoolHandler completionHandler) {
+  answer("isRestoreTransactionHistoryRequired(_:)", std::move(completionHandler),
+         &AnalyticsProtocol::isRestoreTransactionHistoryRequired, false);
+}
+
+void AnalyticsProxy::subscriptionPayment(SubscriptionPaymentCall call) {
+  track("subscriptionPayment(_:_:)", std::move(call), noRule, event("sbs"),
+        &AnalyticsProtocol::subscriptionPayment);
+}
+
+void AnalyticsProxy::subscriptionPayment(EngineSubscriptionPaymentCall call) {
+  // Unlike everywhere else, an excluded call is dropped before the rule says what is wrong with it.
+  const auto rule = [](EngineSubscriptionPaymentCall given) {
+    return Validator::isExcluded("sbs")
+               ? std::nullopt
+               : ValidatorRules::validateSubscriptionPayment(std::move(given));
+  };
+  track("subscriptionPayment(_:_:)", std::move(call), rule, never,
+        &AnalyticsProtocol::subscriptionPayment);
+}
+
+void AnalyticsProxy::subscriptionHistory(SubscriptionHistoryCall transactions) {
+  track("subscriptionHistory(_:)", std::move(transactions), noRule, event("sbsr"),
+        &AnalyticsProtocol::subscriptionHistory);
+}
+
+void AnalyticsProxy::subscriptionHistory(EngineSubscriptionHistoryCall transactions) {
+  track("subscriptionHistory(_:)", std::move(transactions), noRule, event("sbsr"),
+        &AnalyticsProtocol::subscriptionHistory);
 }
 
 void AnalyticsProxy::adImpression(AdImpressionCall call) {

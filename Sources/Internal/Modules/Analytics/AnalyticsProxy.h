@@ -47,6 +47,11 @@ class AnalyticsProxy final : public AnalyticsProtocol,
   void socialNetworkPost(SocialNetworkPostCall call) override;
   void tutorial(std::int64_t step) override;
   void referrer(ReferrerCall utmData) override;
+  void isRestoreTransactionHistoryRequired(BoolHandler completionHandler) override;
+  void subscriptionPayment(SubscriptionPaymentCall call) override;
+  void subscriptionPayment(EngineSubscriptionPaymentCall call) override;
+  void subscriptionHistory(SubscriptionHistoryCall transactions) override;
+  void subscriptionHistory(EngineSubscriptionHistoryCall transactions) override;
   void adImpression(AdImpressionCall call) override;
   [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
 

@@ -1,0 +1,260 @@
+#include "SubscriptionService.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <string_view>
+#include <utility>
+
+#include "ExitGate.h"
+#include "Logger.h"
+#include "QueueManager.h"
+#include "StoreValues.h"
+#include "Text.h"
+
+namespace pelorino {
+namespace {
+
+constexpr std::int64_t requestTimeout = 60;     ///< Seconds of one unit of waiting.
+constexpr std::int64_t longestRequestWait = 4;  ///< In those units.
+
+/// Runs code of the host's store. What it throws ends here, as the text of an error.
+template <class Work>
+std::optional<std::string> callStore(Work work) {
+  const ExitGate::Pass pass;
+  try {
+    return work();
+  } catch (const std::exception& error) {
+    return error.what();
+  } catch (...) {
+    return "The store ended with an unknown error";
+  }
+}
+
+}  // namespace
+
+SubscriptionService::SubscriptionService(
+    std::shared_ptr<StateManager> stateManager,
+    std::shared_ptr<SubscriptionRepository> subscriptionRepository, StoreSource store,
+    HostFacts& facts, Executor& executor)
+    : stateManager_(std::move(stateManager)),
+      subscriptionRepository_(std::move(subscriptionRepository)),
+      store_(std::move(store)),
+      facts_(facts),
+      executor_(executor) {}
+
+SubscriptionService::~SubscriptionService() {
+  cancelRequest();
+}
+
+std::shared_ptr<SubscriptionInfo> SubscriptionService::info() {
+  const RowId projectId = stateManager_->getActiveProject()->idKey;
+  const auto rows = subscriptionRepository_->ofProject(projectId);
+  if (!rows.empty()) return rows.front();
+  auto made = std::make_shared<SubscriptionInfo>();
+  made->projectId = projectId;
+  subscriptionRepository_->insert(made);
+  return made;
+}
+
+template <class Change>
+void SubscriptionService::change(Change change) {
+  const auto row = info();
+  change(*row);
+  subscriptionRepository_->update(row);
+}
+
+void SubscriptionService::requestUserProducts(std::vector<std::string> productsIDs,
+                                              ProductsCallback requestProductsCallback) {
+  if (productsIDs.empty()) {
+    Logger::writeLog(PLRLogLevel::debug, "Product list is empty");
+    return;
+  }
+  productList_ = std::move(productsIDs);
+  requestProductsCallback_ = std::move(requestProductsCallback);
+  startRequest();
+}
+
+void SubscriptionService::startRequest() {
+  requestRetry_.reset();
+  cancelRequest();
+  const auto handler = handlerOf(++lastRequest_);
+  const auto error = callStore([&]() -> std::optional<std::string> {
+    const auto store = store_();
+    if (!store) return "The host has set no store";
+    productRequest_ =
+        store->makeProductsRequest({productList_.begin(), productList_.end()}, handler);
+    if (!productRequest_) return "The store has made no request";
+    productRequest_->start();
+    return std::nullopt;
+  });
+  if (error) handler({.products = {}, .error = error});
+}
+
+void SubscriptionService::cancelRequest() {
+  // What it still says no longer matters.
+  static_cast<void>(callStore([this]() -> std::optional<std::string> {
+    if (productRequest_) productRequest_->cancel();
+    return std::nullopt;
+  }));
+  dropRequest();
+}
+
+void SubscriptionService::dropRequest() {
+  const ExitGate::Pass pass;  // The end of the request is code of the host, too.
+  productRequest_.reset();
+}
+
+PLRStore::ProductsHandler SubscriptionService::handlerOf(std::int64_t request) {
+  return [weak = weak_from_this(), request](SKProductsResponse response) {
+    try {
+      QueueManager::incomeQueue().addOperation([weak, request, response = std::move(response)] {
+        if (const auto self = weak.lock()) self->receive(request, response);
+      });
+    } catch (const std::exception& error) {
+      Logger::writeLog(PLRLogLevel::error, [&] {
+        return fmt::format("An answer of the store was dropped: {}", error.what());
+      });
+    }
+  };
+}
+
+void SubscriptionService::receive(std::int64_t request, const SKProductsResponse& response) {
+  if (request != lastRequest_) return;
+  ++lastRequest_;  // A second answer to it does not count either.
+  dropRequest();
+  if (response.error) {
+    retryAfter(repairUtf8(*response.error));
+    return;
+  }
+  receiveProducts(response.products);
+  Logger::writeLog(PLRLogLevel::debug, "SKProductsRequest did finish");
+}
+
+void SubscriptionService::receiveProducts(const std::vector<SKProduct>& storeProducts) {
+  std::vector<SubscriptionProduct> products;
+  for (const SKProduct& product : storeProducts) {
+    SubscriptionProduct made = productOf(repaired(product));
+    if (std::ranges::find(productList_, made.productId) != productList_.end()) {
+      products.push_back(std::move(made));
+    }
+  }
+  if (!requestProductsCallback_) {
+    // The third word begins with U+0441, and the line is known by it.
+    Logger::writeLog(PLRLogLevel::debug, "Request products \u0441allback is lose");
+    return;
+  }
+  change([&](SubscriptionInfo& info) {
+    info.productIsChanged = info.products != products;
+    if (info.productIsChanged) info.products = products;
+  });
+  requestProductsCallback_(products);
+  logMissing(products);
+}
+
+void SubscriptionService::logMissing(const std::vector<SubscriptionProduct>& products) const {
+  std::vector<std::string_view> missing;
+  for (const std::string& id : productList_) {
+    if (std::ranges::find(products, id, &SubscriptionProduct::productId) == products.end()) {
+      missing.emplace_back(id);
+    }
+  }
+  if (missing.empty()) return;
+  Logger::writeLog(PLRLogLevel::debug, [&] {
+    return fmt::format("Not found any products for list: \n\t\t{}", fmt::join(missing, ",\n\t\t"));
+  });
+}
+
+void SubscriptionService::retryAfter(const std::string& error) {
+  const std::int64_t seconds = requestAttempt_ * requestTimeout;
+  Logger::writeLog(PLRLogLevel::debug,
+                   [&] { return fmt::format("Request products failed with error: {}", error); });
+  Logger::writeLog(PLRLogLevel::debug,
+                   [&] { return fmt::format("Retry request products after {} seconds", seconds); });
+  requestAttempt_ = std::min(requestAttempt_ + 1, longestRequestWait);
+  requestRetry_ = executor_.after(std::chrono::seconds(seconds), [weak = weak_from_this()] {
+    QueueManager::incomeQueue().addOperation([weak] {
+      if (const auto self = weak.lock()) self->startRequest();
+    });
+  });
+}
+
+void SubscriptionService::resetSendProductsMark() {
+  change([](SubscriptionInfo& info) { info.productIsChanged = false; });
+}
+
+void SubscriptionService::markAsRestoredHistory() {
+  change([](SubscriptionInfo& info) { info.alreadyRestored = true; });
+}
+
+void SubscriptionService::markAsSendRestoredHistory() {
+  change([](SubscriptionInfo& info) { info.alreadySendRestoreEvent = true; });
+}
+
+void SubscriptionService::resetHistoryMark() {
+  change([](SubscriptionInfo& info) {
+    info.alreadyRestored = false;
+    info.alreadySendRestoreEvent = false;
+  });
+}
+
+void SubscriptionService::processTransactions(
+    const std::vector<SKPaymentTransaction>& transactions) {
+  TransactionTable table;
+  for (const SKPaymentTransaction& transaction : transactions) {
+    const auto& original = transaction.originalTransaction;
+    if (!original || !original->transactionIdentifier) continue;
+    const std::string& id = *original->transactionIdentifier;
+    std::vector<std::string>& ids = table[transaction.payment.productIdentifier];
+    // One that comes again begins the product's list anew.
+    if (std::ranges::find(ids, id) != ids.end()) ids.clear();
+    ids.push_back(id);
+  }
+  processTransactions(table);
+}
+
+void SubscriptionService::processTransactions(const TransactionTable& transactions) {
+  change([&](SubscriptionInfo& info) {
+    info.restoredTransaction.clear();
+    for (const auto& [productId, ids] : transactions) {
+      info.restoredTransaction.push_back({.productID = productId, .transactionIds = ids});
+    }
+  });
+}
+
+std::optional<SubscriptionService::RestoredHistory> SubscriptionService::getDataForSBSREvent() {
+  const auto row = info();
+  if (row->restoredTransaction.empty()) return std::nullopt;
+  RestoredHistory history{.transactions = row->restoredTransaction, .currencyCode = {}};
+  if (!row->products.empty()) history.currencyCode = row->products.front().currencyCode;
+  return history;
+}
+
+void SubscriptionService::clearSubscriptionHistory() {
+  change([](SubscriptionInfo& info) { info.restoredTransaction.clear(); });
+}
+
+SubscriptionProduct SubscriptionService::productOf(const SKProduct& product) const {
+  return subscriptionProductOf(product, facts_.hasStoreDiscounts());
+}
+
+bool SubscriptionService::checkIfContains(const SubscriptionProduct& product) {
+  const auto known = info()->products;
+  if (std::ranges::find(known, product) != known.end()) return true;
+  // Written at once: after a crash it would be reported a second time.
+  change([&](SubscriptionInfo& info) { info.products.push_back(product); });
+  return false;
+}
+
+std::optional<SubscriptionProduct> SubscriptionService::findLocalProduct(
+    const std::string& productId) {
+  const auto known = info()->products;
+  const auto found = std::ranges::find(known, productId, &SubscriptionProduct::productId);
+  if (found == known.end()) return std::nullopt;
+  return *found;
+}
+
+}  // namespace pelorino

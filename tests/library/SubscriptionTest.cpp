@@ -1,0 +1,350 @@
+#include <pelorino/PLRStore.h>
+#include <pelorino/PLRUserCard.h>
+
+#include <array>
+#include <set>
+#include <sstream>
+
+#include "Event.h"
+#include "Host.h"
+#include "LibraryTest.h"
+#include "ResolvedHost.h"
+#include "StoreValues.h"
+#include "SubscriptionProductsEvent.h"
+
+namespace pelorino {
+namespace {
+
+using namespace std::chrono_literals;
+using Codes = std::vector<std::string>;
+
+/// A store that keeps the questions for the test to answer, or answers at once.
+class ScriptedStore final : public PLRStore {
+ public:
+  std::shared_ptr<SKProductsRequest> makeProductsRequest(const std::set<std::string>& ids,
+                                                         ProductsHandler handler) override {
+    asked.push_back(ids);
+    handlers.push_back(std::move(handler));
+    if (fault) throw std::runtime_error(*fault);
+    return makesNone ? nullptr : std::make_shared<Request>(*this);
+  }
+
+  std::optional<SKProductsResponse> answer;
+  std::optional<std::string> fault;
+  bool makesNone = false;
+  std::vector<std::set<std::string>> asked;
+  std::vector<ProductsHandler> handlers;
+  int cancelled = 0;
+
+ private:
+  struct Request final : SKProductsRequest {
+    explicit Request(ScriptedStore& owner) : store(owner) {}
+    void start() override {
+      if (store.answer) store.handlers.back()(*store.answer);
+    }
+    void cancel() override { ++store.cancelled; }
+    ScriptedStore& store;
+  };
+};
+
+SKProduct product(std::string id, SKDecimal price, std::string locale = "en_US") {
+  return {.productIdentifier = id, .price = price, .priceLocale = {.identifier = locale}};
+}
+
+SKPaymentTransaction transaction(std::string productId, std::optional<std::string> original,
+                                 std::optional<std::string> own = {}) {
+  const SKPaymentTransaction first{.transactionIdentifier = original};
+  return {own, {productId}, original ? std::make_shared<SKPaymentTransaction>(first) : nullptr};
+}
+
+class SubscriptionTest : public LibraryTest {
+ protected:
+  SubscriptionTest() { PLRHost::setStore(store); }
+  ~SubscriptionTest() override { PLRHost::setStore(nullptr); }
+
+  void configure(const std::string& more) {
+    configuration.answers.clear();
+    configuration.answer(200, R"({"timeForRequest":120000,"countForRequest":10,)"
+                              R"("eventParamsCount":20,"sessionTimeout":600000,"serverTime":1,)"
+                              R"("aliveTimeout":300000,"userCounting":true,)" +
+                                  more + "}");
+  }
+  /// A new process, with this configuration and this store.
+  void startWith(std::int64_t version, std::vector<SKProduct> products) {
+    stop();
+    configure(R"("sbsBundles":["p","q"],"sbsConfigVersion":)" + std::to_string(version));
+    store->answer = SKProductsResponse{.products = std::move(products), .error = {}};
+    start("ann");
+  }
+
+  /// Codes of what has been delivered since the last look, those of subscriptions and the card.
+  Codes told() {
+    system.runUntilIdle();
+    Codes codes;
+    for (; seen_ < delivered.size(); ++seen_) {
+      for (const auto& package : eventsOf(delivered[seen_])) {
+        std::istringstream words(package);
+        for (std::string code; words >> code;) {
+          if (code.starts_with("sbs") || code == "pl") codes.push_back(code);
+        }
+      }
+    }
+    return codes;
+  }
+
+  bool isHistoryRequired() {
+    std::optional<bool> answer;
+    PLRAnalytics::isRestoreTransactionHistoryRequired([&](bool required) { answer = required; });
+    system.runUntilIdle();
+    return answer.value();
+  }
+
+  std::string history() const { return rows("SELECT restoredTransaction FROM subscriptions"); }
+
+  std::shared_ptr<ScriptedStore> store = std::make_shared<ScriptedStore>();
+
+ private:
+  std::size_t seen_ = 0;
+};
+
+TEST_F(SubscriptionTest, AProductIsReportedWithWhatItsLocaleAndTheSystemTell) {
+  const auto json = [](SKProduct sold) {
+    const SubscriptionProductsEvent event{
+        .products = {subscriptionProductOf(repaired(sold), Host::facts().hasStoreDiscounts())}};
+    const std::string text = Event(event).getJson();
+    return text.substr(text.find("price") - 1);
+  };
+  const std::array<std::string, 3> locales[] = {
+      {"de-DE", "DE", "EUR"}, {"zh_Hant_TW.UTF-8", "TW", "TWD"},
+      {"es-419", "419", ""},  {"en_AD@collation=x;currency=gbp", "AD", "GBP"},
+      {"en_ZW", "ZW", "USD"}, {"en_ZZ", "ZZ", ""},
+      {"en", "", ""},         {"\xFF", "", ""},
+  };
+  for (const auto& [locale, region, currency] : locales) {
+    EXPECT_EQ(
+        json(product("p", SKDecimal("much"), locale)),
+        R"("price":0,"regionCode":")" + region + R"(","currencyCode":")" + currency + R"("}]})");
+  }
+
+  SKProduct full = product("p", 4.99);
+  full.priceLocale.regionCode = "CA";
+  full.priceLocale.currencyCode = "CAD";
+  full.introductoryPrice = {{.identifier = {}, .price = 0.5}};
+  full.discounts = {{"d", 3}, {{}, 9}, {"e", SKDecimal("1.10")}, {"d", 2}};
+  const std::pair<std::optional<std::string>, bool> systems[] = {
+      {{}, true},     {"12.2", true},    {"12.10.1", true}, {"13", true},
+      {"9.3", false}, {"12.1.9", false}, {"none", false},
+  };
+  for (const auto& [version, hasDiscounts] : systems) {
+    PLRHostDescription description;
+    description.systemVersion = version;
+    PLRHost::describe(description);
+    const std::string more = R"(,"introductoryPrice":0.5,"discounts":{"d":2,"e":1.1})";
+    EXPECT_EQ(json(full), R"("price":4.99,"regionCode":"CA","currencyCode":"CAD")" +
+                              (hasDiscounts ? more : "") + "}]}")
+        << version.value_or("not told");
+  }
+}
+
+TEST_F(SubscriptionTest, AStoreThatFailsIsAskedAgainLaterAndLater) {
+  const auto fail = [&] { store->fault = "broken"; };
+  const struct {
+    std::function<void()> begin;
+    std::string error;
+    std::int64_t wait;
+  } faults[] = {
+      {[] { PLRHost::setStore(nullptr); }, "The host has set no store", 60},
+      {[&] { store->answer = {.products = {}, .error = "offline"}; }, "offline", 120},
+      {[&] { store->makesNone = true; }, "The store has made no request", 180},
+      {fail, "broken", 240},
+      {fail, "broken", 240},
+  };
+  configure(R"("sbsBundles":["p"],"sbsConfigVersion":1)");
+  std::chrono::seconds wait{0};
+  for (const auto& fault : faults) {
+    const auto asked = store->asked.size();
+    fault.begin();
+    if (wait == 0s) {
+      start();
+    } else {
+      system.advance(wait - 1ms);
+      EXPECT_EQ(store->asked.size(), asked);
+      system.advance(1ms);
+    }
+    EXPECT_TRUE(logged("DEBUG Request products failed with error: " + fault.error));
+    EXPECT_TRUE(
+        logged("DEBUG Retry request products after " + std::to_string(fault.wait) + " seconds"));
+    wait = std::chrono::seconds(fault.wait);
+    PLRHost::setStore(store);
+  }
+  store->fault.reset();
+  store->makesNone = false;
+  store->answer = {.products = {product("p", 1)}, .error = {}};
+  system.advance(wait);
+  EXPECT_EQ(told(), Codes({"sbsp"}));
+  const auto asked = store->asked.size();
+  store->handlers.back()({.products = {}, .error = "a second answer"});
+  system.advance(std::chrono::hours(1));
+  EXPECT_EQ(store->asked.size(), asked);
+  EXPECT_FALSE(logged("DEBUG Request products failed with error: a second answer"));
+}
+
+TEST_F(SubscriptionTest, AnswersThatAreNotAwaitedAnyMoreChangeNothing) {
+  configure(R"("sbsBundles":["p"],"sbsConfigVersion":1)");
+  start();
+  configure(R"("sbsBundles":["q"],"sbsConfigVersion":2)");
+  for (const bool value : {false, true}) PLRAnalytics::setTrackingAvailability(value);
+  system.runUntilIdle();
+  EXPECT_EQ(store->asked, (std::vector<std::set<std::string>>{{"p"}, {"q"}}));
+  EXPECT_EQ(store->cancelled, 1);
+  store->handlers[0]({.products = {product("p", 1)}, .error = {}});
+  EXPECT_EQ(told(), Codes());
+  stop();
+  EXPECT_EQ(store->cancelled, 2);
+  store->handlers[1]({.products = {product("q", 1)}, .error = {}});
+  EXPECT_EQ(told(), Codes());
+  EXPECT_EQ(rows("SELECT count(*) FROM subscriptions WHERE products <> '[]'"), "0");
+}
+
+TEST_F(SubscriptionTest, ProductsAreReportedWhenTheyChangeAndTheHistoryOncePerChange) {
+  start("ann");
+  EXPECT_TRUE(store->asked.empty()) << "the backend has named no products";
+  EXPECT_TRUE(isHistoryRequired());
+  const SKProduct p = product("p", 4.99);
+  const struct {
+    const char* label;
+    std::int64_t version;
+    std::vector<SKProduct> products;
+    Codes wanted;
+    bool asksHistory;
+  } starts[] = {
+      {"first answer", 4, {p, product("other", 1)}, {"sbsp"}, true},
+      {"the same, almost", 4, {product("p", SKDecimal("4.99005"), "de_US")}, {}, false},
+      {"another price", 4, {product("p", SKDecimal("4.9901"))}, {"sbsp"}, true},
+      {"another version", 5, {product("p", SKDecimal("4.9901"))}, {}, true},
+      {"a version of 0", 0, {product("p", SKDecimal("4.9901"))}, {}, false},
+      {"a version after 0", 6, {product("p", SKDecimal("4.9901"))}, {}, false},
+      {"one more", 6, {product("p", SKDecimal("4.9901")), product("q", 1)}, {"sbsp"}, true},
+      {"none at all", 6, {}, {}, false},
+      {"back again", 6, {p}, {"sbsp"}, true},
+  };
+  for (const auto& c : starts) {
+    SCOPED_TRACE(c.label);
+    startWith(c.version, c.products);
+    EXPECT_EQ(told(), c.wanted);
+    EXPECT_EQ(isHistoryRequired(), c.asksHistory);
+    PLRAnalytics::subscriptionHistory({transaction("p", "A")});
+    EXPECT_EQ(told(), c.asksHistory ? Codes({"sbsr"}) : Codes());
+    EXPECT_FALSE(isHistoryRequired());
+    EXPECT_EQ(history(), "[]");
+  }
+  EXPECT_EQ(rows("SELECT alreadyRestored, alreadySendRestoreEvent, productIsChanged "
+                 "FROM subscriptions"),
+            "1|1|0");
+  EXPECT_TRUE(logged("DEBUG Not found any products for list: \n\t\tp,\n\t\tq"));
+}
+
+TEST_F(SubscriptionTest, TheHistoryWaitsUntilACurrencyIsKnown) {
+  using Table = std::map<std::string, std::vector<std::string>>;
+  const struct {
+    const char* label;
+    std::vector<SKPaymentTransaction> transactions;
+    Table ofEngine;
+    std::string kept;
+  } cases[] = {
+      {"none", {}, {}, "[]"},
+      {"no original", {transaction("p", {}, "X")}, {}, "[]"},
+      {"one that comes again begins the list anew",
+       {transaction("p", "A"), transaction("p", "B"), transaction("q", "C"), transaction("p", "A")},
+       {},
+       R"([{"productID":"p","transactionIds":["A"]},{"productID":"q","transactionIds":["C"]}])"},
+      {"of an engine",
+       {},
+       {{"p", {"A", "B", "A"}}},
+       R"([{"productID":"p","transactionIds":["A","B","A"]}])"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    if (std::filesystem::exists(file.path())) rows("DELETE FROM subscriptions");
+    start("ann");
+    if (c.ofEngine.empty()) PLRAnalytics::subscriptionHistory(c.transactions);
+    PLREngineWrapper::engineSubscriptionHistory(c.ofEngine);
+    PLREngineWrapper::engineSubscriptionHistory(Table{{"late", {"Z"}}});
+    EXPECT_FALSE(isHistoryRequired());
+    EXPECT_EQ(history(), c.kept);
+    stop();
+  }
+  EXPECT_EQ(timesLogged("DEBUG SubscriptionsHistory: Not enough data to send the event, \n"
+                        "\tmissing product CurrencyCode"),
+            2);
+  startWith(1, {product("p", 1, "en_GB")});
+  EXPECT_EQ(told(), (Codes{"sbsp", "sbsr"}));
+  EXPECT_NE(delivered.back().body.find(R"("currencyCode":"GBP","transactions":[{"productID":"p")"),
+            std::string::npos);
+  EXPECT_FALSE(isHistoryRequired());
+  EXPECT_EQ(history(), "[]");
+}
+
+TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
+  startWith(1, {product("p", 4.99, "en_GB")});
+  told();
+  const SKProduct known = product("p", 4.99, "en_GB"), q = product("q", 1), r = product("r", 1);
+  const auto pay = [](SKPaymentTransaction paid, SKProduct sold) {
+    return [=] { PLRAnalytics::subscriptionPayment(paid, sold); };
+  };
+  const auto payIds = [](const char* productId, const char* orderId) {
+    return [=] { PLREngineWrapper::engineSubscriprtonPayment(productId, orderId); };
+  };
+  const struct {
+    const char* label;
+    std::function<void()> pay;
+    Codes wanted;
+    std::string region = "";  ///< Of the payment, if it is told.
+  } cases[] = {
+      {"first", pay(transaction("p", "A", "A"), known), {"sbs", "pl"}, "GB"},
+      {"restored", pay(transaction("p", "A", "A"), known), {}},
+      {"renewed", pay(transaction("p", "A", "A2"), known), {}},
+      {"renewed, new product", pay(transaction("q", "A", "A3"), q), {"sbsp", "pl"}},
+      {"renewed, the same product", pay(transaction("q", "A", "A4"), q), {}},
+      {"without an original", pay(transaction("p", {}, "B"), known), {"sbs", "pl"}, "GB"},
+      {"known, without an original", pay(transaction("p", {}, "B"), known), {}},
+      {"new product", pay(transaction("r", "C"), r), {"sbs", "sbsp", "pl"}, "US"},
+      {"without any identifier", pay(transaction("p", {}), known), {}},
+      {"of an engine", payIds("p", "D"), {"sbs"}, "GB"},
+      {"known, of an engine", payIds("p", "C"), {}},
+      {"unknown product of an engine", payIds("\x01x", "E"), {"sbs"}},
+      {"engine without an order", payIds("p", "\x01"), {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.label);
+    PLRUserCard::set("paid", std::string_view(c.label));
+    c.pay();
+    EXPECT_EQ(told(), c.wanted);
+    if (c.wanted.empty() || c.wanted.front() != "sbs") continue;
+    EXPECT_NE(delivered.back().body.find(R"("regionCode":")" + c.region + '"'), std::string::npos);
+  }
+  auto renewals = log.lines();
+  std::erase_if(renewals, [](const auto& line) { return !line.ends_with("] is renewal"); });
+  const std::string renewal = "DEBUG Subscription payment with orderId [";
+  EXPECT_EQ(renewals,
+            (Codes{renewal + "A] is renewal", renewal + "A] is renewal", renewal + "A] is renewal",
+                   renewal + "B] is renewal", renewal + "C] is renewal"}));
+  EXPECT_TRUE(logged("ERROR Subscription payment transactionIdentifier is nil"));
+  EXPECT_TRUE(logged("ERROR Execution of the SubscriptionPayment method was canceled!"));
+  EXPECT_EQ(rows("SELECT group_concat(orderId, ' ') FROM realPaymentMarks"), "A B C D E");
+}
+
+TEST_F(SubscriptionTest, ExclusionsComeBeforeTheRule) {
+  configure(R"("exclude":{"version":1,"events":{"sbs":[],"sbsr":[]}})");
+  start("ann");
+  PLREngineWrapper::engineSubscriprtonPayment("", "");
+  PLRAnalytics::subscriptionPayment(transaction("p", "A"), product("p", 1));
+  PLRAnalytics::subscriptionHistory({});
+  EXPECT_TRUE(isHistoryRequired());
+  EXPECT_EQ(timesLogged("INFO Event [sbs] is excluded by project configuration"), 2);
+  EXPECT_FALSE(logged("ERROR Execution of the SubscriptionPayment method was canceled!"));
+  EXPECT_EQ(told(), Codes());
+}
+
+}  // namespace
+}  // namespace pelorino
