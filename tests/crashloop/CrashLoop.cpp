@@ -9,8 +9,12 @@ namespace json = boost::json;
 
 namespace {
 
-/// Beyond the time in which a life left in peace has done all of its work on an idle machine.
-constexpr int longestLifeMicroseconds = 40'000;
+constexpr int eventsOfLife = 8;
+
+/// Starting takes about the first half of this on an idle machine.
+constexpr int longestStartMicroseconds = 30'000;
+/// In this time what has been stored is delivered.
+constexpr int longestDeliveryMicroseconds = 10'000;
 
 const json::object quiet{{"logLevel", "info"}};
 
@@ -27,12 +31,25 @@ std::string between(const std::string& line, std::string_view before, std::strin
 
 void CrashLoop::live() {
   ++lives_;
-  if (upTo(1) == 0) spoil();
+  if (upTo(2) == 0) spoil();
   HostProcess host(file_, backend_.url());
   load(host);
-  std::this_thread::sleep_for(std::chrono::microseconds(upTo(longestLifeMicroseconds)));
+  waitABit(host);
   host.kill();
   takeDown(host);
+}
+
+/// Until a moment of the start, or one after some of the events: without these a slow machine would
+/// see nothing but starts.
+void CrashLoop::waitABit(HostProcess& host) {
+  int longest = longestStartMicroseconds;
+  if (upTo(3) > 0) {
+    const auto events = static_cast<std::size_t>(upTo(eventsOfLife - 1) + 1);
+    static_cast<void>(host.logs("t name: event", events));
+    longest = longestDeliveryMicroseconds;
+    if (upTo(9) == 0) longest *= 10;  // What has been left behind is caught up with.
+  }
+  std::this_thread::sleep_for(std::chrono::microseconds(upTo(longest)));
 }
 
 bool CrashLoop::recover() {
@@ -68,7 +85,7 @@ void CrashLoop::spoil() {
 
 void CrashLoop::load(HostProcess& host) {
   host.initialize(quiet);
-  for (int i = 0; i < 8; ++i) {
+  for (int i = 0; i < eventsOfLife; ++i) {
     host.customEvent("event " + std::to_string(lives_) + "-" + std::to_string(i));
     const int chance = upTo(11);
     if (chance < 4) host.sendBufferedEvents();

@@ -39,6 +39,7 @@ class CrashLoop final {
   [[nodiscard]] int upTo(int most) { return std::uniform_int_distribution(0, most)(random_); }
   void spoil();
   void load(HostProcess& host);
+  void waitABit(HostProcess& host);
   void takeDown(HostProcess& host);
   void countDeliveries(Account& account);
 
