@@ -1,0 +1,21 @@
+// A part of a program that is loaded, used and unloaded, and the only one that uses the library.
+#include <pelorino/PLRAnalytics.h>
+#include <pelorino/PLREngineWrapper.h>
+#include <pelorino/PLRHost.h>
+
+#include <string>
+
+/// Reports an event and leaves a delivery on its way.
+extern "C" void play(const char* folder);  // NOLINT(misc-use-internal-linkage)
+extern "C" void play(const char* folder) {
+  PLRHostDescription host;
+  host.supportDirectory = folder;
+  host.keyStoreFile = std::string(folder) + "/keys";
+  PLRHost::describe(host);
+  PLRAnalytics::setTestProxyUrl("http://127.0.0.1:9");
+  PLRAnalytics::initialize("key");
+  PLRAnalytics::customEvent("played");
+  PLRAnalytics::sendBufferedEvents();
+  PLRHost::willTerminate();
+  PLREngineWrapper::destroySDK();
+}
