@@ -12,8 +12,9 @@ namespace pelorino {
 /// started.
 [[nodiscard]] bool isRefusedInForkedChild();
 
-/// Runs a public operation, but not in a forked child. Whatever it throws, no memory above all, costs this one call and a log
-/// line: nothing reaches the host.
+/// Runs a public operation, but not in a forked child. Whatever is thrown in it, be it for want of
+/// memory or by a handler that is copied, costs this one call and a log line: nothing reaches the
+/// host.
 template <class Work>
 void publicCall(const char* operation, Work&& work) noexcept {
   try {
@@ -24,6 +25,9 @@ void publicCall(const char* operation, Work&& work) noexcept {
       Logger::writeLog(PLRLogLevel::error, [&] {
         return std::string("The call of ") + operation + " was dropped: " + error.what();
       });
+    } catch (...) {
+      Logger::writeLog(PLRLogLevel::error,
+                       [&] { return std::string("The call of ") + operation + " was dropped"; });
     }
   } catch (...) {  // NOLINT(bugprone-empty-catch)
     // No memory even for the line.

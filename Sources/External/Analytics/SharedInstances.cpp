@@ -9,7 +9,8 @@
 namespace {
 
 /// The instance of this name. Never destroyed: a host may hold it while it exits. Without a lock:
-/// in a forked child one could be held for ever.
+/// in a forked child one could be held for ever. The name may lie in a module that is unloaded some
+/// day.
 template <class Named>
 const Named& sharedInstance(std::string_view name) {
   struct Node {

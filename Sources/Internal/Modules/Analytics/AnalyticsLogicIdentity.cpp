@@ -82,7 +82,8 @@ void AnalyticsLogic::switchUser(const std::string& userId) {
 }
 
 void AnalyticsLogic::replaceUserId(ReplaceUserIdCall call) {
-  const auto& [from, to] = call;
+  const std::string& from = call.prevUserName;
+  const std::string& to = call.userName;
   const auto users = services_.stateManager->getProjectUsers();
   const auto userOf = [&users](const std::string& userId) {
     const auto found =

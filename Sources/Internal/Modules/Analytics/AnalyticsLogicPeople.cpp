@@ -29,7 +29,8 @@ void AnalyticsLogic::generatePeopleEvent(bool needFullCard) {
   if (!people.isNeedToClear()) {
     const PeopleProperties properties = people.getParameters(needFullCard);
     if (properties.empty()) return;
-    event.parameters = from<AnyCodable::Object>(peopleJson(properties)).value_or(AnyCodable::Object());
+    event.parameters =
+        from<AnyCodable::Object>(peopleJson(properties)).value_or(AnyCodable::Object());
   }
   addEvent(std::move(event));
   people.removeNulls();
