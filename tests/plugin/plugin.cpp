@@ -6,8 +6,8 @@
 #include <string>
 
 /// Reports an event and leaves a delivery on its way.
-extern "C" void play(const char* folder);  // NOLINT(misc-use-internal-linkage)
-extern "C" void play(const char* folder) {
+extern "C" __attribute__((visibility("default"))) void play(const char* folder);
+void play(const char* folder) {
   PLRHostDescription host;
   host.supportDirectory = folder;
   host.keyStoreFile = std::string(folder) + "/keys";
@@ -18,4 +18,5 @@ extern "C" void play(const char* folder) {
   PLRAnalytics::sendBufferedEvents();
   PLRHost::willTerminate();
   PLREngineWrapper::destroySDK();
+  PLRHost::willTerminate();  // Returns when it has been torn down and can be started again.
 }
