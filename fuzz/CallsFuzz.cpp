@@ -2,7 +2,6 @@
 
 #include <pelorino/PLRUserCard.h>
 
-#include <chrono>
 #include <iterator>
 #include <map>
 #include <string>
@@ -18,6 +17,7 @@ class Script final {
   Script(const std::uint8_t* data, std::size_t size) : input_(data, size) {
     library_.configuration = input_.ConsumeRandomLengthString();
     library_.identifiers = input_.ConsumeRandomLengthString();
+    if (input_.ConsumeBool()) initialize();
   }
 
   void run();
@@ -40,10 +40,7 @@ class Script final {
 
   // ---- The time between the calls, and the host's coming and going ----
 
-  void wait() {
-    library_.system.advance(
-        std::chrono::milliseconds(input_.ConsumeIntegralInRange(0, 24 * 60 * 60 * 1000)));
-  }
+  void wait() { library_.advance(input_.ConsumeIntegralInRange(0, 60 * 60 * 1000)); }
   void jump() {
     library_.system.setTime(
         input_.ConsumeIntegralInRange<std::int64_t>(1'000'000'000'000, 9'000'000'000'000));

@@ -4,6 +4,9 @@
 #include <pelorino/PLREngineWrapper.h>
 #include <pelorino/PLRHost.h>
 
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -51,6 +54,12 @@ class FuzzedLibrary final {
 
   FuzzedLibrary(const FuzzedLibrary&) = delete;
   FuzzedLibrary& operator=(const FuzzedLibrary&) = delete;
+
+  /// Lets time pass, at most an hour of it: timers may tick every second.
+  void advance(std::int64_t milliseconds) {
+    constexpr std::int64_t longest = 60 * 60 * 1000;
+    system.advance(std::chrono::milliseconds(std::clamp<std::int64_t>(milliseconds, 0, longest)));
+  }
 
   DeterministicSystem& system = DeterministicSystem::instance();
   int status = 200;
