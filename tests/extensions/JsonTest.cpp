@@ -37,6 +37,9 @@ TEST(AnyCodable, ReadsEachNumberAsTheKindThatHoldsIt) {
   expectNumber("4.9901", Kind::floating, "4.9901");
   expectNumber("5e-324", Kind::floating, "5e-324");
   expectNumber("1e-400", Kind::integer, "0");
+  expectNumber("0e900", Kind::integer, "0");
+  expectNumber("1.7976931348623157e308", Kind::floating, "1.7976931348623157e+308");
+  expectNumber(("0." + std::string(400, '0') + "25e400").c_str(), Kind::floating, "0.25");
 }
 
 TEST(AnyCodable, GoesThroughJsonWithoutLoss) {
@@ -85,9 +88,9 @@ TEST(JsonView, RefusesWhatIsNotExactlyOneValue) {
   for (const std::string& text :
        {std::string(), std::string(" "), std::string("{"), std::string("[1,]"), std::string("1 2"),
         std::string("nul"), std::string("{\"a\" 1}"), std::string("'a'"), std::string("NaN"),
-        std::string("1e999"), std::string("01"), std::string("\"\xff\""), std::string("\"a\nb\""),
-        std::string("\"\\ud83d\""), std::string("/**/1"), deep, std::string(10'000, '['),
-        std::string("1\0", 2)}) {
+        std::string("1e999"), std::string("1.7976931348623159e308"), std::string("01"),
+        std::string("\"\xff\""), std::string("\"a\nb\""), std::string("\"\\ud83d\""),
+        std::string("/**/1"), deep, std::string(10'000, '['), std::string("1\0", 2)}) {
     SCOPED_TRACE(text.substr(0, 20));
     EXPECT_THROW((void)JsonView(text), PLRError);
     EXPECT_FALSE(isJsonObject(text));

@@ -6,6 +6,7 @@
 #include <boost/json/src.hpp>
 #include <charconv>
 #include <cmath>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,7 +26,19 @@ Error tooLarge() {
   return boost::json::make_error_code(boost::json::error::array_too_large);
 }
 
-/// What the parser tells; this one keeps nothing.
+/// The parser's own doubles may be off in the last digit, and it has none for 0e900; this one reads
+/// back what was written. Absent when it is too large, which `approximation` tells from too small.
+std::optional<double> readDouble(std::string_view text, double approximation) {
+  double number = 0;
+  if (std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc()) {
+    return number;
+  }
+  // A number too small for a double is read as nearest to it: zero.
+  if (std::abs(approximation) < 1) return 0.0;
+  return std::nullopt;
+}
+
+/// What the parser tells; this one keeps no more than the number at hand.
 class Checker {
  public:
   static constexpr std::size_t max_object_size = std::size_t(-1);
@@ -43,11 +56,17 @@ class Checker {
   bool on_string(Text, std::size_t, Error&) { return true; }
   bool on_key_part(Text, std::size_t, Error&) { return true; }
   bool on_key(Text, std::size_t, Error&) { return true; }
-  bool on_number_part(Text, Error&) { return true; }
-  bool on_int64(std::int64_t, Text, Error&) { return true; }
-  bool on_uint64(std::uint64_t, Text, Error&) { return true; }
-  bool on_double(double value, Text, Error& error) {
-    if (std::isfinite(value)) return true;
+  bool on_number_part(Text part, Error&) { return keep(part); }
+  bool on_int64(std::int64_t, Text, Error&) {
+    parts_.clear();
+    return true;
+  }
+  bool on_uint64(std::uint64_t, Text, Error&) {
+    parts_.clear();
+    return true;
+  }
+  bool on_double(double value, Text part, Error& error) {
+    if (readDouble(whole(part), value)) return true;
     error = refused();
     return false;
   }
@@ -55,6 +74,20 @@ class Checker {
   bool on_null(Error&) { return true; }
   bool on_comment_part(Text, Error&) { return true; }
   bool on_comment(Text, Error&) { return true; }
+
+ protected:
+  bool keep(Text part) {
+    parts_.append(part.data(), part.size());
+    return true;
+  }
+
+  /// What is kept of a text or a number, with its last part.
+  std::string whole(Text last) {
+    keep(last);
+    return std::exchange(parts_, {});
+  }
+
+  std::string parts_;
 };
 
 template <class Integer>
@@ -86,17 +119,9 @@ std::string plainDigits(std::string_view text, double value) {
   return {digits.data(), result.ptr};
 }
 
-/// The parser's own doubles may be off in the last digit; this one reads back what was written.
-bool readNumber(std::string_view text, AnyCodable& value) {
-  double number = 0;
-  const char* end = text.data() + text.size();
-  const auto result = std::from_chars(text.data(), end, number);
-  // A number too small for a double is read as nearest to it: zero.
-  if (result.ec == std::errc::result_out_of_range && std::abs(number) > 1) return false;
-  if (!std::isfinite(number)) return false;
-  if (readInteger(plainDigits(text, number), value)) return true;
-  value = AnyCodable(number);
-  return true;
+AnyCodable numberOf(std::string_view text, double number) {
+  AnyCodable value;
+  return readInteger(plainDigits(text, number), value) ? value : AnyCodable(number);
 }
 
 /// Builds the value.
@@ -121,7 +146,6 @@ class Builder final : public Checker {
     open_.back().key = whole(part);
     return true;
   }
-  bool on_number_part(Text part, Error&) { return keep(part); }
   bool on_int64(std::int64_t value, Text, Error& error) {
     parts_.clear();
     return add(AnyCodable(value), error);
@@ -130,9 +154,11 @@ class Builder final : public Checker {
     parts_.clear();
     return add(AnyCodable(value), error);
   }
-  bool on_double(double, Text part, Error& error) {
-    AnyCodable value;
-    if (readNumber(whole(part), value)) return add(std::move(value), error);
+  bool on_double(double approximation, Text part, Error& error) {
+    const std::string text = whole(part);
+    if (const auto number = readDouble(text, approximation)) {
+      return add(numberOf(text, *number), error);
+    }
     error = refused();
     return false;
   }
@@ -160,16 +186,6 @@ class Builder final : public Checker {
     return container;
   }
 
-  bool keep(Text part) {
-    parts_.append(part.data(), part.size());
-    return true;
-  }
-
-  std::string whole(Text last) {
-    keep(last);
-    return std::exchange(parts_, {});
-  }
-
   bool add(AnyCodable value, Error& error) {
     if (remaining_ == 0) {
       error = tooLarge();
@@ -191,7 +207,6 @@ class Builder final : public Checker {
 
   std::size_t remaining_;
   std::vector<Container> open_;
-  std::string parts_;
   AnyCodable result_;
 };
 
