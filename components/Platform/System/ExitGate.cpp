@@ -68,6 +68,8 @@ void leave() {
 }  // namespace
 
 void ExitGate::arm() {
+  // The list of exit handlers has a lock, which may have been taken at the fork.
+  if (ForkedChild::isHere()) return;
   // A failure leaves the gate as it was armed before; there is no memory then, and no remedy.
   if (std::atexit(closeGate) == 0) registered.store(true, std::memory_order_release);
 }
