@@ -8,7 +8,7 @@
 set_property(GLOBAL PROPERTY PELORINO_ROWS "")
 
 function(pelorino_row)
-  cmake_parse_arguments(ROW "" "NAME" "FOLDERS;BELOW;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ROW "" "NAME" "FOLDERS;BELOW;PRIVATE;FAST" ${ARGN})
   set(target pelorino_${ROW_NAME})
   set(sources)
   set(directories)
@@ -22,6 +22,11 @@ function(pelorino_row)
     add_library(${target} STATIC ${sources})
     set(scope PUBLIC)
     target_link_libraries(${target} PRIVATE pelorino_warnings ${ROW_PRIVATE})
+    # For size: whoever embeds the library carries it along, and the store and the network take most
+    # of its time. FAST names the files on the road of a call, which the host waits for.
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-Os>)
+    list(TRANSFORM ROW_FAST PREPEND ${PROJECT_SOURCE_DIR}/)
+    set_source_files_properties(${ROW_FAST} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O2>)
   else()
     add_library(${target} INTERFACE)
     set(scope INTERFACE)

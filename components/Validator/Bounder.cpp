@@ -23,11 +23,4 @@ std::string Bounder::maxStringLength(std::string_view method, const Label& argum
   return value;
 }
 
-std::optional<std::string> Bounder::maxStringLength(std::string_view method, const Label& argument,
-                                                    std::optional<std::string> value,
-                                                    std::size_t maximalLength) {
-  if (!value) return std::nullopt;
-  return maxStringLength(method, argument, *std::move(value), maximalLength);
-}
-
 }  // namespace pelorino

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,12 +17,6 @@ class Bounder final {
   /// cut.
   [[nodiscard]] static std::string maxStringLength(std::string_view method, const Label& argument,
                                                    std::string value, std::size_t maximalLength);
-
-  /// A missing text stays missing.
-  [[nodiscard]] static std::optional<std::string> maxStringLength(std::string_view method,
-                                                                  const Label& argument,
-                                                                  std::optional<std::string> value,
-                                                                  std::size_t maximalLength);
 };
 
 }  // namespace pelorino

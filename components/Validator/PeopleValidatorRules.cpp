@@ -7,7 +7,6 @@
 #include "Limits.h"
 #include "Logger.h"
 #include "Rule.h"
-#include "Text.h"
 
 namespace pelorino {
 namespace {
@@ -38,18 +37,16 @@ std::optional<PeopleValidatorRules::Property> PeopleValidatorRules::validateSet(
 
 std::optional<std::string> PeopleValidatorRules::validateKey(std::string_view method,
                                                              std::string key) {
-  const std::string name = cleaned(key);
   Rule rule(method);
-  rule.text(Label("The [", name, "] key argument"), key, maximalKey);
+  rule.namedText("The [", "] key argument", key, maximalKey);
   return rule.verdict(std::move(key));
 }
 
 std::optional<std::vector<std::string>> PeopleValidatorRules::validateUnset(
     std::string_view method, std::vector<std::string> keys) {
   std::erase_if(keys, [method](std::string& key) {
-    const std::string name = cleaned(key);
     Rule entry(method);
-    entry.text(Label("The [", name, "] key of the keys array"), key, maximalKey);
+    entry.namedText("The [", "] key of the keys array", key, maximalKey);
     return !entry.passed();
   });
   if (keys.empty()) return std::nullopt;

@@ -23,6 +23,15 @@ void Rule::text(const Label& argument, std::string& value, std::size_t maximum) 
   notEmpty(argument, value);
 }
 
+void Rule::namedText(std::string_view opening, std::string_view closing, std::string& value,
+                     std::size_t maximum) {
+  value = cleaned(std::move(value));
+  const std::string name = value;
+  const Label argument(opening, name, closing);
+  value = Bounder::maxStringLength(method_, argument, std::move(value), maximum);
+  notEmpty(argument, value);
+}
+
 void Rule::inInterval(const Label& argument, std::int64_t value, Interval allowed) {
   passed_ &= Validator::inInterval(method_, argument, value, allowed.min, allowed.max);
 }

@@ -28,6 +28,11 @@ class Rule final {
   /// Clean, cut, not empty: what most texts go through.
   void text(const Label& argument, std::string& value, std::size_t maximum);
 
+  /// The same for one of many texts, which its own label shows: `opening`, the clean text,
+  /// `closing`.
+  void namedText(std::string_view opening, std::string_view closing, std::string& value,
+                 std::size_t maximum);
+
   /// A text or a table must have content.
   template <class Container>
   void notEmpty(const Label& argument, const Container& value) {
@@ -43,6 +48,8 @@ class Rule final {
 
   /// A check of the rule's own has failed; writes `message` as it is.
   void fail(std::string_view message);
+
+  [[nodiscard]] std::string_view method() const { return method_; }
 
   /// True when no check has failed so far.
   [[nodiscard]] bool passed() const { return passed_; }

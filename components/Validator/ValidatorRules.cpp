@@ -7,7 +7,6 @@
 #include "Limits.h"
 #include "Logger.h"
 #include "Rule.h"
-#include "Text.h"
 
 namespace pelorino {
 namespace {
@@ -65,10 +64,9 @@ Resources ValidatorRules::validateResorces(std::string_view method, std::string_
   const Label valueLabel("The value of the ", resourcesName, "");
   Resources kept;
   for (const auto& [rawKey, value] : resources) {
-    const std::string clean = cleaned(rawKey);
-    std::string key = clean;
+    std::string key = rawKey;
     Rule entry(method);
-    entry.text(Label("The [", clean, keyRest), key, maximalKeyLength);
+    entry.namedText("The [", keyRest, key, maximalKeyLength);
     if (entry.passed()) entry.inInterval(valueLabel, value, allowed);
     if (entry.passed()) kept.insert_or_assign(std::move(key), value);
   }

@@ -19,8 +19,8 @@ std::optional<VirtualCurrencyPaymentCall> ValidatorRules::validateVirtualCurrenc
     VirtualCurrencyPaymentCall call) {
   Rule rule("VirtualCurrencyPayment");
   rule.inInterval("The purchase amount", call.purchaseAmount, amountInterval);
-  call.resources = validateResorces("VirtualCurrencyPayment", "resources dictionary",
-                                    call.resources, maximalResourceKey, amountInterval);
+  call.resources = validateResorces(rule.method(), "resources dictionary", call.resources,
+                                    maximalResourceKey, amountInterval);
   if (call.resources.empty()) {
     rule.fail("VirtualCurrencyPayment has empty Resources dictionary!");
   }

@@ -50,7 +50,7 @@ std::optional<CustomEventCall> ValidatorRules::validateCustomEvent(CustomEventCa
   Rule rule("CustomEvent");
   const Label nameLabel = "The custom event name";
   rule.bound(nameLabel, call.name, 72);
-  call.params = checkParameters("CustomEvent", call.params);
+  call.params = checkParameters(rule.method(), call.params);
   rule.notEmpty(nameLabel, call.name);
   return rule.verdict(std::move(call));
 }
@@ -73,11 +73,10 @@ std::optional<ReferrerCall> ValidatorRules::validateReferrer(const ReferrerCall&
   Rule rule("Referrer");
   ReferrerCall kept;
   for (const auto& [property, value] : utmData) {
-    const std::string clean = cleaned(value);
     const std::string rest = "] value of the utm data dictionary by [" + property + "] key";
-    std::string repaired = clean;
-    Rule entry("Referrer");
-    entry.text(Label("The [", clean, rest), repaired, 255);
+    std::string repaired = value;
+    Rule entry(rule.method());
+    entry.namedText("The [", rest, repaired, 255);
     if (entry.passed()) kept.emplace(property, std::move(repaired));
   }
   rule.notEmpty("The referrer argument value", kept);

@@ -19,14 +19,14 @@ constexpr const char* eventNameLabel = "The event name argument value";
 std::optional<LevelUpCall> ValidatorRules::validateLevelUp(LevelUpCall call) {
   Rule rule("LevelUp");
   rule.inInterval("The level argument value", call.level, levelInterval);
-  call.balances = validateResorces("LevelUp", "balances dictionary", call.balances,
+  call.balances = validateResorces(rule.method(), "balances dictionary", call.balances,
                                    maximalResourceKey, anyInteger);
   return rule.verdict(std::move(call));
 }
 
 std::optional<Resources> ValidatorRules::validateCurrentBalance(Resources balance) {
   Rule rule("CurrentBalance");
-  balance = validateResorces("CurrentBalance", "balances dictionary", balance, maximalResourceKey,
+  balance = validateResorces(rule.method(), "balances dictionary", balance, maximalResourceKey,
                              anyInteger);
   rule.notEmpty("The balance parameter value", balance);
   return rule.verdict(std::move(balance));
@@ -50,13 +50,14 @@ std::optional<StartProgressionEventCall> ValidatorRules::validateStartProgressio
 
 std::optional<FinishProgressionEventCall> ValidatorRules::validateFinishProgressionEvent(
     FinishProgressionEventCall call) {
-  const char* method = "FinishProgressionEvent";
-  Rule rule(method);
+  Rule rule("FinishProgressionEvent");
   auto& [success, duration, spent, earned] = call.parameters;
   rule.text(eventNameLabel, call.eventName, 40);
   rule.inInterval("The duration parameter value", duration, zeroOrMore);
-  spent = validateResorces(method, "spent dictionary", spent, maximalResourceKey, anyPositive);
-  earned = validateResorces(method, "earned dictionary", earned, maximalResourceKey, anyPositive);
+  spent =
+      validateResorces(rule.method(), "spent dictionary", spent, maximalResourceKey, anyPositive);
+  earned =
+      validateResorces(rule.method(), "earned dictionary", earned, maximalResourceKey, anyPositive);
   return rule.verdict(std::move(call));
 }
 

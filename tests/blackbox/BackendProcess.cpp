@@ -26,6 +26,12 @@ std::unique_ptr<httplib::Client> clientOf(const std::string& url) {
   return client;
 }
 
+/// The text of that key; empty where there is none.
+std::string textOf(const json::value& object, std::string_view key) {
+  const json::value* text = object.as_object().if_contains(key);
+  return text ? json::value_to<std::string>(*text) : std::string();
+}
+
 const httplib::Response& answered(const httplib::Result& result) {
   if (!result) throw std::runtime_error("the backend does not answer");
   return *result;
@@ -83,18 +89,26 @@ std::vector<Arrived> BackendProcess::events(const std::string& code) {
   std::vector<Arrived> list;
   for (const json::value& exchange : received("/analytics/report")) {
     if (exchange.at("status") != 200) continue;
+    const std::string user = textOf(exchange.at("headers"), "UserId");
     const json::array& packages = exchange.at("body").at("reports").at(0).at("packages").as_array();
     for (const json::value& package : packages) {
       const json::array& inPackage = package.at("events").as_array();
       for (const json::value& event : inPackage) {
-        if (event.at("code") != json::string(code)) continue;
-        const json::value* name = event.as_object().if_contains("name");
-        list.push_back({name ? json::value_to<std::string>(*name) : std::string(),
-                        event.as_object(), inPackage.size()});
+        if (!code.empty() && event.at("code") != json::string(code)) continue;
+        list.push_back({textOf(event, "name"), user, event.as_object(), inPackage.size()});
       }
     }
   }
   return list;
+}
+
+json::object BackendProcess::summary(const std::string& userId) {
+  const auto result = clientOf(url_)->Get("/control/summary");
+  const json::value accounts = json::parse(answered(result).body);
+  for (const json::value& account : accounts.as_array()) {
+    if (account.at("userId") == json::string(userId)) return account.as_object();
+  }
+  throw std::runtime_error("nothing has arrived of " + userId);
 }
 
 std::vector<std::string> BackendProcess::names() {

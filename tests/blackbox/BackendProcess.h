@@ -13,9 +13,10 @@ namespace pelorino::blackbox {
 /// Polls until the condition holds; false when Process::deadline has passed.
 [[nodiscard]] bool comesTrue(const std::function<bool()>& condition);
 
-/// A custom event as the backend has accepted it.
+/// An event as the backend has accepted it.
 struct Arrived {
-  std::string name;
+  std::string name;  ///< Empty for events that have none.
+  std::string userId;
   boost::json::object event;
   std::size_t packageSize = 0;  ///< Events in its package.
 };
@@ -42,8 +43,11 @@ class BackendProcess final {
   /// The exchanges of an endpoint, or of all for the empty text.
   [[nodiscard]] boost::json::array received(const std::string& endpoint);
 
-  /// Accepted events with this code, in their order; "ce" for custom ones.
+  /// Accepted events with this code, in their order; all for the empty text.
   [[nodiscard]] std::vector<Arrived> events(const std::string& code);
+
+  /// What has arrived of a user: counts of events by code, sessions, level and card.
+  [[nodiscard]] boost::json::object summary(const std::string& userId);
 
   /// The names of the custom events.
   [[nodiscard]] std::vector<std::string> names();

@@ -54,7 +54,7 @@ SKProduct product(std::string id, SKDecimal price, std::string locale = "en_US")
 SKPaymentTransaction transaction(std::string productId, std::optional<std::string> original,
                                  std::optional<std::string> own = {}) {
   const SKPaymentTransaction first{.transactionIdentifier = original};
-  return {own, {productId}, std::make_shared<const SKPaymentTransaction>(first)};
+  return {own, {productId}, original ? std::make_shared<SKPaymentTransaction>(first) : nullptr};
 }
 
 class SubscriptionTest : public LibraryTest {
@@ -238,6 +238,9 @@ TEST_F(SubscriptionTest, ProductsAreReportedWhenTheyChangeAndTheHistoryOncePerCh
     EXPECT_FALSE(isHistoryRequired());
     EXPECT_EQ(history(), "[]");
   }
+  EXPECT_EQ(rows("SELECT alreadyRestored, alreadySendRestoreEvent, productIsChanged "
+                 "FROM subscriptions"),
+            "1|1|0");
   EXPECT_TRUE(logged("DEBUG Not found any products for list: \n\t\tp,\n\t\tq"));
 }
 
@@ -302,6 +305,7 @@ TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
       {"restored", pay(transaction("p", "A", "A"), known), {}},
       {"renewed", pay(transaction("p", "A", "A2"), known), {}},
       {"renewed, new product", pay(transaction("q", "A", "A3"), q), {"sbsp", "pl"}},
+      {"renewed, the same product", pay(transaction("q", "A", "A4"), q), {}},
       {"without an original", pay(transaction("p", {}, "B"), known), {"sbs", "pl"}, "GB"},
       {"known, without an original", pay(transaction("p", {}, "B"), known), {}},
       {"new product", pay(transaction("r", "C"), r), {"sbs", "sbsp", "pl"}, "US"},
@@ -322,8 +326,9 @@ TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
   auto renewals = log.lines();
   std::erase_if(renewals, [](const auto& line) { return !line.ends_with("] is renewal"); });
   const std::string renewal = "DEBUG Subscription payment with orderId [";
-  EXPECT_EQ(renewals, (Codes{renewal + "A] is renewal", renewal + "A] is renewal",
-                             renewal + "B] is renewal", renewal + "C] is renewal"}));
+  EXPECT_EQ(renewals,
+            (Codes{renewal + "A] is renewal", renewal + "A] is renewal", renewal + "A] is renewal",
+                   renewal + "B] is renewal", renewal + "C] is renewal"}));
   EXPECT_TRUE(logged("ERROR Subscription payment transactionIdentifier is nil"));
   EXPECT_TRUE(logged("ERROR Execution of the SubscriptionPayment method was canceled!"));
   EXPECT_EQ(rows("SELECT group_concat(orderId, ' ') FROM realPaymentMarks"), "A B C D E");

@@ -24,7 +24,8 @@
 /// The front of the library: starting it, and reporting what happens in the application.
 ///
 /// Every operation returns at once, from any thread: it copies its arguments and hands the work to
-/// a queue of the library. None throws and none has an error result; what was repaired, refused or
+/// a queue of the library. None has an error result and none throws, unless memory for a text that
+/// it returns is lacking; what was repaired, refused or
 /// failed is told in the log (PLREngineWrapper::setEngineLoggerMessageClosure). A call made before
 /// `initialize` is refused with a log line. Texts are UTF-8; what is not is repaired.
 ///
@@ -161,8 +162,9 @@ class PLR_EXPORT PLRAnalytics {
   /// A tutorial step, -2 to 2147483647, once for each user.
   static void tutorial(std::int64_t step) noexcept;
 
-  /// Where the user came from, sent at once. Once for each application key. Values have at most 255
-  /// characters; an empty one is left out.
+  /// Where the user came from, sent at once. Once for each application key, also when none of the
+  /// properties is one that is reported. Values have at most 255 characters; an empty one is left
+  /// out, and with none left the call is cancelled.
   static void referrer(const std::map<PLRReferralProperty, std::string>& utmData) noexcept;
 
   /// An advertisement was shown: texts of at most 100 characters, revenue of 0 and more.

@@ -1,15 +1,16 @@
 #include <fmt/format.h>
 #include <pelorino/PLRCustomEventParameters.h>
 
+#include "AnyCodable.h"
 #include "Core.h"
+#include "HostText.h"
 #include "Logger.h"
 #include "PublicCall.h"
-#include "Text.h"
 
 using namespace pelorino;
 
 void PLRCustomEventParameters::add(std::string_view key, std::string_view value) {
-  publicCall("add", [&] { addParameter(key, repairUtf8(std::string(value))); });
+  publicCall("add", [&] { addParameter(key, copied(value)); });
 }
 
 void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
@@ -22,19 +23,16 @@ void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
       });
       return;
     }
-    dictionary.insert_or_assign(std::string(key), std::move(value));
+    dictionary.insert_or_assign(copied(key), std::move(value));
   });
 }
 
 std::string PLRCustomEventParameters::description() const {
   std::string text;
-  for (const auto& parameter : dictionary) {
+  for (const auto& [key, value] : dictionary) {
     if (!text.empty()) text += '\n';
-    std::visit(
-        [&](const auto& value) {
-          text += fmt::format("key: {} value: {}", parameter.first, value);
-        },
-        parameter.second);
+    const auto plain = std::visit([](const auto& held) { return AnyCodable(held); }, value);
+    text += fmt::format("key: {} value: {}", key, plain.description());
   }
   return text;
 }

@@ -7,21 +7,22 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 #include <variant>
 
 /// The parameters of one custom event, a value for each key.
 ///
-/// Keys have at most 32 characters and texts at most 255; `customEvent` cuts longer ones. The
+/// Keys have at most 32 characters and texts at most 255; `customEvent` cuts longer ones, and
+/// leaves out a parameter with an empty key, an empty text, or a number that is not finite. The
 /// number of parameters is limited by the backend's configuration, 20 by default: beyond it `add`
 /// writes a log line and adds nothing, also under a key that is there already.
 ///
 /// Threads: belongs to the thread that fills it. `customEvent` copies it.
 class PLR_EXPORT PLRCustomEventParameters {
  public:
-  using Value = std::variant<bool, std::int64_t, std::uint64_t, double, std::string>;
+  using Value = std::variant<bool, std::int64_t, double, std::string>;
 
-  /// Any integer type, `bool`, `float` and `double`, and any text. A string literal is a text.
+  /// Any integer type, `bool`, `float` and `double`, and any text. A string literal is a text. An
+  /// integer above 9223372036854775807 is kept as a `double`.
   template <class T>
   requires std::is_arithmetic_v<T>
   void add(std::string_view key, T value) { addParameter(key, number(value)); }
@@ -47,10 +48,10 @@ class PLR_EXPORT PLRCustomEventParameters {
       return value;
     } else if constexpr (std::is_floating_point_v<T>) {
       return static_cast<double>(value);
-    } else if (std::in_range<std::int64_t>(value)) {
-      return static_cast<std::int64_t>(value);
     } else {
-      return static_cast<std::uint64_t>(value);
+      const auto integer = static_cast<std::int64_t>(value);
+      const bool isBeyond = std::is_unsigned_v<T> && integer < 0;
+      return isBeyond ? Value(static_cast<double>(value)) : Value(integer);
     }
   }
 

@@ -17,6 +17,7 @@ class PLR_EXPORT PLRStartProgressionEventParameters {
 
   /// 0 to 2147483647; anything else cancels the call.
   std::optional<std::int64_t> difficulty;
+  void setDifficulty(std::int64_t value) { difficulty = value; }
 };
 
 /// How a progression ended.

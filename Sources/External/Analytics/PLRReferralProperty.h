@@ -9,7 +9,7 @@
 #include <utility>
 
 /// A property of where the user came from: the key of `PLRAnalytics::referrer`. Two of the same
-/// name are equal. Only the shared ones are reported; others are allowed and ignored.
+/// name are equal. Only values under the names of the shared ones are reported.
 class PLR_EXPORT PLRReferralProperty {
  public:
   explicit PLRReferralProperty(std::string name) : name_(std::move(name)) {}

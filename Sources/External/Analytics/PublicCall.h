@@ -8,8 +8,8 @@
 
 namespace pelorino {
 
-/// Runs a public operation. Whatever it throws, no memory above all, costs this one call and a log
-/// line: nothing reaches the host.
+/// Runs a public operation. Whatever is thrown in it, be it for want of memory or by a handler that
+/// is copied, costs this one call and a log line: nothing reaches the host.
 template <class Work>
 void publicCall(const char* operation, Work&& work) noexcept {
   try {
@@ -19,6 +19,9 @@ void publicCall(const char* operation, Work&& work) noexcept {
       Logger::writeLog(PLRLogLevel::error, [&] {
         return std::string("The call of ") + operation + " was dropped: " + error.what();
       });
+    } catch (...) {
+      Logger::writeLog(PLRLogLevel::error,
+                       [&] { return std::string("The call of ") + operation + " was dropped"; });
     }
   } catch (...) {  // NOLINT(bugprone-empty-catch)
     // No memory even for the line.

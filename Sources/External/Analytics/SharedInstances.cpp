@@ -2,7 +2,7 @@
 #include <pelorino/PLRSocialNetwork.h>
 
 #include <map>
-#include <string_view>
+#include <string>
 
 #include "Guarded.h"
 
@@ -10,10 +10,11 @@ using namespace pelorino;
 
 namespace {
 
-/// The instance of this name. Never destroyed: a host may hold it while it exits.
+/// The instance of this name. Never destroyed: a host may hold it while it exits. The name may lie
+/// in a module that is unloaded some day.
 template <class Named>
 const Named& sharedInstance(const char* name) {
-  static auto& instances = *new Guarded<std::map<std::string_view, Named>>;
+  static auto& instances = *new Guarded<std::map<std::string, Named>>;
   return *instances.update(
       [name](auto& made) { return &made.try_emplace(name, name).first->second; });
 }

@@ -48,8 +48,11 @@ struct PLRHostDescription {
   std::optional<int> trackingAuthorization;  ///< 0 not determined, 3 authorised.
 
   std::optional<PLRScreen> screen;
-  std::optional<std::string> machine;        ///< Default: `uname`.
-  std::optional<std::string> systemVersion;  ///< Default: `uname`.
+  std::optional<std::string> machine;  ///< Default: `uname`.
+
+  /// Default: `uname`. Of a store on a system told to be older than 12.2, introductory prices and
+  /// discounts are not reported.
+  std::optional<std::string> systemVersion;
 
   /// Answers whether the device has been tampered with. Called once, on the library's main thread,
   /// while the start waits for its answer, for 20 seconds at most; it must not call the library.

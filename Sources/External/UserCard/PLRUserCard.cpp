@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "Core.h"
+#include "HostText.h"
 #include "PublicCall.h"
-#include "Text.h"
 
 using namespace pelorino;
 
@@ -13,10 +13,6 @@ namespace {
 
 using Key = PeopleReservedKeys;
 using Handler = PeopleLogic::ValueHandler;
-
-std::string copied(std::string_view text) {
-  return repairUtf8(std::string(text));
-}
 
 PeopleValueType cardValue(std::string_view text) {
   return copied(text);

@@ -192,14 +192,14 @@ void decode(const JsonView& json, Record& record);
 class FieldReader final {
  public:
   /// Throws PLRError when the value is no object.
-  explicit FieldReader(JsonView json) : json_(json) {
+  explicit FieldReader(const JsonView& json) : members_(json) {
     if (!json.isObject()) throwWrongType(json, "an object");
   }
 
   template <class Value>
   void operator()(const Field& field, std::optional<Value>& value) const {
     value.reset();
-    const std::optional<JsonView> found = json_.find(field.key());
+    const std::optional<JsonView> found = find(field.key());
     if (!found && field.isNullWhenAbsent()) throwMissingKey(field.key());
     if (found && !found->isNull()) decode(*found, value.emplace());
   }
@@ -209,14 +209,18 @@ class FieldReader final {
     if constexpr (!std::is_const_v<Value>) decode(at(field.key()), value);
   }
 
+  [[nodiscard]] std::optional<JsonView> find(std::string_view key) const {
+    return members_.find(key);
+  }
+
   [[nodiscard]] JsonView at(std::string_view key) const {
-    const std::optional<JsonView> found = json_.find(key);
+    const std::optional<JsonView> found = find(key);
     if (!found) throwMissingKey(key);
     return *found;
   }
 
  private:
-  JsonView json_;
+  JsonMembers members_;
 };
 
 template <class Value>

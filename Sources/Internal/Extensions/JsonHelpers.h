@@ -60,9 +60,4 @@ template <class Value>
 /// Compact JSON of a dictionary; "Not a valid JSON" for what JSON cannot hold.
 [[nodiscard]] std::string json(const AnyCodable::Object& dictionary);
 
-template <class Value>
-[[nodiscard]] AnyCodable::Object toAnyCodable(const std::map<std::string, Value>& dictionary) {
-  return {dictionary.begin(), dictionary.end()};
-}
-
 }  // namespace pelorino

@@ -67,15 +67,19 @@ std::string JsonView::unquoted(std::string_view quoted) {
 }
 
 std::optional<JsonView> JsonView::find(std::string_view key) const {
+  return JsonMembers(*this).find(key);
+}
+
+JsonMembers::JsonMembers(const JsonView& object) {
+  object.forEachMember([this](std::string key, const JsonView& value) {
+    members_.emplace_back(std::move(key), value);
+  });
+}
+
+std::optional<JsonView> JsonMembers::find(std::string_view key) const {
   std::optional<JsonView> found;
-  if (!isObject()) return found;
-  Scanner scanner(text_.substr(1));
-  while (const auto name = scanner.next()) {
-    const JsonView value(Valid{}, scanner.next().value());
-    const bool isEscaped = name->find('\\') != std::string_view::npos;
-    const bool isSame =
-        isEscaped ? unquoted(*name) == key : name->substr(1, name->size() - 2) == key;
-    if (!isSame) continue;
+  for (const auto& [name, value] : members_) {
+    if (name != key) continue;
     if (found) throw PLRError("The key " + std::string(key) + " stands twice");
     found = value;
   }

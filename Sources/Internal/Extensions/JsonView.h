@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "AnyCodable.h"
 
@@ -73,6 +75,19 @@ class JsonView final {
   [[nodiscard]] static std::string unquoted(std::string_view quoted);
 
   std::string_view text_;
+};
+
+/// The members of an object, cut apart once for many questions. Borrows the text. Empty for a value
+/// that is no object.
+class JsonMembers final {
+ public:
+  explicit JsonMembers(const JsonView& object);
+
+  /// As JsonView::find().
+  [[nodiscard]] std::optional<JsonView> find(std::string_view key) const;
+
+ private:
+  std::vector<std::pair<std::string, JsonView>> members_;
 };
 
 /// Whether the text is one JSON object that JsonView can look into.

@@ -7,7 +7,7 @@
 namespace pelorino {
 namespace {
 
-// Every integer below is exact in a double, so the plain form says no digit that is not meant.
+// Between these two the fewest digits need no exponent to be short.
 constexpr double firstWithExponent = 1e16;
 constexpr double lastWithExponent = 1e-5;
 

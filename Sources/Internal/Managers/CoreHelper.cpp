@@ -30,12 +30,12 @@ std::shared_ptr<User> CoreHelper::defineDefaultUser() {
 
 std::shared_ptr<User> CoreHelper::activateUser(std::shared_ptr<User> user) {
   if (project_->activeUserId == user->idKey) return user;
+  resetClouser_();  // First: a process that dies in between leaves nobody another's identifiers.
   // A user without a row is active in memory only: the next process must find the one before.
   if (user->idKey != notStoredRowId) {
     project_->activeUserId = user->idKey;
     projectRepository_.update(project_);
   }
-  resetClouser_();
   return user;
 }
 
@@ -80,11 +80,11 @@ std::shared_ptr<User> CoreHelper::insertUser() {
 }
 
 void CoreHelper::changeUserState(const std::shared_ptr<User>& user) {
+  resetClouser_();
   user->previousUserId = user->userId;
   user->userId = userId_;
   user->isDefaultUser = setByDefault_;
   userRepository_.update(user);
-  resetClouser_();
 }
 
 }  // namespace pelorino

@@ -45,6 +45,13 @@ bool CoreManager::ensureStored(const std::shared_ptr<User>& user,
   return true;
 }
 
+void CoreManager::activateUser(const std::shared_ptr<User>& user,
+                               const std::shared_ptr<Project>& project) {
+  CoreHelper helper(user->userId.value_or(""), project, user->isDefaultUser, *projectRepository_,
+                    *userRepository_, resetToAbsent());
+  helper.activateUser(user);
+}
+
 std::function<void()> CoreManager::resetToAbsent() const {
   return [reset = onIndetifiersReset] {
     if (reset) reset(std::nullopt, std::nullopt, std::nullopt);

@@ -42,6 +42,8 @@ class CoreManager final {
   /// project's active one.
   [[nodiscard]] bool ensureStored(const std::shared_ptr<User>& user,
                                   const std::shared_ptr<Project>& project);
+  /// Makes a stored user of the project the active one.
+  void activateUser(const std::shared_ptr<User>& user, const std::shared_ptr<Project>& project);
 
  private:
   std::function<void()> resetToAbsent() const;

@@ -77,15 +77,20 @@ void StateManager::activateUser(const std::string& userId) {
   activeUser_ = chooseUser(userId);
 }
 
+void StateManager::activateUser(const std::shared_ptr<User>& user) {
+  coreManager_->activateUser(user, activeProject_);
+  activeUser_ = user;
+}
+
 void StateManager::replaceUserId(const std::shared_ptr<User>& user, const std::string& userId) {
-  user->previousUserId = user->userId;
-  user->userId = userId;
-  user->isDefaultUser = false;
-  userRepository_->update(user);
   if (user->idKey == activeUser_->idKey) {
     activeUser_ = user;
     updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);
   }
+  user->previousUserId = user->userId;
+  user->userId = userId;
+  user->isDefaultUser = false;
+  userRepository_->update(user);
 }
 
 Identifiers StateManager::getIdentifiers(const User& user) const {

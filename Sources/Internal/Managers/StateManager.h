@@ -42,6 +42,8 @@ class StateManager final {
 
   /// Makes the user of this identifier active; the empty text means the default user.
   void activateUser(const std::string& userId);
+  /// Makes this user of the project active, whatever the accounting of the project.
+  void activateUser(const std::shared_ptr<User>& user);
   void replaceUserId(const std::shared_ptr<User>& user, const std::string& userId);
 
   /// False when the active user has no row, as the disk has refused it and still does: what would

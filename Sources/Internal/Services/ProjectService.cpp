@@ -60,10 +60,6 @@ void ProjectService::applyConfig(const Config& received) {
   Validator::setExcludedOptions(exclude ? exclude->events : std::nullopt);
 }
 
-bool ProjectService::checkIfNeedRemoveUsersData(const Config& received) const {
-  return userCounting() && !received.userCounting;
-}
-
 bool ProjectService::isCurrencyPaymentMarked(const std::string& orderId) const {
   const auto marks = realPaymentRepository_->ofProject(stateManager_->getActiveProject()->idKey);
   return std::ranges::any_of(marks, [&](const auto& mark) { return mark->orderId == orderId; });

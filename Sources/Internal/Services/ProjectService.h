@@ -36,9 +36,6 @@ class ProjectService final {
   /// Puts a configuration from the backend in force, its exclusions included, and stores it.
   void applyConfig(const Config& received);
 
-  /// True when `received` ends the accounts of single users.
-  [[nodiscard]] bool checkIfNeedRemoveUsersData(const Config& received) const;
-
   /// Orders that the active project has reported, whichever user paid; stored.
   [[nodiscard]] bool isCurrencyPaymentMarked(const std::string& orderId) const;
   void markCurrencyPayment(const std::string& orderId);

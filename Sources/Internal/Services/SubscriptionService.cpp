@@ -242,11 +242,14 @@ SubscriptionProduct SubscriptionService::productOf(const SKProduct& product) con
 }
 
 bool SubscriptionService::checkIfContains(const SubscriptionProduct& product) {
-  const auto known = info()->products;
+  auto& known = info()->products;
   if (std::ranges::find(known, product) != known.end()) return true;
-  // Written at once: after a crash it would be reported a second time.
-  change([&](SubscriptionInfo& info) { info.products.push_back(product); });
+  known.push_back(product);
   return false;
+}
+
+void SubscriptionService::storeProducts() {
+  change([](SubscriptionInfo&) {});
 }
 
 std::optional<SubscriptionProduct> SubscriptionService::findLocalProduct(

@@ -70,8 +70,10 @@ class SubscriptionService final : public std::enable_shared_from_this<Subscripti
 
   /// The product of the store as it is reported.
   [[nodiscard]] SubscriptionProduct productOf(const SKProduct& product) const;
-  /// Whether the product is known; from here on it is.
+  /// Whether the product is known; from here on it is. Stored by the next change of the marks or by
+  /// storeProducts(): a product that has been reported should not be lost before its report.
   [[nodiscard]] bool checkIfContains(const SubscriptionProduct& product);
+  void storeProducts();
   [[nodiscard]] std::optional<SubscriptionProduct> findLocalProduct(const std::string& productId);
 
  private:

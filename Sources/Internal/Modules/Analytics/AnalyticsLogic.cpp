@@ -45,15 +45,6 @@ void AnalyticsLogic::prepareCallBacks() {
   preparePeopleCardCallback();
 }
 
-template <class Work>
-std::function<void()> AnalyticsLogic::onIncomeQueue(Work work) {
-  return [weak = weak_from_this(), work] {
-    QueueManager::incomeQueue().addOperation([weak, work] {
-      if (const auto self = weak.lock()) work(*self);
-    });
-  };
-}
-
 void AnalyticsLogic::prepareTimerCallBacks() {
   TimerService& timers = *services_.timerService;
   timers.onAliveTimerTick = onIncomeQueue([](AnalyticsLogic& logic) { logic.sendAlive(); });
@@ -127,11 +118,12 @@ void AnalyticsLogic::stopSDK() {
 }
 
 void AnalyticsLogic::receiveConfig(const Config& config) {
-  const bool removeInactive = services_.projectService->checkIfNeedRemoveUsersData(config);
   const bool resetHistory = checkIfNeedResetHistory(config);
   services_.projectService->applyConfig(config);
   customEventParamsCount_ = services_.projectService->paramsCount();
-  if (removeInactive) removeUsers(services_.stateManager->getInactiveProjectUsers());
+  // With one account for the device. Where the process died or the disk failed amid the removal, a
+  // later answer makes up for it.
+  if (!config.userCounting) removeUsers(services_.stateManager->getInactiveProjectUsers());
   if (resetHistory) services_.subscriptionService->resetHistoryMark();
   // Begun anew, so that the new periods apply at once. With tracking off nothing ticks, whenever
   // the answer comes.

@@ -22,6 +22,7 @@
 #include "PLRAnalyticsConfigurationLocal.h"
 #include "PeopleService.h"
 #include "ProjectService.h"
+#include "QueueManager.h"
 #include "ReportService.h"
 #include "StateManager.h"
 #include "SubscriptionPayment.h"
@@ -177,6 +178,15 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   /// Any thread; written on the incomeQueue.
   std::atomic<std::int64_t> customEventParamsCount_;
 };
+
+template <class Work>
+std::function<void()> AnalyticsLogic::onIncomeQueue(Work work) {
+  return [weak = weak_from_this(), work] {
+    QueueManager::incomeQueue().addOperation([weak, work] {
+      if (const auto self = weak.lock()) work(*self);
+    });
+  };
+}
 
 template <class Record>
 Record AnalyticsLogic::stamped(Record record) const {

@@ -78,7 +78,8 @@ void AnalyticsLogic::sendUserEngagement() {
 }
 
 void AnalyticsLogic::sendAlive() {
-  if (Validator::isExcluded("al")) return;
+  // A tick may have waited behind the switch.
+  if (!services_.projectService->getTrackingAvailable() || Validator::isExcluded("al")) return;
   services_.reportService->sendFlashEvent(Event(stamped(Alive{})));
 }
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <utility>
 
 #include "AnalyticsLogic.h"
 #include "HostCall.h"
@@ -82,7 +81,8 @@ void AnalyticsLogic::switchUser(const std::string& userId) {
 }
 
 void AnalyticsLogic::replaceUserId(ReplaceUserIdCall call) {
-  const auto& [from, to] = call;
+  const std::string& from = call.prevUserName;
+  const std::string& to = call.userName;
   const auto users = services_.stateManager->getProjectUsers();
   const auto userOf = [&users](const std::string& userId) {
     const auto found =
@@ -112,7 +112,7 @@ void AnalyticsLogic::replaceUserId(ReplaceUserIdCall call) {
   const std::optional<std::string> old = services_.stateManager->getActiveUser()->userId;
   if (const auto inTheWay = userOf(to)) {
     // Who is to be removed must not be active.
-    if (old == to) services_.stateManager->activateUser(from);
+    if (old == to) services_.stateManager->activateUser(renamed);
     removeUsers({inTheWay});
   }
   services_.stateManager->replaceUserId(renamed, to);
@@ -172,7 +172,8 @@ void AnalyticsLogic::enableTracking() {
 void AnalyticsLogic::disableTracking() {
   removeEventsAndResources();
   stopActivity();
-  addTrackingStatus(false);  // Tracking is still on, so that this is stored and leaves.
+  services_.timerService->stopTimers();  // They may run without activity.
+  addTrackingStatus(false);              // Tracking is still on, so that this is stored and leaves.
   generatePeopleEvent(false);
   services_.reportService->sendBufferedEvents();
   services_.projectService->setTrackingAvailable(false);

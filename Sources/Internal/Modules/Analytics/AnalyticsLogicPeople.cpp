@@ -5,16 +5,12 @@
 #include "AnalyticsLogic.h"
 #include "JsonHelpers.h"
 #include "PeopleEvent.h"
-#include "QueueManager.h"
 
 namespace pelorino {
 
 void AnalyticsLogic::preparePeopleCardCallback() {
-  services_.peopleService->onClearedCard = [weak = weak_from_this()] {
-    QueueManager::incomeQueue().addOperation([weak] {
-      if (const auto self = weak.lock()) self->sendBufferedEvents();
-    });
-  };
+  services_.peopleService->onClearedCard =
+      onIncomeQueue([](AnalyticsLogic& logic) { logic.sendBufferedEvents(); });
   services_.peopleService->didChangeCheaterMark = [weak = weak_from_this()] {
     if (const auto self = weak.lock()) self->generatePeopleEvent(false);
   };
@@ -29,7 +25,8 @@ void AnalyticsLogic::generatePeopleEvent(bool needFullCard) {
   if (!people.isNeedToClear()) {
     const PeopleProperties properties = people.getParameters(needFullCard);
     if (properties.empty()) return;
-    event.parameters = from<AnyCodable::Object>(peopleJson(properties)).value_or(AnyCodable::Object());
+    event.parameters =
+        from<AnyCodable::Object>(peopleJson(properties)).value_or(AnyCodable::Object());
   }
   addEvent(std::move(event));
   people.removeNulls();

@@ -133,7 +133,10 @@ void AnalyticsLogic::subscriptionPayment(SubscriptionPaymentCall call) {
     logRenewal(*orderId);
   }
   const bool isNewProduct = !services_.subscriptionService->checkIfContains(product);
-  if (isNewProduct) addEvent(SubscriptionProductsEvent{.products = {product}});
+  if (isNewProduct) {
+    addEvent(SubscriptionProductsEvent{.products = {product}});
+    services_.subscriptionService->storeProducts();
+  }
   if (!isNewOrder && !isNewProduct) return;
   generatePeopleEvent(false);
   services_.reportService->sendBufferedEvents();

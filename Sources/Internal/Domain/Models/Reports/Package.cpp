@@ -33,7 +33,7 @@ void encode(JsonWriter& json, const Package& package) {
 void decode(const JsonView& json, Package& package) {
   const FieldReader fields(json);
   Package::describe(package, fields);
-  const std::optional<JsonView> events = json.find("events");
+  const std::optional<JsonView> events = fields.find("events");
   package.events = events ? readEvents(*events) : std::vector<std::string>();
 }
 
