@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "ExitGate.h"
+#include "ForkedChild.h"
 #include "Guarded.h"
 
 namespace pelorino {
@@ -26,6 +27,11 @@ template <class Closure>
 std::shared_ptr<const Closure> shared(Closure closure) {
   if (!closure) return nullptr;
   return std::make_shared<const Closure>(std::move(closure));
+}
+
+std::shared_ptr<const Logger::EngineClosure> engineClosure() {
+  const auto& slot = state().engineClosure;
+  return ForkedChild::isHere() ? slot.tryGet().value_or(nullptr) : slot.get();
 }
 
 }  // namespace
@@ -58,7 +64,7 @@ void Logger::setLoggerMessageClosure(Closure closure) {
 }
 
 void Logger::deliver(PLRLogLevel level, std::string_view message) {
-  const auto closure = state().engineClosure.get();
+  const auto closure = engineClosure();
   if (!closure) return;
   std::string line = description(level);
   line.reserve(line.size() + 1 + message.size());
@@ -71,6 +77,7 @@ void Logger::deliver(PLRLogLevel level, std::string_view message) {
   } catch (...) {  // NOLINT(bugprone-empty-catch)
     // The host's own exception has nowhere to go: the closure is the only outlet there is.
   }
+  ForkedChild::endStrayThread();
 }
 
 }  // namespace pelorino

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdlib>
 
 #include "BlackBoxTest.h"
 
@@ -77,28 +76,6 @@ TEST_F(Faults, OfTheConfigurationLeaveTheLibraryOnItsOwn) {
     EXPECT_EQ(backend().names().back(), name);
     EXPECT_EQ(host->end(), 0);
   }
-}
-
-TEST_F(Faults, OfTheCertificateSendNothing) {
-  const std::string certificate = folder_.file("cert.pem");
-  const std::string key = folder_.file("key.pem");
-  const std::string make =
-      "openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 "
-      "-addext subjectAltName=IP:127.0.0.1 -keyout '" +
-      key + "' -out '" + certificate + "' 2>/dev/null";
-  ASSERT_EQ(std::system(make.c_str()), 0);
-  BackendProcess selfSigned(folder_.file("tls.db"), 0, {"--tls", certificate, key});
-  ASSERT_TRUE(selfSigned.url().starts_with("https://"));
-
-  HostProcess host(file_, selfSigned.url());
-  host.initialize();
-  host.customEvent("secret");
-  host.sendBufferedEvents();
-  EXPECT_TRUE(host.logs("submission failed"));
-  EXPECT_TRUE(host.drain());
-  EXPECT_TRUE(selfSigned.received("").empty());
-  EXPECT_NE(waiting(host).find("secret"), std::string::npos);
-  EXPECT_EQ(host.end(), 0);
 }
 
 /// A host in the midst of an exchange that the backend does not answer.

@@ -55,6 +55,30 @@ TEST_F(Start, MakesItsFolderWhateverTheNameAndHoweverDeep) {
   }
 }
 
+TEST_F(Start, IsRefusedWhileAnotherProcessUsesTheStore) {
+  const auto first = startedHost();
+  HostProcess second(file_, url_);
+  second.initialize();
+  EXPECT_TRUE(second.logs("pelorino.lock: another process has locked it"));
+  EXPECT_TRUE(second.logs("Can't init submodules"));
+  second.customEvent("refused");
+  ASSERT_TRUE(second.drain());
+
+  first->customEvent("of the first");
+  ASSERT_TRUE(deliver(*first));
+  first->customEvent("left behind");
+  ASSERT_TRUE(first->drain());
+  first->kill();
+
+  second.run(R"({"op":"engine.destroySDK"})");
+  second.initialize();
+  second.customEvent("of the second");
+  ASSERT_TRUE(deliver(second));
+  EXPECT_EQ(second.end(), 0);
+  EXPECT_EQ(backend().names(),
+            (std::vector<std::string>{"of the first", "left behind", "of the second"}));
+}
+
 TEST_F(Start, IsRefusedWhereTheDatabaseCannotBe) {
   // Not even root writes here.
   HostProcess unwritable(file_, url_, {{"supportDirectory", "/proc/pelorino"}});

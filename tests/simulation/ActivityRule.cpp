@@ -84,10 +84,9 @@ void ActivityRule::changeUsers(const StatementRecord& statement, View& view) {
 }
 
 void ActivityRule::changeProject(const StatementRecord& statement, View& view) {
-  const bool before = view.configuration().at("userCounting").as_bool();
   View after = view;
   for (const Change& change : statement.changes) after.tables.apply(change);
-  areUsersMerged_ = before && !after.configuration().at("userCounting").as_bool();
+  areUsersMerged_ = !after.configuration().at("userCounting").as_bool();
   if (!after.isTracking()) isRunning_ = false;
 }
 

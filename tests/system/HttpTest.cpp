@@ -96,6 +96,33 @@ TEST(CurlExchange, SaysWhatBecameOfTheExchange) {
   EXPECT_TRUE(CurlExchange().perform(get("file:///etc/passwd")).error) << "no other protocol";
 }
 
+TEST(CurlExchange, TakesTheProxyOfTheRequestOrElseOfTheEnvironment) {
+  const auto headOf = [](const std::string& url, const std::optional<std::string>& proxy,
+                         LoopbackServer& server) {
+    HttpRequest request = get(url);
+    request.proxy = proxy;
+    static_cast<void>(CurlExchange().perform(request));
+    const auto requests = server.requests();
+    return requests.empty() ? "" : requests[0].substr(0, requests[0].find('\r'));
+  };
+  const std::string elsewhere = "//backend.invalid:1/p";
+  const auto plain = std::vector<std::string>{answer("200 OK", "")};
+  LoopbackServer proxy(plain);
+  EXPECT_EQ(headOf("http:" + elsewhere, proxy.url(""), proxy),
+            "GET http:" + elsewhere + " HTTP/1.1");
+  LoopbackServer tunnel({answer("403 No", "")});
+  EXPECT_EQ(headOf("https:" + elsewhere, tunnel.url(""), tunnel),
+            "CONNECT backend.invalid:1 HTTP/1.1");
+
+  LoopbackServer named(plain);
+  LoopbackServer direct(plain);
+  ::setenv("http_proxy", named.url("").c_str(), 1);
+  EXPECT_EQ(headOf(direct.url("/p"), "", direct), "GET /p HTTP/1.1");
+  EXPECT_EQ(headOf("http:" + elsewhere, std::nullopt, named),
+            "GET http:" + elsewhere + " HTTP/1.1");
+  ::unsetenv("http_proxy");
+}
+
 TEST(CurlExchange, EndsWhenNothingMovesForTheTimeOut) {
   const SilentServer silent;
   const auto meetSilence = [&](const std::string& scheme) {

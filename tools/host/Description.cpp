@@ -25,6 +25,8 @@ constexpr std::array textFields = {
     TextField{"receiptFile", &PLRHostDescription::receiptFile},
     TextField{"supportDirectory", &PLRHostDescription::supportDirectory},
     TextField{"keyStoreFile", &PLRHostDescription::keyStoreFile},
+    TextField{"certificateAuthorityFile", &PLRHostDescription::certificateAuthorityFile},
+    TextField{"proxy", &PLRHostDescription::proxy},
     TextField{"region", &PLRHostDescription::region},
     TextField{"vendorIdentifier", &PLRHostDescription::vendorIdentifier},
     TextField{"advertisingIdentifier", &PLRHostDescription::advertisingIdentifier},

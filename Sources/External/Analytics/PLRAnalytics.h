@@ -30,6 +30,10 @@
 /// `initialize` is refused with a log line. Texts are UTF-8; what is not is repaired.
 ///
 /// Completion handlers run on a thread of the library and may call the library.
+///
+/// A process that is forked off after `initialize` has no library: there every call is refused, the
+/// first one with a log line, completion handlers are not called, and nothing is stored or sent.
+/// The parent goes on. A process that forks first and initializes then has no such limit.
 class PLR_EXPORT PLRAnalytics {
  public:
   PLRAnalytics() = delete;

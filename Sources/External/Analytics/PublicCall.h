@@ -8,12 +8,18 @@
 
 namespace pelorino {
 
-/// Runs a public operation. Whatever is thrown in it, be it for want of memory or by a handler that
-/// is copied, costs this one call and a log line: nothing reaches the host.
+/// True, and at the first time a log line, in a process that was forked off after the library had
+/// started.
+[[nodiscard]] bool isRefusedInForkedChild();
+
+/// Runs a public operation, but not in a forked child. Whatever is thrown in it, be it for want of
+/// memory or by a handler that is copied, costs this one call and a log line: nothing reaches the
+/// host.
 template <class Work>
 void publicCall(const char* operation, Work&& work) noexcept {
   try {
     try {
+      if (isRefusedInForkedChild()) return;
       std::forward<Work>(work)();
     } catch (const std::exception& error) {
       Logger::writeLog(PLRLogLevel::error, [&] {

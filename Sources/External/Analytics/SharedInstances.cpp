@@ -1,22 +1,34 @@
 #include <pelorino/PLRReferralProperty.h>
 #include <pelorino/PLRSocialNetwork.h>
 
-#include <map>
+#include <atomic>
+#include <memory>
 #include <string>
-
-#include "Guarded.h"
-
-using namespace pelorino;
+#include <string_view>
 
 namespace {
 
-/// The instance of this name. Never destroyed: a host may hold it while it exits. The name may lie
-/// in a module that is unloaded some day.
+/// The instance of this name. Never destroyed: a host may hold it while it exits. Without a lock:
+/// in a forked child one could be held for ever. The name may lie in a module that is unloaded some
+/// day.
 template <class Named>
-const Named& sharedInstance(const char* name) {
-  static auto& instances = *new Guarded<std::map<std::string, Named>>;
-  return *instances.update(
-      [name](auto& made) { return &made.try_emplace(name, name).first->second; });
+const Named& sharedInstance(std::string_view name) {
+  struct Node {
+    Named value;
+    const Node* next;
+  };
+  static constinit std::atomic<const Node*> newest{nullptr};
+  std::unique_ptr<Node> made;
+  const Node* known = newest.load(std::memory_order_acquire);
+  do {
+    for (const Node* node = known; node != nullptr; node = node->next) {
+      if (node->value.name() == name) return node->value;
+    }
+    if (!made) made.reset(new Node{Named(std::string(name)), nullptr});
+    made->next = known;
+  } while (!newest.compare_exchange_weak(known, made.get(), std::memory_order_acq_rel,
+                                         std::memory_order_acquire));
+  return made.release()->value;
 }
 
 }  // namespace

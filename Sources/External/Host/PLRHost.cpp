@@ -61,6 +61,8 @@ void PLRHost::describe(const PLRHostDescription& description) noexcept {
                     .receiptFile = description.receiptFile,
                     .supportDirectory = description.supportDirectory,
                     .keyStoreFile = description.keyStoreFile,
+                    .certificateAuthorityFile = description.certificateAuthorityFile,
+                    .proxy = description.proxy,
                     .preferredLanguages = copied(description.preferredLanguages),
                     .region = copied(description.region),
                     .vendorIdentifier = copied(description.vendorIdentifier),

@@ -38,6 +38,16 @@ struct PLRHostDescription {
   /// below `$XDG_STATE_HOME` or `~/.local/state`.
   std::optional<std::string> keyStoreFile;
 
+  /// A PEM file of the certificate authorities that the backend's certificate is checked against,
+  /// in place of the system's. Default: `$SSL_CERT_FILE`, or the system's. A file that cannot be
+  /// read stops every delivery, with a log line.
+  std::optional<std::string> certificateAuthorityFile;
+
+  /// The URL of the proxy between this device and the backend, such as "http://user:pw@host:3128"
+  /// or "socks5h://host:1080"; what travels through it stays encrypted up to the backend. Empty:
+  /// no proxy. Default: what the environment names (`https_proxy`, `all_proxy`, `no_proxy`).
+  std::optional<std::string> proxy;
+
   std::optional<std::vector<std::string>> preferredLanguages;  ///< Such as "en-GB", best first.
   std::optional<std::string> region;                           ///< Such as "GB".
 

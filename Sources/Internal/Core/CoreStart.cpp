@@ -42,7 +42,7 @@ std::shared_ptr<CoreFactory> Core::initSubModules(const std::string& application
     auto lifeCycle = std::make_shared<LifeCycleRepository>(
         std::make_unique<ApplicationLifeCycle>(System::current().notifications()));
     auto backend = std::make_shared<Backend>(std::make_shared<BackendRepository>(
-        std::make_shared<Network>(System::current().http()), std::make_shared<ContentFactory>()));
+        std::make_shared<Network>(Host::http()), std::make_shared<ContentFactory>()));
     auto database =
         std::make_shared<SQLiteProvider>(applicationKey, Host::facts().supportDirectory());
     return std::make_shared<CoreFactory>(std::move(lifeCycle), std::move(backend),

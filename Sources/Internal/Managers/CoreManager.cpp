@@ -36,6 +36,13 @@ std::shared_ptr<User> CoreManager::createOrActivateDefaultUser(
   return helper.activateUser(helper.defineDefaultUser());
 }
 
+void CoreManager::activateUser(const std::shared_ptr<User>& user,
+                               const std::shared_ptr<Project>& project) {
+  CoreHelper helper(user->userId.value_or(""), project, user->isDefaultUser, *projectRepository_,
+                    *userRepository_, resetToAbsent());
+  helper.activateUser(user);
+}
+
 bool CoreManager::ensureStored(const std::shared_ptr<User>& user,
                                const std::shared_ptr<Project>& project) {
   if (user->idKey != notStoredRowId) return true;
@@ -43,13 +50,6 @@ bool CoreManager::ensureStored(const std::shared_ptr<User>& user,
   project->activeUserId = user->idKey;
   projectRepository_->update(project);
   return true;
-}
-
-void CoreManager::activateUser(const std::shared_ptr<User>& user,
-                               const std::shared_ptr<Project>& project) {
-  CoreHelper helper(user->userId.value_or(""), project, user->isDefaultUser, *projectRepository_,
-                    *userRepository_, resetToAbsent());
-  helper.activateUser(user);
 }
 
 std::function<void()> CoreManager::resetToAbsent() const {

@@ -38,12 +38,13 @@ class CoreManager final {
   [[nodiscard]] std::shared_ptr<User> createOrActivateDefaultUser(
       const std::string& userId, const std::shared_ptr<Project>& project);
 
+  /// Makes a stored user of the project the active one.
+  void activateUser(const std::shared_ptr<User>& user, const std::shared_ptr<Project>& project);
+
   /// False when the user has no row and none can be made. One that is made now makes the user the
   /// project's active one.
   [[nodiscard]] bool ensureStored(const std::shared_ptr<User>& user,
                                   const std::shared_ptr<Project>& project);
-  /// Makes a stored user of the project the active one.
-  void activateUser(const std::shared_ptr<User>& user, const std::shared_ptr<Project>& project);
 
  private:
   std::function<void()> resetToAbsent() const;

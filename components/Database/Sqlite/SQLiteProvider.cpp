@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* folderName = "pelorino";
 constexpr const char* fileName = "pelorino.db";
+constexpr const char* lockName = "pelorino.lock";
 
 constexpr const char* queryFailed = "[Database Module] Error in query: ";
 constexpr const char* writeFailed = "[Database Module] Error in inserting: ";
@@ -46,7 +47,9 @@ std::vector<std::optional<SQLiteValue>> valuesOf(std::span<const ColumnValue> co
 
 SQLiteProvider::SQLiteProvider(std::string_view /*applicationKey*/,
                                const std::optional<std::string>& supportDirectory)
-    : database_(prepareFile(supportDirectory)) {
+    : folder_(prepareFolder(supportDirectory)),
+      lock_(lock(folder_)),
+      database_(prepareFile(folder_)) {
   upgradeScheme();
 }
 
@@ -56,8 +59,8 @@ std::optional<std::string> SQLiteProvider::folderPath(
   return fmt::format("{}/{}", *supportDirectory, folderName);
 }
 
-std::string SQLiteProvider::prepareFile(const std::optional<std::string>& supportDirectory) {
-  const auto folder = folderPath(supportDirectory);
+std::string SQLiteProvider::prepareFolder(const std::optional<std::string>& supportDirectory) {
+  auto folder = folderPath(supportDirectory);
   if (!folder) throw SQLiteError::error("SQLite error", SQLITE_ERROR);
 
   Files& files = System::current().files();
@@ -70,8 +73,23 @@ std::string SQLiteProvider::prepareFile(const std::optional<std::string>& suppor
                                SQLITE_CANTOPEN);
     }
   }
-  std::string path = fmt::format("{}/{}", *folder, fileName);
-  files.createPrivateFile(path);
+  return *std::move(folder);
+}
+
+// SQLite's own locks last for one statement. Two processes would take turns, and each would send
+// what both have read.
+std::shared_ptr<FileLock> SQLiteProvider::lock(const std::string& folder) {
+  const std::string path = fmt::format("{}/{}", folder, lockName);
+  auto attempt = System::current().files().lock(path);
+  if (!attempt.lock) {
+    throw SQLiteError::error(fmt::format("Cannot lock {}: {}", path, attempt.failure), SQLITE_BUSY);
+  }
+  return std::move(attempt.lock);
+}
+
+std::string SQLiteProvider::prepareFile(const std::string& folder) {
+  std::string path = fmt::format("{}/{}", folder, fileName);
+  System::current().files().createPrivateFile(path);
   return path;
 }
 

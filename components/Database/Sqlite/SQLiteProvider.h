@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -10,6 +11,7 @@
 
 #include "Connection.h"
 #include "DatabaseProtocol.h"
+#include "Files.h"
 #include "SQLiteContracts.h"
 #include "SqlText.h"
 
@@ -19,14 +21,15 @@ namespace pelorino {
 /// keys, and the table operations on it.
 ///
 /// Threads: one at a time.
-/// Owns:    the only connection to the file, for as long as it lives.
+/// Owns:    the file, for as long as it lives: other processes are kept out by a lock on
+///          `pelorino.lock` beside it.
 /// Errors:  creation throws; the operations log and give an empty result.
 class SQLiteProvider final : public DatabaseProtocol {
  public:
   /// Makes the folder (0700) and the file (0600) if missing and brings the schema to its current
-  /// version. Throws when there is no support directory, when the file cannot be opened or
-  /// upgraded, and when it is of a version that this code does not know; such a file stays as it
-  /// is. The key enters nothing.
+  /// version. Throws when there is no support directory, when another process uses the file,
+  /// when it cannot be opened or upgraded, and when it is of a version that this code does not
+  /// know; such a file stays as it is. The key enters nothing.
   SQLiteProvider(std::string_view applicationKey,
                  const std::optional<std::string>& supportDirectory);
 
@@ -47,13 +50,17 @@ class SQLiteProvider final : public DatabaseProtocol {
   [[nodiscard]] std::size_t argumentLimit() override;
 
  private:
-  static std::string prepareFile(const std::optional<std::string>& supportDirectory);
+  static std::string prepareFolder(const std::optional<std::string>& supportDirectory);
+  static std::shared_ptr<FileLock> lock(const std::string& folder);
+  static std::string prepareFile(const std::string& folder);
   void upgradeScheme();
   void run(const SQLiteContracts::Step& step);
   [[nodiscard]] bool hasColumn(std::string_view table, std::string_view column);
   [[nodiscard]] std::int64_t getSchemeVersion();
   void updateSchemeVersion(std::int64_t version);
 
+  const std::string folder_;
+  const std::shared_ptr<FileLock> lock_;  ///< Outlives the connection.
   Connection database_;
   KeptSqlTexts insertTexts_;
   KeptSqlTexts updateTexts_;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "DescribedExchange.h"
 #include "Guarded.h"
 #include "ResolvedHost.h"
 #include "System.h"
@@ -51,6 +52,12 @@ void Host::setStore(std::shared_ptr<PLRStore> store) {
 ResolvedHost& Host::facts() {
   static ResolvedHost& shared =
       *new ResolvedHost(&Host::description, System::current().facts(), System::current().clock());
+  return shared;
+}
+
+HttpExchange& Host::http() {
+  static HttpExchange& shared =
+      *new DescribedExchange(&Host::description, System::current().http());
   return shared;
 }
 

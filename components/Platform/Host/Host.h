@@ -8,6 +8,7 @@
 
 namespace pelorino {
 
+class HttpExchange;
 class ResolvedHost;
 
 enum class ApplicationState : int {
@@ -36,6 +37,10 @@ class Host final {
 
   /// The description in force at each read, completed from the current system.
   [[nodiscard]] static ResolvedHost& facts();
+
+  /// The current system's exchanges, over the proxy and with the trust that the description in
+  /// force at each of them names.
+  [[nodiscard]] static HttpExchange& http();
 };
 
 }  // namespace pelorino

@@ -29,6 +29,8 @@ struct HostDescription {
   std::optional<std::string> receiptFile;
   std::optional<std::string> supportDirectory;
   std::optional<std::string> keyStoreFile;
+  std::optional<std::string> certificateAuthorityFile;
+  std::optional<std::string> proxy;
   std::optional<std::vector<std::string>> preferredLanguages;
   std::optional<std::string> region;
   std::optional<std::string> vendorIdentifier;

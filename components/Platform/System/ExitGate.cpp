@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <thread>
 
+#include "ForkedChild.h"
+
 namespace pelorino {
 namespace {
 
@@ -33,6 +35,8 @@ void closeGate() {
   isExiting = true;
   // Armed twice, it runs twice; whoever is inside by then has been waited for.
   if (closed.exchange(true, std::memory_order_seq_cst)) return;
+  // The threads that were inside at the fork are not in this process.
+  if (ForkedChild::isHere()) return;
   const int ownPass = depth > 0 ? 1 : 0;
   const auto end = std::chrono::steady_clock::now() + exitPatience;
   while (threadsInside.load(std::memory_order_seq_cst) > ownPass &&

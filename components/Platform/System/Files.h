@@ -1,9 +1,20 @@
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace pelorino {
+
+/// Keeps other processes away as long as it lives, and no longer than the process.
+class FileLock {
+ public:
+  FileLock() = default;
+  virtual ~FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+};
 
 /// Files other than the database file. Paths are UTF-8 and may hold blanks. Any thread.
 class Files {
@@ -23,6 +34,17 @@ class Files {
   /// The whole file; absent when it cannot be read or is over `limit` bytes.
   [[nodiscard]] virtual std::optional<std::string> read(const std::string& path,
                                                         std::size_t limit) = 0;
+
+  /// What came of an attempt to lock. Without a lock, `failure` says why.
+  struct LockAttempt {
+    std::shared_ptr<FileLock> lock;
+    std::string failure;
+  };
+
+  /// Locks a file that stands for something, making it if missing, owner-only; it is never removed.
+  /// Does not wait: while another process holds the lock, the attempt fails. Within this process
+  /// all who ask share one lock. A process forked off does not have it.
+  [[nodiscard]] virtual LockAttempt lock(const std::string& path) = 0;
 };
 
 }  // namespace pelorino

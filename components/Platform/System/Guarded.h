@@ -1,6 +1,7 @@
 #pragma once
 
 #include <mutex>
+#include <optional>
 #include <utility>
 
 namespace pelorino {
@@ -16,6 +17,12 @@ class Guarded {
   [[nodiscard]] T get() const {
     const std::lock_guard lock(mutex_);
     return value_;
+  }
+
+  /// Nothing when the lock is taken. For a forked child, where the taker may be gone.
+  [[nodiscard]] std::optional<T> tryGet() const {
+    const std::unique_lock lock(mutex_, std::try_to_lock);
+    return lock ? std::optional(value_) : std::nullopt;
   }
 
   void set(T value) {

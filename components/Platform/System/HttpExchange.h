@@ -17,6 +17,10 @@ struct HttpRequest {
   std::string body;
   /// The exchange ends when nothing has moved for this long, connecting included.
   std::chrono::milliseconds timeout{60000};
+  /// A PEM file; its certificates alone are trusted then. Absent: SSL_CERT_FILE, else the system's.
+  std::optional<std::string> certificateAuthorityFile{};
+  /// Empty: none. Absent: what the environment names.
+  std::optional<std::string> proxy{};
 };
 
 /// What became of an exchange.
@@ -26,7 +30,8 @@ struct HttpResponse {
   std::optional<std::string> error;  ///< The transport's words; set when something went wrong.
 };
 
-/// Blocking HTTP and HTTPS exchanges: certificates verified, no cookies, no redirects.
+/// Blocking HTTP and HTTPS exchanges: TLS 1.2 or later with certificate and name verified, never
+/// plain HTTP in its place, no cookies, no redirects.
 class HttpExchange {
  public:
   virtual ~HttpExchange() = default;

@@ -12,8 +12,8 @@ class CurlSession;
 class QueueWorker;
 
 /// Exchanges over libcurl. Each serial queue has a session of its own, which it keeps; off the
-/// queues every exchange has a new one. The environment may name a proxy, as libcurl documents it,
-/// and the trusted certificates (SSL_CERT_FILE, in place of the system's).
+/// queues every exchange has a new one. Where the request says nothing of it, the environment
+/// may name a proxy, as libcurl documents it, and the trusted certificates (SSL_CERT_FILE).
 class CurlExchange final : public HttpExchange {
  public:
   CurlExchange();

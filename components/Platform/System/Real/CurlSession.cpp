@@ -41,9 +41,27 @@ void setProtection(CURL* easy) {
   set(easy, CURLOPT_SSL_VERIFYPEER, 1L);
   set(easy, CURLOPT_SSL_VERIFYHOST, 2L);
   set(easy, CURLOPT_FOLLOWLOCATION, 0L);
+  set(easy, CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
   set(easy, CURLOPT_NETRC, static_cast<long>(CURL_NETRC_IGNORED));
-  // libcurl has a path built in and does not ask; other programs that use OpenSSL do.
-  if (const char* trusted = ::secure_getenv("SSL_CERT_FILE")) set(easy, CURLOPT_CAINFO, trusted);
+}
+
+void setTrust(CURL* easy, const char* file) {
+  set(easy, CURLOPT_CAINFO, file);
+  set(easy, CURLOPT_PROXY_CAINFO, file);
+  // The folder of the system's certificates would be trusted beside the file.
+  constexpr const char* none = nullptr;
+  set(easy, CURLOPT_CAPATH, none);
+  set(easy, CURLOPT_PROXY_CAPATH, none);
+}
+
+void setRoute(CURL* easy, const HttpRequest& request) {
+  if (request.certificateAuthorityFile) {
+    setTrust(easy, request.certificateAuthorityFile->c_str());
+  } else if (const char* trusted = ::secure_getenv("SSL_CERT_FILE")) {
+    // libcurl has a path built in and does not ask; other programs that use OpenSSL do.
+    setTrust(easy, trusted);
+  }
+  if (request.proxy) set(easy, CURLOPT_PROXY, request.proxy->c_str());
 }
 
 void setConnection(CURL* easy, std::chrono::milliseconds timeout) {
@@ -144,6 +162,7 @@ void CurlSession::prepare(const HttpRequest& request, Answer& answer) {
   curl_easy_reset(easy);
   setProtection(easy);
   setConnection(easy, request.timeout);
+  setRoute(easy, request);
   setContent(easy, request);
   headers_ = curlHeadersOf(request);
   set(easy, CURLOPT_HTTPHEADER, headers_.get());

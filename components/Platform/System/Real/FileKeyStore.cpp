@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "ForkedChild.h"
 #include "PrivateFiles.h"
 
 namespace pelorino {
@@ -59,6 +60,7 @@ std::optional<KeyValues> FileKeyStore::read() const {
 
 template <class Edit>
 bool FileKeyStore::change(Edit edit) {
+  ForkedChild::endStrayThread();
   if (path_.empty()) return false;
   // A file of its own: the store's file is another one after each change. It is never removed,
   // since two processes could then hold locks on two files of that name.

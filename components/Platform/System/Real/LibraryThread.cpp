@@ -7,6 +7,8 @@
 #include <thread>
 #include <utility>
 
+#include "ForkedChild.h"
+
 namespace pelorino {
 namespace {
 
@@ -41,8 +43,10 @@ std::string visibleName(const std::string& label) {
 
 bool startLibraryThread(const std::string& name, std::function<void()> body) noexcept {
   const SignalsHeldBack heldBack;
+  ForkedChild::arm();
   try {
     std::thread([shown = visibleName(name), body = std::move(body)] {
+      ForkedChild::markLibraryThread();
       pthread_setname_np(pthread_self(), shown.c_str());
       body();
     }).detach();

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "ExitGate.h"
+#include "ForkedChild.h"
 #include "LibraryThread.h"
 
 namespace pelorino {
@@ -26,6 +27,7 @@ const QueueWorker* QueueWorker::current() {
 }
 
 void QueueWorker::add(Block block) {
+  if (ForkedChild::isHere()) return;
   Lock lock(mutex_);
   if (isClosed_) return;
   waiting_.push_back(std::move(block));
@@ -34,6 +36,7 @@ void QueueWorker::add(Block block) {
 }
 
 void QueueWorker::pause() {
+  if (ForkedChild::isHere()) return;
   const Lock lock(mutex_);
   isPaused_ = true;
   setHeld();
@@ -41,6 +44,7 @@ void QueueWorker::pause() {
 }
 
 void QueueWorker::resume() {
+  if (ForkedChild::isHere()) return;
   Lock lock(mutex_);
   isPaused_ = false;
   setHeld();
@@ -52,6 +56,7 @@ void QueueWorker::close() {
   // calls this queue again.
   std::deque<Block> dropped;
   std::deque<Block> droppedBatch;
+  if (ForkedChild::isHere()) return;
   const Lock lock(mutex_);
   isClosed_ = true;
   setHeld();
@@ -62,7 +67,7 @@ void QueueWorker::close() {
 }
 
 void QueueWorker::waitUntilAllBlocksAreFinished() {
-  if (currentWorker == this) return;
+  if (currentWorker == this || ForkedChild::isHere()) return;
   Lock lock(mutex_);
   const std::uint64_t last = added_;
   waiters_.fetch_add(1, std::memory_order_seq_cst);
@@ -77,6 +82,7 @@ void QueueWorker::waitUntilAllBlocksAreFinished() {
 }
 
 void QueueWorker::schedule(std::shared_ptr<TimerSchedule::Entry> entry) {
+  if (ForkedChild::isHere()) return;
   Lock lock(mutex_);
   const auto before = timers_.nextWakeUp();
   timers_.add(std::move(entry));
@@ -85,6 +91,7 @@ void QueueWorker::schedule(std::shared_ptr<TimerSchedule::Entry> entry) {
 
 void QueueWorker::cancel(std::shared_ptr<TimerSchedule::Entry>& entry) {
   std::shared_ptr<TimerSchedule::Entry> cancelled;  // Destroyed after the lock is released.
+  if (ForkedChild::isHere()) return;
   Lock lock(mutex_);
   if (!entry) return;
   cancelled.swap(entry);
@@ -157,6 +164,7 @@ void QueueWorker::runBatch() {
     Block block = std::move(batch_.front());
     batch_.pop_front();
     outlet_->run(block, label_);
+    ForkedChild::endStrayThread();
     // What the block holds is released before it counts as finished, on its own queue.
     block = nullptr;
     currentWorker = nullptr;

@@ -21,7 +21,7 @@ namespace pelorino {
 /// The thread starts when there is something to run, and goes away after `idleTime` without. When
 /// the system gives no thread, blocks stay where they are until the next call that adds one.
 ///
-/// Threads: all operations from any thread.
+/// Threads: all operations from any thread. In a forked child they do nothing.
 class QueueWorker final : public std::enable_shared_from_this<QueueWorker> {
  public:
   QueueWorker(std::string label, std::shared_ptr<const ExceptionOutlet> outlet,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Files.h"
+#include "ProcessLocks.h"
 
 namespace pelorino {
 
@@ -11,6 +12,10 @@ class RealFiles final : public Files {
   void createPrivateFile(const std::string& path) override;
   [[nodiscard]] std::optional<std::string> read(const std::string& path,
                                                 std::size_t limit) override;
+  [[nodiscard]] LockAttempt lock(const std::string& path) override { return locks_.lock(path); }
+
+ private:
+  ProcessLocks locks_;
 };
 
 }  // namespace pelorino

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "HostDescription.h"
+#include "HttpExchange.h"
+
+namespace pelorino {
+
+/// Exchanges that take the way through the network that the host has described, and say in the log
+/// why one failed.
+class DescribedExchange final : public HttpExchange {
+ public:
+  using Described = std::function<std::shared_ptr<const HostDescription>()>;
+
+  /// `described` is asked at every exchange. `http` outlives this object.
+  DescribedExchange(Described described, HttpExchange& http);
+
+  [[nodiscard]] bool isValidUrl(const std::string& url) const override;
+  [[nodiscard]] HttpResponse perform(const HttpRequest& request) override;
+
+ private:
+  [[nodiscard]] HttpResponse performAsDescribed(const HttpRequest& request);
+
+  Described described_;
+  HttpExchange& http_;
+};
+
+}  // namespace pelorino

@@ -1,0 +1,33 @@
+// crash_loop LIVES [SEED]: kills an application so many times and fails if an event that was stored
+// is lost, or sent again without a kill or a lost answer as the reason.
+#include <cstdlib>
+#include <iostream>
+#include <random>
+#include <string>
+
+#include "CrashLoop.h"
+
+int main(int count, char** arguments) {
+  using pelorino::blackbox::CrashLoop;
+  if (count < 2) return EXIT_FAILURE;
+  const int lives = std::stoi(arguments[1]);
+  const unsigned seed =
+      count > 2 ? static_cast<unsigned>(std::stoul(arguments[2])) : std::random_device{}();
+  CrashLoop loop(seed);
+  for (int i = 0; i < lives; ++i) loop.live();
+  const bool isRecovered = loop.recover();
+  const CrashLoop::Account account = loop.account();
+  std::cout << "seed " << seed << ", kills " << account.kills << ", stored " << account.stored
+            << ", reports delivered " << account.deliveries << ", of these repeated "
+            << account.repeatedDeliveries << ", answers lost " << account.lostAnswers
+            << ", database " << account.integrity << "\n";
+  for (const auto& name : account.lost) std::cout << "lost: " << name << "\n";
+  for (const auto& uuid : account.sentAfterSuccess) std::cout << "sent again: " << uuid << "\n";
+  if (!isRecovered) std::cout << "the last life has not delivered everything\n";
+  // A kill can interrupt one delivery; so many repeats at the most have a reason.
+  const auto reasons = static_cast<std::size_t>(account.kills) + account.lostAnswers;
+  const bool isGood = isRecovered && account.stored > 0 && account.lost.empty() &&
+                      account.sentAfterSuccess.empty() && account.repeatedDeliveries <= reasons &&
+                      account.integrity == "ok";
+  return isGood ? EXIT_SUCCESS : EXIT_FAILURE;
+}

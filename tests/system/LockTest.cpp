@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "Process.h"
+#include "ProcessLocks.h"
+#include "TemporaryFolder.h"
+
+namespace pelorino {
+namespace {
+
+/// Whether a process of its own gets the lock.
+bool isFree(const std::string& path) {
+  return std::system(("flock --nonblock '" + path + "' true").c_str()) == 0;
+}
+
+TEST(FileLock, KeepsOtherProcessesOutUntilThisOneNeedsItNoMore) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("a lock");
+  ProcessLocks locks;
+  auto first = locks.lock(path).lock;
+  auto second = locks.lock(path).lock;
+  ASSERT_TRUE(first && second);
+  struct stat found {};
+  ASSERT_EQ(::stat(path.c_str(), &found), 0);
+  EXPECT_EQ(found.st_mode & 0777U, 0600U);
+  EXPECT_FALSE(isFree(path));
+  first.reset();
+  EXPECT_FALSE(isFree(path));
+  second.reset();
+  EXPECT_TRUE(isFree(path));
+}
+
+TEST(FileLock, IsRefusedWhileAnotherProcessHasIt) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("lock");
+  ProcessLocks locks;
+  Process other({"/usr/bin/flock", path, "/bin/sh", "-c", "echo held; read line"});
+  ASSERT_EQ(other.waitForLines([](const std::string& line) { return line == "held"; }).size(), 1U);
+  for (int attempt = 0; attempt < 100; ++attempt) {  // A refusal leaves nothing behind.
+    const auto refused = locks.lock(path);
+    EXPECT_FALSE(refused.lock);
+    EXPECT_EQ(refused.failure, "another process has locked it");
+  }
+  other.closeInput();
+  ASSERT_TRUE(other.waitForExit());
+  EXPECT_TRUE(locks.lock(path).lock);
+  EXPECT_EQ(locks.lock(folder.file("no folder/lock")).failure, "No such file or directory");
+}
+
+TEST(FileLock, IsNotInheritedByAForkedChild) {
+  const TemporaryFolder folder;
+  const std::string path = folder.file("lock");
+  ProcessLocks locks;
+  auto lock = locks.lock(path).lock;
+  ASSERT_TRUE(lock);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::pause();
+    ::_exit(0);
+  }
+  EXPECT_FALSE(isFree(path)) << "a fork must not unlock it either";
+  lock.reset();
+  EXPECT_TRUE(isFree(path)) << "the child holds it";
+  ::kill(child, SIGKILL);
+  ::waitpid(child, nullptr, 0);
+}
+
+}  // namespace
+}  // namespace pelorino

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <pelorino/PLRAnalytics.h>
+#include <pelorino/PLREngineWrapper.h>
+#include <pelorino/PLREventsRouter.h>
+#include <pelorino/PLRHost.h>
+#include <pelorino/PLRUserCard.h>
+
+#include <chrono>
+#include <future>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "TemporaryFolder.h"
+
+namespace pelorino {
+
+inline void describeHost(const TemporaryFolder& folder) {
+  PLRHostDescription host;
+  host.supportDirectory = folder.file("support");
+  host.keyStoreFile = folder.file("keys");
+  PLRHost::describe(host);
+  PLRAnalytics::setTestProxyUrl("http://127.0.0.1:9");  // Nobody answers there.
+}
+
+/// Returns when everything handed over before has run. A start in the background holds the queue
+/// back until the application becomes active.
+inline void drain() {
+  auto done = std::make_shared<std::promise<void>>();
+  const auto hasRun = done->get_future();
+  PLRAnalytics::getSDKVersion([done](const std::string&) { done->set_value(); });
+  done.reset();
+  while (hasRun.wait_for(std::chrono::milliseconds(50)) != std::future_status::ready) {
+    PLRHost::didBecomeActive();
+  }
+}
+
+/// Every operation that a host can call from any thread, with arguments that are good.
+inline const std::vector<void (*)()>& anyCalls() {
+  static const std::vector<void (*)()>& calls = *new std::vector<void (*)()>{
+      [] { PLRAnalytics::customEvent("plain"); },
+      [] {
+        PLRCustomEventParameters parameters;
+        for (int i = 0; i < 5; ++i) parameters.add(std::to_string(i), i);
+        PLRAnalytics::customEvent("full", parameters);
+      },
+      [] { PLRAnalytics::sendBufferedEvents(); },
+      [] { PLRAnalytics::getDeviceId([](const std::string&) { PLRAnalytics::testLogs(); }); },
+      [] { PLRAnalytics::getUserId([](const std::string&) { PLRHost::willResignActive(); }); },
+      [] { PLRAnalytics::getCurrentLevel([](std::int64_t) { PLRHost::didBecomeActive(); }); },
+      [] { PLRAnalytics::getTrackingAvailability([](bool) {}); },
+      [] { PLRAnalytics::isRestoreTransactionHistoryRequired([](bool) {}); },
+      [] { PLRAnalytics::setUserId("ann"); },
+      [] { PLRAnalytics::setUserId(""); },
+      [] { PLRAnalytics::replace("ann", "bob"); },
+      [] { PLRAnalytics::setCurrentLevel(3); },
+      [] {
+        PLRAnalytics::levelUp(4, {{"gold", 5}});
+      },
+      [] {
+        PLRAnalytics::currentBalance({{"gold", 5}});
+      },
+      [] {
+        PLRAnalytics::virtualCurrencyPayment("sword", "weapon", 1, {{"gold", 5}});
+      },
+      [] { PLRAnalytics::currencyAccrual("gold", 5, "quest", PLRAccrualType::earned); },
+      [] { PLRAnalytics::startProgressionEvent("world"); },
+      [] { PLRAnalytics::finishProgressionEvent("world", {}); },
+      [] { PLRAnalytics::realCurrencyPayment("order", 4.99, "product", "USD"); },
+      [] {
+        PLRAnalytics::subscriptionHistory({{"t", {"product"}, nullptr}});
+      },
+      [] {
+        PLRAnalytics::subscriptionPayment({"t", {"product"}, nullptr}, {});
+      },
+      [] { PLRAnalytics::socialNetworkConnect(PLRSocialNetwork::facebook()); },
+      [] { PLRAnalytics::socialNetworkPost(PLRSocialNetwork::twitter(), "reason"); },
+      [] { PLRAnalytics::tutorial(-1); },
+      [] {
+        PLRAnalytics::referrer({{PLRReferralProperty::source(), "x"}});
+      },
+      [] { PLRAnalytics::adImpression("network", 0.1, "placement", "unit"); },
+      [] { PLRAnalytics::setTrackingAvailability(false); },
+      [] { PLRAnalytics::setTrackingAvailability(true); },
+      [] { PLRAnalytics::setIdentifiersListener(std::make_shared<PLRIdentifiersListener>()); },
+      [] { PLRAnalytics::setIdentifiersListener(nullptr); },
+      [] { PLRAnalytics::setLogLevel(PLRLogLevel::debug); },
+      [] { PLRAnalytics::setLoggerMessageClosure(PLRAnalytics::loggerMessageClosure()); },
+      [] { PLRAnalytics::setTestCustomUrl(""); },
+      [] { PLRAnalytics::getTestProxyUrl([](const std::string&) {}); },
+      [] { PLRAnalytics::clearKeychain(); },
+      [] { static_cast<void>(PLRAnalytics::sdkFolderPath()); },
+      [] {
+        PLREngineWrapper::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string&) {});
+      },
+      [] { static_cast<void>(PLREngineWrapper::engineLoggerMessageClosure()); },
+      [] { PLREngineWrapper::setSDKVersion("2.1.2"); },
+      [] { PLREngineWrapper::enableEditorMode(); },
+      [] { PLREngineWrapper::testString("text"); },
+      [] { static_cast<void>(PLREventsRouter::isAnalyticsInited()); },
+      [] { PLRHost::setStore(nullptr); },
+      [] { PLRHost::didBecomeActive(); },
+      [] { PLRHost::didEnterBackground(); },
+      [] { PLRUserCard::setName("ann"); },
+      [] { PLRUserCard::set("key", 1.5); },
+      [] { PLRUserCard::increment("key", 1); },
+      [] { PLRUserCard::getValue("key", [](const std::optional<PLRUserCard::Value>&) {}); },
+      [] { PLRUserCard::getAge([](std::int64_t) { PLRUserCard::unset("key"); }); },
+      [] { PLRUserCard::clearUser(); },
+      [] { PLRAnalytics::initialize("key"); },
+  };
+  return calls;
+}
+
+inline void callSomething(std::mt19937& random) {
+  anyCalls()[random() % anyCalls().size()]();
+}
+
+}  // namespace pelorino

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+#include "AnyCall.h"
+#include "DatabaseFile.h"
+
+namespace pelorino {
+namespace {
+
+constexpr int wantedCode = 7;
+constexpr int hasThreads = 8;
+constexpr int isLogged = 9;
+
+/// The code, or the number of the signal that ended it negated.
+int codeOf(pid_t child) {
+  int status = 0;
+  if (::waitpid(child, &status, 0) != child) return EXIT_FAILURE;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+std::ptrdiff_t threadsOfThisProcess() {
+  const std::filesystem::directory_iterator tasks("/proc/self/task");
+  return std::distance(begin(tasks), end(tasks));
+}
+
+/// What a child does that knows nothing of the library's limits. A thread would be the library's.
+[[noreturn]] void runOn(int round) {
+  ::alarm(20);
+  for (const auto call : anyCalls()) call();
+  PLREngineWrapper::destroySDK();
+  PLRAnalytics::initialize("key");
+  PLRHost::willTerminate();
+  if (threadsOfThisProcess() != 1) ::_exit(hasThreads);
+  if (round % 3 == 0) ::execl("/bin/sh", "sh", "-c", "exit 7", nullptr);
+  if (round % 3 == 1) std::exit(wantedCode);
+  ::_exit(wantedCode);
+}
+
+/// First of all tests: the library has not been used before.
+TEST(Fork, BeforeTheLibraryHasStartedGivesAChildThatCanStartIt) {
+  const TemporaryFolder folder;
+  describeHost(folder);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::alarm(20);
+    PLRAnalytics::initialize("key");
+    drain();
+    const bool isStarted = std::filesystem::exists(folder.file("support/pelorino/pelorino.db"));
+    ::_exit(isStarted ? wantedCode : EXIT_FAILURE);
+  }
+  EXPECT_EQ(codeOf(child), wantedCode);
+}
+
+TEST(Fork, AtAnyMomentGivesAChildThatIsLeftInPeace) {
+  const TemporaryFolder folder;
+  describeHost(folder);
+  PLRAnalytics::initialize("key");
+  std::atomic<bool> isOver = false;
+  std::vector<std::thread> threads;
+  for (unsigned seed = 0; seed < 4; ++seed) {
+    threads.emplace_back([seed, &isOver] {
+      std::mt19937 random(seed);
+      while (!isOver) {
+        for (int i = 0; i < 50; ++i) callSomething(random);
+        drain();
+      }
+    });
+  }
+  for (int round = 0; round < 30; ++round) {
+    const pid_t child = ::fork();
+    if (child == 0) runOn(round);
+    EXPECT_EQ(codeOf(child), wantedCode) << "round " << round;
+  }
+  isOver = true;
+  for (auto& thread : threads) thread.join();
+  PLREngineWrapper::destroySDK();
+  drain();
+}
+
+TEST(Fork, OnAThreadOfTheLibraryNeitherStoresNorGoesOn) {
+  const DatabaseFile file;
+  PLRHostDescription host;
+  host.supportDirectory = file.support();
+  host.keyStoreFile = file.support() + ".keys";
+  PLRHost::describe(host);
+  PLRAnalytics::setTestProxyUrl("http://127.0.0.1:9");
+  PLRAnalytics::setLogLevel(PLRLogLevel::debug);
+  std::atomic<int> code = EXIT_FAILURE;
+  PLREngineWrapper::setEngineLoggerMessageClosure([&](PLRLogLevel, const std::string& line) {
+    if (line.find("name: forks") == std::string::npos) return;
+    const pid_t child = ::fork();
+    if (child == 0) return;  // Back into the library.
+    code = codeOf(child);
+  });
+  PLRAnalytics::initialize("key");
+  PLRAnalytics::customEvent("forks");
+  PLRAnalytics::customEvent("after");
+  drain();
+  PLREngineWrapper::setEngineLoggerMessageClosure({});
+  PLREngineWrapper::destroySDK();
+  drain();
+  EXPECT_EQ(code, EXIT_SUCCESS);
+  EXPECT_EQ(file.run("SELECT count(*) FROM (SELECT eventJson AS j FROM events UNION ALL "
+                     "SELECT packagesJson FROM reports) WHERE j LIKE '%after%'"),
+            "1");
+}
+
+TEST(Fork, IsToldOfOnce) {
+  const TemporaryFolder folder;
+  describeHost(folder);
+  static int lines = 0;
+  PLREngineWrapper::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string& line) {
+    if (line == "ERROR The library does not work in a forked process; calls are refused") ++lines;
+  });
+  PLRAnalytics::initialize("key");
+  drain();
+  const pid_t child = ::fork();
+  if (child == 0) {
+    PLRAnalytics::customEvent("refused");
+    PLRAnalytics::customEvent("refused");
+    ::_exit(lines == 1 ? isLogged : EXIT_FAILURE);
+  }
+  EXPECT_EQ(codeOf(child), isLogged);
+  EXPECT_EQ(lines, 0);
+  PLREngineWrapper::setEngineLoggerMessageClosure({});
+  PLREngineWrapper::destroySDK();
+  drain();
+}
+
+}  // namespace
+}  // namespace pelorino
