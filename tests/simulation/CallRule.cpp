@@ -21,7 +21,7 @@ constexpr const char* sums = "currencyAccrualResources";
 
 bool CallRule::mustBeStored(const View& view) {
   if (!view.call || view.isInDoubt("projects") || view.isInDoubt("users")) return false;
-  if (!view.isTracking()) return false;
+  if (!view.isTracking() || !view.areExclusionsKnown) return false;
   if (view.call->name == credit) return !view.isExcluded("ca", *view.call->arguments.at(2));
   const auto code = codes().find(view.call->name);
   if (code == codes().end() || view.isExcluded(code->second)) return false;

@@ -26,6 +26,7 @@ std::int64_t Ledger::sessionTimeout() const {
 void Ledger::beginLife() {
   ++view_.life;
   view_.exclusions.clear();
+  view_.areExclusionsKnown = true;
   calls_.clear();
   start();
 }
@@ -85,6 +86,7 @@ void Ledger::log(const std::string& line) {
   if (line == "DEBUG [Database Module] Trying to load database") start();
   if (line.starts_with("DEBUG The SDK analytics configuration has been received")) {
     view_.exclusions.clear();
+    view_.areExclusionsKnown = !view_.isInDoubt("projects");
     const auto config = view_.configuration();
     const auto* exclude = config.if_contains("exclude");
     const auto* events = exclude ? exclude->as_object().if_contains("events") : nullptr;

@@ -46,8 +46,9 @@ struct View {
   bool isTornDown = false;       ///< By the host, and not started since.
   std::optional<HostCall> call;  ///< The one that the incomeQueue is at.
   std::set<std::string> doubts;
-  bool isErrorLogged = false;  ///< By the database, since the call began.
-  boost::json::object exclusions;
+  bool isErrorLogged = false;      ///< By the database, since the call began.
+  boost::json::object exclusions;  ///< Those of the process, as the backend has sent them.
+  bool areExclusionsKnown = true;
   std::function<void(const std::string&)> fail;
 
   [[nodiscard]] bool isInDoubt(const std::string& table) const {
