@@ -28,9 +28,11 @@ class RowCache final {
   [[nodiscard]] std::vector<Item> all() const { return rows_.all(); }
   [[nodiscard]] Item find(RowId id) const { return rows_.find(id); }
 
-  [[nodiscard]] std::vector<Item> of(RowId owner) const {
+  [[nodiscard]] std::vector<Item> of(RowId owner) const { return firstOf(owner, countOf(owner)); }
+
+  [[nodiscard]] std::vector<Item> firstOf(RowId owner, std::size_t count) const {
     const auto found = owned_.find(owner);
-    return found == owned_.end() ? std::vector<Item>() : found->second.all();
+    return found == owned_.end() ? std::vector<Item>() : found->second.first(count);
   }
 
   [[nodiscard]] std::size_t countOf(RowId owner) const {
