@@ -187,10 +187,8 @@ void addPacking(std::size_t count, const char* work) {
                     waiting.begin() + static_cast<std::ptrdiff_t>(i),
                     waiting.begin() + static_cast<std::ptrdiff_t>(std::min(i + 10, count)));
               }
-              const auto report = std::make_shared<const Report>(std::move(packages));
-              const auto row = toJSONData(report->packages);
-              const auto body = toJSONData(Reports{.reports = {report}});
-              return row->size() + body->size();
+              Report report(packages);
+              return report.stored()->size() + report.body()->size();
             };
             values["time"] = timeOf(static_cast<int>(100'000 / count), packed);
             values["each"] = values["time"] / static_cast<double>(count);

@@ -18,8 +18,8 @@ set_target_properties(
              LINK_DEPENDS ${exports})
 
 # A host may unload what it has loaded while a thread of the library still runs: nodelete keeps the
-# code in place.
-target_link_options(pelorino PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete
+# code in place. now: names are looked up at load, not during the host's first calls.
+target_link_options(pelorino PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete -Wl,-z,now
                     -Wl,--gc-sections -Wl,--as-needed)
 if(NOT PELORINO_SANITIZE)
   # The runtimes of the sanitizers are in the program, so that a library cannot name them all.

@@ -31,7 +31,8 @@ BackendIdentifiers::Outcome Backend::requestIdentification(const std::string& ap
 std::optional<PLRError> Backend::sendAnalytics(const std::string& appID,
                                                const Identifiers& identifiers,
                                                const Reports& reports) {
-  return repository_->sendAnalytics(appID, {Encodable(reports), identifiers}, joinedUuids(reports));
+  return repository_->sendAnalytics(appID, {Encodable(reports.json()), identifiers},
+                                    joinedUuids(reports));
 }
 
 PLRVerifyResponse Backend::sendVerifyReceipt(const std::string& appID, const Receipt& receipt,

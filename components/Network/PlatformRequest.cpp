@@ -38,8 +38,8 @@ Response PlatformRequest::send() const {
   request.url = urlBuilder_.buildFullPath();
   if (!http_.isValidUrl(request.url)) return response;
   request.timeout = timeout;
-  std::optional<std::string> body = requestContent_->object().toJSONData();
-  if (!body) {
+  request.body = requestContent_->object().toJSONData();
+  if (!request.body) {
     const PLRError error("getContent Error");
     Logger::writeLog(PLRLogLevel::error, [&] {
       return "[Network Module] Can't parse response data. Error: " + error.description();
@@ -47,7 +47,6 @@ Response PlatformRequest::send() const {
     return response;
   }
   request.method = rawValue(type_);
-  request.body = *std::move(body);
   const Headers encoded = requestContent_->getBase64Headers();
   addHeaders(request, encoded);
   Logger::writeLog(PLRLogLevel::debug, [&] { return logMessage(request, encoded); });
@@ -60,7 +59,7 @@ Response PlatformRequest::send() const {
 }
 
 void PlatformRequest::addHeaders(HttpRequest& request, const Headers& encoded) const {
-  request.headers.emplace_back("Content-Length", std::to_string(request.body.size()));
+  request.headers.emplace_back("Content-Length", std::to_string(request.body->size()));
   request.headers.emplace_back("Content-Type", requestContent_->headerKeyType());
   request.headers.insert(request.headers.end(), encoded.begin(), encoded.end());
   std::erase_if(request.headers, [](const auto& header) {
@@ -79,7 +78,7 @@ std::string PlatformRequest::logMessage(const HttpRequest& request, const Header
       " EncodedHeaders: \n{}\n {} Content: {} \n",
       request.method, request.url, requestContent_->headerKeyType(),
       headerLines(requestContent_->headers()), headerLines(encoded), identifier,
-      indentedJson(request.body));
+      indentedJson(*request.body));
 }
 
 }  // namespace pelorino

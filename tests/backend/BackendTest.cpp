@@ -67,7 +67,7 @@ TEST_F(BackendTest, SendsEachRequestToItsEndpoint) {
       "key", {.sdkVersion = "2.1.2", .sdkCodeVersion = 10, .appVersion = "1"}, ids_);
   Lines requests;
   for (const HttpRequest& each : http_.requests) {
-    requests.push_back(each.method + " " + each.url + " " + each.body);
+    requests.push_back(each.method + " " + each.url + " " + *each.body);
   }
   EXPECT_EQ(
       requests,

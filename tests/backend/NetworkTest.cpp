@@ -49,7 +49,7 @@ TEST(PlatformRequest, SendsTheBodyWithItsHeadersInOrder) {
   const HttpRequest& request = http.requests[0];
   EXPECT_EQ(request.method, "POST");
   EXPECT_EQ(request.url, "http://h/p");
-  EXPECT_EQ(request.body, "{\"t\":\"\u00e9\"}");
+  EXPECT_EQ(*request.body, "{\"t\":\"\u00e9\"}");
   EXPECT_EQ(request.timeout, std::chrono::seconds(60));
   EXPECT_EQ(request.headers, (Headers{{"Content-Length", "10"},
                                       {"Content-Type", "application/json"},

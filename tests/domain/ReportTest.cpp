@@ -62,13 +62,42 @@ TEST(Report, KeepsEventsAndPackageBoundariesInTheStore) {
 }
 
 TEST(Report, SendsItsPackagesAndNothingElse) {
-  const auto report = std::make_shared<Report>(std::vector{packageOf(Texts{"{\"n\":1}"})});
+  const std::vector packages{packageOf(Texts{"{\"n\":1}"})};
+  const auto report = std::make_shared<Report>(packages);
   report->idKey = 5;
   report->userId = 6;
   report->appKey = "key";
   report->identifiers.emplace().deviceId = "device";
-  EXPECT_EQ(encodeJson(Reports{{report}}),
-            "{\"reports\":[{\"packages\":[" + std::string(head) + "[{\"n\":1}]}]}]}");
+  const std::string text = "{\"packages\":[" + std::string(head) + "[{\"n\":1}]}]}";
+  EXPECT_EQ(*Reports{{report}}.json(), "{\"reports\":[" + text + "]}");
+  const auto empty = std::make_shared<Report>(std::vector<Package>());
+  EXPECT_EQ(*(Reports{{report, empty}}.json()), "{\"reports\":[" + text + ",{\"packages\":[]}]}");
+  EXPECT_EQ(report->stored(), encodeJson(packages));
+}
+
+TEST(Report, SendsWhatCanBeReadOfItsRow) {
+  struct Case {
+    const char* label;
+    std::optional<std::string> row;
+    std::string sent;
+  };
+  const std::string whole = encodeJson(std::vector{packageOf(Texts{"{\"n\":3.50}"})});
+  const Case cases[] = {
+      {"as it was written", whole, whole},
+      {"blanks and an unknown key", " [" + whole.substr(1, whole.size() - 3) + ", \"x\":1} ]",
+       whole},
+      {"no text", std::nullopt, "[]"},
+      {"cut off", whole.substr(0, whole.size() - 1), "[]"},
+      {"a required key is missing", "[{}]", "[]"},
+      {"a bracket that would break out", "[]}]}", "[]"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    Report report;
+    report.packagesJson = c.row;
+    EXPECT_EQ(*report.body(), "{\"reports\":[{\"packages\":" + c.sent + "}]}");
+    EXPECT_EQ(report.body(), report.body()) << "made once";
+  }
 }
 
 TEST(Report, MadeInMemoryHasAUuidOfItsOwn) {

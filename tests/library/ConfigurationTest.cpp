@@ -62,7 +62,7 @@ TEST_F(LibraryTest, TheConfigurationIsAskedForUntilItComes) {
                                               600, 600}));
   report("boss");
   EXPECT_EQ(rows("SELECT count(*) FROM events"), "1") << "the library works meanwhile";
-  EXPECT_EQ(boost::json::parse(configuration.requests[0].body),
+  EXPECT_EQ(boost::json::parse(*configuration.requests[0].body),
             boost::json::parse(R"({"sdkVersion":"2.1.2","sdkCodeVersion":10,"appVersion":"1.4",)"
                                R"("sbsConfigVersion":0})"));
 
@@ -73,7 +73,7 @@ TEST_F(LibraryTest, TheConfigurationIsAskedForUntilItComes) {
   EXPECT_EQ(configuration.requests.size(), 15U);
   stop();
   start();
-  EXPECT_EQ(boost::json::parse(configuration.requests.back().body).at("sbsConfigVersion"), 3);
+  EXPECT_EQ(boost::json::parse(*configuration.requests.back().body).at("sbsConfigVersion"), 3);
 }
 
 TEST_F(LibraryTest, AnAnswerThatIsNoConfigurationLeavesTheStoredOne) {
@@ -127,7 +127,7 @@ TEST_F(LibraryTest, ExclusionsStopTheEventsThatTheyNameOnceTheyHaveArrived) {
   EXPECT_EQ(
       timesLogged("INFO Event [ce] with [boss] argument is excluded by project configuration"), 2)
       << "the same version keeps the stored list";
-  EXPECT_EQ(boost::json::parse(configuration.requests.back().body).at("excludeVersion"), 1);
+  EXPECT_EQ(boost::json::parse(*configuration.requests.back().body).at("excludeVersion"), 1);
   stop();
 
   configuration.answers.clear();

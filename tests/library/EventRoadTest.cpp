@@ -28,7 +28,7 @@ TEST_F(LibraryTest, AnEventIsStoredSentAndDeletedOnceTheBackendHasIt) {
   send();
   ASSERT_EQ(delivered.size(), 1U);
   EXPECT_EQ(delivered[0].url, "https://api.pelorino.example/v2/analytics/report?appId=key");
-  const auto body = boost::json::parse(delivered[0].body);
+  const auto body = boost::json::parse(*delivered[0].body);
   const auto& package = body.at("reports").at(0).at("packages").at(0).as_object();
   EXPECT_EQ(package.at("events").at(0), event);
   EXPECT_EQ(package.at("language"), "en");
@@ -125,6 +125,37 @@ TEST_F(LibraryTest, ABatchStopsAtItsFirstFailure) {
     }
   }
   EXPECT_EQ(users, (std::vector<std::string>{"YQ==", "Yg==", "Yw=="})) << "older sessions first";
+}
+
+TEST_F(LibraryTest, AllThatWaitGoOutInOrderHoweverManyTheyAre) {
+  usualStatus.reset();
+  start(std::string("a"));
+  restart("b");
+  rows("DELETE FROM events; DELETE FROM reports");
+  rows(
+      "INSERT INTO reports (userId, packagesJson, uuid) WITH RECURSIVE n(i) AS "
+      "(SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) SELECT (SELECT id FROM users WHERE "
+      "userId = CASE WHEN i % 2 THEN 'a' ELSE 'b' END), CASE i WHEN 7 THEN 'none' ELSE "
+      "'[{\"language\":null,\"appVersion\":null,\"appBuildVersion\":null,\"sdkVersion\":\"2\","
+      "\"sdkCodeVersion\":10,\"bundle\":null,\"events\":[{\"code\":\"' || i || '\"}]}]' END, i "
+      "FROM n");
+  stop();
+  usualStatus = 200;
+  statuses = {200, 200, 503};
+  start(std::string("b"));
+  EXPECT_EQ(delivered.size(), 2U);
+  send();
+  std::vector<std::string> wanted;
+  for (const int first : {1, 2}) {
+    for (int i = first; i <= 100; i += 2) {
+      if (i != 7) wanted.push_back(std::to_string(i));  // Goes out without packages.
+    }
+  }
+  auto sent = deliveredEvents();
+  ASSERT_GE(sent.size(), wanted.size());
+  sent.resize(wanted.size());
+  EXPECT_EQ(sent, wanted);
+  EXPECT_EQ(rows("SELECT count(*) FROM reports"), "0");
 }
 
 TEST_F(LibraryTest, OnlyTheActiveUserCarriesTheBackendsIdentifiers) {
@@ -260,7 +291,7 @@ TEST_F(LibraryTest, EditorModeLeavesTheApplicationsVersionsOut) {
   PLREngineWrapper::enableEditorMode();
   start();
   ASSERT_FALSE(delivered.empty());
-  const auto body = boost::json::parse(delivered[0].body);
+  const auto body = boost::json::parse(*delivered[0].body);
   const auto& package = body.at("reports").at(0).at("packages").at(0);
   EXPECT_TRUE(package.at("appVersion").is_null());
   EXPECT_TRUE(package.at("appBuildVersion").is_null());

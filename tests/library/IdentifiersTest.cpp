@@ -23,7 +23,7 @@ TEST_F(LibraryTest, IdentifiersOfTheBackendAreStoredToldAndSent) {
   start();
   EXPECT_EQ(rows(stored), "7|8|9");
   EXPECT_EQ(listener->heard, std::vector<std::int64_t>{7});
-  EXPECT_EQ(identification.requests.at(0).body, R"({"attempt":1})");
+  EXPECT_EQ(*identification.requests.at(0).body, R"({"attempt":1})");
   delivered.clear();
   report("boss");
   send();
@@ -51,9 +51,9 @@ TEST_F(LibraryTest, TheBackendMayPutItsAnswerOff) {
   ASSERT_EQ(identification.requests.size(), 2U);
   system.advance(100ms);  // No request chases the one before it.
   ASSERT_EQ(identification.requests.size(), 3U);
-  EXPECT_EQ(identification.requests[1].body, R"({"attempt":2})");
+  EXPECT_EQ(*identification.requests[1].body, R"({"attempt":2})");
   EXPECT_EQ(identification.requests[1].headers, identification.requests[0].headers);
-  EXPECT_EQ(identification.requests[2].body, R"({"attempt":3})");
+  EXPECT_EQ(*identification.requests[2].body, R"({"attempt":3})");
   EXPECT_EQ(rows(stored), "7||") << "what the answer leaves out is cleared";
 }
 
@@ -67,7 +67,7 @@ TEST_F(LibraryTest, AnAnswerForAUserWhoHasGoneIsDropped) {
   ASSERT_EQ(identification.requests.size(), 3U);
   EXPECT_EQ(header(identification.requests[1], "UserId"), "YW5u");
   EXPECT_EQ(header(identification.requests[2], "UserId"), "Ym9i");
-  EXPECT_EQ(identification.requests[2].body, R"({"attempt":1})");
+  EXPECT_EQ(*identification.requests[2].body, R"({"attempt":1})");
   EXPECT_EQ(rows(stored), "7|8|9");
   EXPECT_TRUE(logged(
       "DEBUG In the process of receiving backendidentifiers from the server, the user was changed. "

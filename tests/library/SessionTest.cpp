@@ -69,7 +69,7 @@ TEST_F(LibraryTest, AStayInTheForegroundIsMeasuredInWholeSeconds) {
     std::optional<std::int64_t> length;
     for (const auto& request : delivered) {
       const auto event =
-          boost::json::parse(request.body).at("reports").at(0).at("packages").at(0).at("events");
+          boost::json::parse(*request.body).at("reports").at(0).at("packages").at(0).at("events");
       for (const auto& item : event.as_array()) {
         if (item.at("code") == "ue") length = item.at("length").as_int64();
       }

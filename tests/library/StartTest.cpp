@@ -129,7 +129,7 @@ TEST_F(LibraryTest, TrackingSwitchedOffDropsWhatIsPendingAndTellsTheBackend) {
   off.trackingAvailability = PLRTrackingStatus::disable;
   start(off);
   ASSERT_EQ(deliveredEvents(), std::vector<std::string>{"ts"});
-  EXPECT_NE(delivered[0].body.find(R"("trackingAllowed":false)"), std::string::npos);
+  EXPECT_NE(delivered[0].body->find(R"("trackingAllowed":false)"), std::string::npos);
   report("dropped");
   EXPECT_TRUE(logged("DEBUG Event [ce] not created. Tracking is Disabled") ||
               rows("SELECT sessionId FROM users").empty());
@@ -148,7 +148,7 @@ TEST_F(LibraryTest, TrackingSwitchedOffDropsWhatIsPendingAndTellsTheBackend) {
   start(on);
   EXPECT_EQ(timesLogged("INFO Tracking status is Enable"), 1);
   ASSERT_FALSE(delivered.empty());
-  EXPECT_NE(delivered[0].body.find(R"("trackingAllowed":true)"), std::string::npos);
+  EXPECT_NE(delivered[0].body->find(R"("trackingAllowed":true)"), std::string::npos);
 }
 
 TEST_F(LibraryTest, AnUpgradeOfTheLibraryIsToldOnce) {

@@ -279,7 +279,7 @@ TEST_F(SubscriptionTest, TheHistoryWaitsUntilACurrencyIsKnown) {
             2);
   startWith(1, {product("p", 1, "en_GB")});
   EXPECT_EQ(told(), (Codes{"sbsp", "sbsr"}));
-  EXPECT_NE(delivered.back().body.find(R"("currencyCode":"GBP","transactions":[{"productID":"p")"),
+  EXPECT_NE(delivered.back().body->find(R"("currencyCode":"GBP","transactions":[{"productID":"p")"),
             std::string::npos);
   EXPECT_FALSE(isHistoryRequired());
   EXPECT_EQ(history(), "[]");
@@ -321,7 +321,7 @@ TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
     c.pay();
     EXPECT_EQ(told(), c.wanted);
     if (c.wanted.empty() || c.wanted.front() != "sbs") continue;
-    EXPECT_NE(delivered.back().body.find(R"("regionCode":")" + c.region + '"'), std::string::npos);
+    EXPECT_NE(delivered.back().body->find(R"("regionCode":")" + c.region + '"'), std::string::npos);
   }
   auto renewals = log.lines();
   std::erase_if(renewals, [](const auto& line) { return !line.ends_with("] is renewal"); });

@@ -104,13 +104,13 @@ TEST_F(StoredModels, ComeBackAsTheyWere) {
 
   Package package{.language = "en", .sdkVersion = "2.1.2", .sdkCodeVersion = 10, .bundle = {}};
   package.events = {R"({"code":"ce"})"};
-  Report report;
+  const std::vector packages{package};
+  Report report(packages);
   report.uuid = "U2";
   report.userId = 2;
   report.appKey = "not stored";
-  report.packages.push_back(package);
-  expectRows<ReportsRepository, ReportsColumns>(
-      report, "1|-1|[]|\n2|2|" + encodeJson(report.packages) + "|U2");
+  expectRows<ReportsRepository, ReportsColumns>(report,
+                                                "1|-1||\n2|2|" + encodeJson(packages) + "|U2");
 
   expectRows<LevelResourcesRepository, LevelResourcesColumns>(
       LevelResource{.userId = 2, .type = LevelResourceType::spent, .name = "gold", .amount = -5},

@@ -95,7 +95,7 @@ class LibraryTest : public DeterministicTest {
   /// Codes of the events of one delivered request, custom events by their names, a list a package.
   static std::vector<std::string> eventsOf(const HttpRequest& request) {
     std::vector<std::string> packages;
-    const auto body = boost::json::parse(request.body);
+    const auto body = boost::json::parse(*request.body);
     for (const auto& report : body.at("reports").as_array()) {
       for (const auto& package : report.at("packages").as_array()) {
         std::string& events = packages.emplace_back();

@@ -2,13 +2,15 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
 #include "JsonHelpers.h"
 
 namespace pelorino {
+
+/// A JSON text that many hold. Nobody changes it.
+using JsonText = std::shared_ptr<const std::string>;
 
 /// A value that can be written as JSON, its type forgotten. Copies share the value, which nobody
 /// may change meanwhile.
@@ -17,14 +19,18 @@ class Encodable final {
   template <class Value>
   explicit Encodable(Value value)
       : write_([shared = std::make_shared<const Value>(std::move(value))] {
-          return pelorino::toJSONData(*shared);
+          auto text = pelorino::toJSONData(*shared);
+          return text ? std::make_shared<const std::string>(*std::move(text)) : nullptr;
         }) {}
 
-  /// Compact JSON; absent for what JSON cannot hold.
-  [[nodiscard]] std::optional<std::string> toJSONData() const { return write_(); }
+  /// A value that is JSON already.
+  explicit Encodable(JsonText text) : write_([text = std::move(text)] { return text; }) {}
+
+  /// Compact JSON; null for what JSON cannot hold.
+  [[nodiscard]] JsonText toJSONData() const { return write_(); }
 
  private:
-  std::function<std::optional<std::string>()> write_;
+  std::function<JsonText()> write_;
 };
 
 }  // namespace pelorino

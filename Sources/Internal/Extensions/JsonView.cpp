@@ -45,7 +45,9 @@ std::size_t valueLength(std::string_view json) {
 
 JsonView::JsonView(std::string_view text) {
   checkJson(text, maximumDepth);
-  text_ = Scanner(text).next().value();
+  constexpr std::string_view blanks = " \t\r\n";
+  text.remove_suffix(text.size() - 1 - text.find_last_not_of(blanks));
+  text_ = text.substr(text.find_first_not_of(blanks));
 }
 
 std::optional<std::string_view> JsonView::Scanner::next() {

@@ -17,6 +17,9 @@ class JsonWriter final {
  public:
   JsonWriter() { out_.reserve(initialCapacity); }
 
+  /// Goes on after `begun`, where a value may stand.
+  explicit JsonWriter(std::string begun) : out_(std::move(begun)) {}
+
   void beginObject() { open('{'); }
   void key(std::string_view name);
   void endObject() { close('}'); }

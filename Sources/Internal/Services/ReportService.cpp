@@ -21,6 +21,10 @@ namespace {
 /// The incomeQueue only.
 int newestGeneration = 0;
 
+/// Twice as many go each time. So an attempt that fails has prepared few reports, however many
+/// wait, and a long batch seldom waits for the incomeQueue.
+constexpr std::size_t firstHandOver = 16;
+
 void logSending(const Report& report) {
   Logger::writeLog(PLRLogLevel::info,
                    [&] { return fmt::format("Trying to send the Report [{}]", report.uuid); });
@@ -138,34 +142,58 @@ void ReportService::sendSavedReports() {
   if (generation_ != newestGeneration) return;
   resendWhenFinish_ = isSending_;
   if (isSending_) return;
-  ReportList reports = savedReports();
-  if (reports.empty()) return;
+  batch_ = savedReports();
+  if (batch_.empty()) return;
   isSending_ = true;
-  QueueManager::networkSerialQueue().addOperation(
-      [weak = weak_from_this(), reports = std::move(reports)] { sendReports(weak, reports); });
+  handOver_ = firstHandOver;
+  continueBatch();
 }
 
-ReportService::ReportList ReportService::savedReports() const {
+std::deque<ReportService::Share> ReportService::savedReports() const {
   const auto& activeUser = stateManager_->getActiveUser();
-  ReportList reports;
+  std::deque<Share> batch;
   for (const auto& user : usersOfBatch()) {
-    const auto ofUser = reportsRepository_->ofUser(user->idKey);
-    if (ofUser.empty()) continue;
+    const std::size_t count = reportsRepository_->countOfUser(user->idKey);
+    if (count == 0) continue;
     Identifiers identifiers = stateManager_->getIdentifiers(*user);
     if (user->idKey != activeUser->idKey) {  // The backend's identifiers are the active user's.
       identifiers.pelorinoId.reset();
       identifiers.crossPlatformPelorinoId.reset();
       identifiers.pelorinoIdTimestamp.reset();
     }
-    for (const auto& report : ofUser) {
-      report->appKey = stateManager_->getActiveProject()->applicationKey;
-      report->identifiers = identifiers;
-      reports.push_back(report);
-    }
+    batch.push_back({user->idKey, std::move(identifiers), count});
     Logger::writeLog(PLRLogLevel::info, [&] {
       return fmt::format("Send buffered events for user [{}]", user->userId.value_or(""));
     });
   }
+  return batch;
+}
+
+void ReportService::continueBatch() {
+  ReportList reports = nextReports();
+  if (reports.empty()) return endBatch(true);
+  QueueManager::networkSerialQueue().addOperation(
+      [weak = weak_from_this(), reports = std::move(reports)] { sendReports(weak, reports); });
+}
+
+/// Those handed over before have been deleted, so that the next ones are the first of their user.
+/// Empty at the end of the batch.
+ReportService::ReportList ReportService::nextReports() {
+  ReportList reports;
+  while (!batch_.empty() && reports.size() < handOver_) {
+    Share& share = batch_.front();
+    const std::size_t wanted = std::min(share.reports, handOver_ - reports.size());
+    const auto next = reportsRepository_->firstOfUser(share.userId, wanted);
+    for (const auto& report : next) {
+      report->appKey = stateManager_->getActiveProject()->applicationKey;
+      report->identifiers = share.identifiers;
+    }
+    reports.insert(reports.end(), next.begin(), next.end());
+    share.reports -= next.size();
+    // Rows may have been removed with their user meanwhile.
+    if (share.reports == 0 || next.size() < wanted) batch_.pop_front();
+  }
+  handOver_ *= 2;
   return reports;
 }
 
@@ -183,7 +211,9 @@ void ReportService::sendReports(const std::weak_ptr<ReportService>& weak,
                      [&] { return std::string("Report submission failed: ") + error.what(); });
   }
   QueueManager::incomeQueue().addOperation([weak, succeeded] {
-    if (const auto self = weak.lock()) self->endBatch(succeeded);
+    const auto self = weak.lock();
+    if (!self) return;
+    succeeded ? self->continueBatch() : self->endBatch(false);
   });
 }
 
@@ -221,6 +251,7 @@ void ReportService::removeReport(const std::shared_ptr<Report>& report) {
 
 void ReportService::endBatch(bool succeeded) {
   isSending_ = false;
+  batch_.clear();
   const bool again = std::exchange(resendWhenFinish_, false) && succeeded;
   if (again) sendSavedReports();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <span>
@@ -9,6 +11,7 @@
 #include "BackendProtocol.h"
 #include "EventObject.h"
 #include "EventRepository.h"
+#include "Identifiers.h"
 #include "Report.h"
 #include "ReportsRepository.h"
 #include "StateManager.h"
@@ -47,12 +50,21 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
  private:
   using ReportList = std::vector<std::shared_ptr<Report>>;
 
+  /// What a batch has still to send of one user.
+  struct Share {
+    RowId userId;
+    Identifiers identifiers;  ///< As they were when the batch began.
+    std::size_t reports;      ///< Those that come later wait for the next batch.
+  };
+
   [[nodiscard]] std::vector<std::shared_ptr<User>> usersOfBatch() const;
   void packEventsOf(const User& user);
   [[nodiscard]] std::vector<Package> createPackages(
       std::span<const std::shared_ptr<EventObject>> events) const;
   void sendSavedReports();
-  [[nodiscard]] ReportList savedReports() const;
+  [[nodiscard]] std::deque<Share> savedReports() const;
+  void continueBatch();
+  [[nodiscard]] ReportList nextReports();
   /// On the networkSerialQueue; blocks it.
   static void sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports);
   [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
@@ -64,7 +76,9 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   std::shared_ptr<ReportsRepository> reportsRepository_;
   std::shared_ptr<BackendProtocol> backend_;
   const int generation_;           ///< Counts the services of this process, one for each start.
-  bool isSending_ = false;         ///< A batch is on the network queue.
+  std::deque<Share> batch_;        ///< What the batch has not handed to the network queue yet.
+  std::size_t handOver_ = 0;       ///< How many reports go to the network queue next.
+  bool isSending_ = false;         ///< A batch is under way.
   bool resendWhenFinish_ = false;  ///< Look for stored reports again when that batch ends.
 };
 

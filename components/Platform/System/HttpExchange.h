@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,7 +15,7 @@ struct HttpRequest {
   std::string method;  ///< "GET" or "POST"; both may carry a body.
   std::string url;
   std::vector<std::pair<std::string, std::string>> headers;
-  std::string body;
+  std::shared_ptr<const std::string> body;  ///< Null for none.
   /// The exchange ends when nothing has moved for this long, connecting included.
   std::chrono::milliseconds timeout{60000};
   /// A PEM file; its certificates alone are trusted then. Absent: SSL_CERT_FILE, else the system's.

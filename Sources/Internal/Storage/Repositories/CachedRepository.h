@@ -105,7 +105,7 @@ class CachedRepository {
 
   void load() {
     isLoaded_ = database_->query({.tableName = Columns::tableName}, [this](const Cursor& cursor) {
-      if (const Item item = modelOf(cursor)) cache_.set(item);
+      if (Item item = modelOf(cursor)) cache_.set(std::move(item));
     });
   }
 
@@ -157,6 +157,10 @@ class UserRowsRepository : public CachedRepository<Model, Columns> {
 
   /// The user's rows, in order of insertion. Cost: the rows of that user.
   [[nodiscard]] std::vector<Item> ofUser(RowId userId) { return this->loadedCache().of(userId); }
+  /// The first of them, no more than `count`. Cost: what it gives.
+  [[nodiscard]] std::vector<Item> firstOfUser(RowId userId, std::size_t count) {
+    return this->loadedCache().firstOf(userId, count);
+  }
   [[nodiscard]] std::size_t countOfUser(RowId userId) {
     return this->loadedCache().countOf(userId);
   }

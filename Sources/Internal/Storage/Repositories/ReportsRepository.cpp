@@ -1,22 +1,17 @@
 #include "ReportsRepository.h"
 
-#include "JsonColumn.h"
-
 namespace pelorino {
 namespace {
 
 using Entry = SQLiteContracts::ReportEntry;
 
-using Packages = SQLiteValueContertible<std::vector<Package>>;
-
 bool readPackages(Report& report, const Cursor& cursor, int at) {
   report.packagesJson = cursor.text(at);
-  report.packages = Packages::from(cursor, at).value_or(std::vector<Package>());
   return true;
 }
 
 std::optional<SQLiteValue> writePackages(const Report& report) {
-  return Packages::stored(report.packages);
+  return report.stored();
 }
 
 constexpr Column<Report> table[] = {

@@ -28,9 +28,11 @@ class RowCache final {
   [[nodiscard]] std::vector<Item> all() const { return rows_.all(); }
   [[nodiscard]] Item find(RowId id) const { return rows_.find(id); }
 
-  [[nodiscard]] std::vector<Item> of(RowId owner) const {
+  [[nodiscard]] std::vector<Item> of(RowId owner) const { return firstOf(owner, countOf(owner)); }
+
+  [[nodiscard]] std::vector<Item> firstOf(RowId owner, std::size_t count) const {
     const auto found = owned_.find(owner);
-    return found == owned_.end() ? std::vector<Item>() : found->second.all();
+    return found == owned_.end() ? std::vector<Item>() : found->second.first(count);
   }
 
   [[nodiscard]] std::size_t countOf(RowId owner) const {
@@ -39,13 +41,13 @@ class RowCache final {
   }
 
   /// Takes the place of a row of the same id.
-  void set(const Item& item) {
+  void set(Item item) {
     const RowId id = item->idKey;
     if constexpr (OwnedRows<Columns>) {
       if (const Item old = rows_.find(id)) removeOwned(*old, id);
       owned_[(*item).*Columns::owner].set(id, item);
     }
-    rows_.set(id, item);
+    rows_.set(id, std::move(item));
   }
 
   void remove(RowId id) {

@@ -80,10 +80,11 @@ void setConnection(CURL* easy, std::chrono::milliseconds timeout) {
 void setContent(CURL* easy, const HttpRequest& request) {
   set(easy, CURLOPT_URL, request.url.c_str());
   set(easy, CURLOPT_PATH_AS_IS, 1L);
-  if (request.method == "GET" && request.body.empty()) return;
+  if (request.method == "GET" && !request.body) return;
   set(easy, CURLOPT_POST, 1L);
-  set(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
-  set(easy, CURLOPT_POSTFIELDS, request.body.c_str());
+  set(easy, CURLOPT_POSTFIELDSIZE_LARGE,
+      static_cast<curl_off_t>(request.body ? request.body->size() : 0));
+  set(easy, CURLOPT_POSTFIELDS, request.body ? request.body->c_str() : "");
   set(easy, CURLOPT_CUSTOMREQUEST, request.method.c_str());
 }
 

@@ -2,11 +2,56 @@
 
 #include <utility>
 
+#include "JsonHelpers.h"
 #include "System.h"
 
 namespace pelorino {
+namespace {
 
-Report::Report(std::vector<Package> with)
-    : packages(std::move(with)), uuid(System::current().random().uuid()) {}
+constexpr std::string_view listOpening = R"({"reports":[)";
+constexpr std::string_view listClosing = "]}";
+constexpr std::string_view reportOpening = R"({"packages":)";
+constexpr std::string_view reportClosing = "}";
+
+std::string_view between(std::string_view opening, std::string_view text,
+                         std::string_view closing) {
+  return text.substr(opening.size(), text.size() - opening.size() - closing.size());
+}
+
+JsonText bodyOf(const std::vector<Package>& packages) {
+  JsonWriter json(std::string(listOpening).append(reportOpening));
+  encode(json, packages);
+  return std::make_shared<const std::string>(json.take().append(reportClosing).append(listClosing));
+}
+
+}  // namespace
+
+Report::Report(const std::vector<Package>& with)
+    : uuid(System::current().random().uuid()), body_(bodyOf(with)) {}
+
+const JsonText& Report::body() {
+  if (!body_) {
+    body_ = bodyOf(
+        from<std::vector<Package>>(packagesJson.value_or("")).value_or(std::vector<Package>()));
+    packagesJson.reset();
+  }
+  return body_;
+}
+
+std::optional<std::string> Report::stored() const {
+  if (!body_) return packagesJson;
+  const std::string_view report = between(listOpening, *body_, listClosing);
+  return std::string(between(reportOpening, report, reportClosing));
+}
+
+JsonText Reports::json() const {
+  if (reports.size() == 1) return reports.front()->body();
+  std::string text(listOpening);
+  for (const auto& report : reports) {
+    if (text.size() > listOpening.size()) text += ',';
+    text += between(listOpening, *report->body(), listClosing);
+  }
+  return std::make_shared<const std::string>(text.append(listClosing));
+}
 
 }  // namespace pelorino
