@@ -168,6 +168,25 @@ TEST_F(IdentityTest, TrackingIsSwitchedForEveryKeyAndTellsTheBackend) {
   system.advance(30s);
 }
 
+TEST_F(IdentityTest, WhatATrackingSwitchDropsDoesNotLeaveWithTheBatchUnderWay) {
+  usualStatus.reset();
+  for (const char* name : {"first", "second", "third"}) {
+    report(name);
+    send();
+  }
+  usualStatus = 200;
+  delivered.clear();
+  system.http().setLatency(2s);
+  PLRAnalytics::sendBufferedEvents();
+  system.advance(1s);
+  PLRAnalytics::setTrackingAvailability(false);
+  system.advance(1min);
+  auto names = deliveredEvents();
+  std::ranges::sort(names);
+  EXPECT_EQ(std::ranges::count(names, "second") + std::ranges::count(names, "third"), 0);
+  EXPECT_TRUE(std::ranges::any_of(names, [](auto& events) { return events.ends_with("ts"); }));
+}
+
 TEST_F(IdentityTest, AReferrerIsSentOnceForTheApplication) {
   using Property = PLRReferralProperty;
   PLRAnalytics::setTrackingAvailability(false);

@@ -77,10 +77,12 @@ void ReportService::sendBufferedEvents() {
 }
 
 void ReportService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
+  ++removals_;
   reportsRepository_->deleteForDataForUsers(rowIds(users));
 }
 
 void ReportService::removeAllReports() {
+  ++removals_;
   reportsRepository_->clear();
 }
 
@@ -173,7 +175,9 @@ void ReportService::continueBatch() {
   ReportList reports = nextReports();
   if (reports.empty()) return endBatch(true);
   QueueManager::networkSerialQueue().addOperation(
-      [weak = weak_from_this(), reports = std::move(reports)] { sendReports(weak, reports); });
+      [weak = weak_from_this(), reports = std::move(reports), removals = removals_.load()] {
+        sendReports(weak, reports, removals);
+      });
 }
 
 /// Those handed over before have been deleted, so that the next ones are the first of their user.
@@ -197,14 +201,15 @@ ReportService::ReportList ReportService::nextReports() {
   return reports;
 }
 
-void ReportService::sendReports(const std::weak_ptr<ReportService>& weak,
-                                const ReportList& reports) {
+void ReportService::sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports,
+                                int removals) {
   bool succeeded = false;
   try {
     // Held for one report at a time: what a torn down library has not sent yet is the next one's.
+    // After a removal the rest is left alone: what of it is still stored is looked up again.
     succeeded = std::ranges::all_of(reports, [&](const auto& report) {
       const auto self = weak.lock();
-      return self && self->send(report);
+      return self && (self->removals_ != removals || self->send(report));
     });
   } catch (const std::exception& error) {  // Such as no memory for the body: the batch must end.
     Logger::writeLog(PLRLogLevel::error,

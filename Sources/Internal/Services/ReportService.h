@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -66,7 +67,8 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   void continueBatch();
   [[nodiscard]] ReportList nextReports();
   /// On the networkSerialQueue; blocks it.
-  static void sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports);
+  static void sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports,
+                          int removals);
   [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
   void removeReport(const std::shared_ptr<Report>& report);
   void endBatch(bool succeeded);
@@ -78,6 +80,7 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   const int generation_;           ///< Counts the services of this process, one for each start.
   std::deque<Share> batch_;        ///< What the batch has not handed to the network queue yet.
   std::size_t handOver_ = 0;       ///< How many reports go to the network queue next.
+  std::atomic<int> removals_ = 0;  ///< Of stored reports; read on the networkSerialQueue.
   bool isSending_ = false;         ///< A batch is under way.
   bool resendWhenFinish_ = false;  ///< Look for stored reports again when that batch ends.
 };
