@@ -105,7 +105,7 @@ class CachedRepository {
 
   void load() {
     isLoaded_ = database_->query({.tableName = Columns::tableName}, [this](const Cursor& cursor) {
-      if (Item item = modelOf(cursor)) cache_.set(std::move(item));
+      if (const Item item = modelOf(cursor)) cache_.set(item);
     });
   }
 

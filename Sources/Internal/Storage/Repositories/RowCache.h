@@ -41,13 +41,13 @@ class RowCache final {
   }
 
   /// Takes the place of a row of the same id.
-  void set(Item item) {
+  void set(const Item& item) {
     const RowId id = item->idKey;
     if constexpr (OwnedRows<Columns>) {
       if (const Item old = rows_.find(id)) removeOwned(*old, id);
       owned_[(*item).*Columns::owner].set(id, item);
     }
-    rows_.set(id, std::move(item));
+    rows_.set(id, item);
   }
 
   void remove(RowId id) {

@@ -22,14 +22,8 @@ class RowList final {
 
   /// Replaces an item of the same id.
   void set(RowId id, Item item) {
-    // New rows come at the end.
-    if (slots_.empty() || slots_.back().id < id) {
-      slots_.push_back({id, std::move(item)});
-      ++size_;
-      return;
-    }
     auto place = lowerBound(id);
-    if (place->id != id) place = slots_.insert(place, Slot{id, {}});
+    if (place == slots_.end() || place->id != id) place = slots_.insert(place, Slot{id, {}});
     if (!place->item) ++size_;
     place->item = std::move(item);
   }
@@ -78,6 +72,7 @@ class RowList final {
 
   template <class Slots>
   static auto lowerBound(Slots& slots, RowId id) {
+    // New rows come at the end.
     if (slots.empty() || slots.back().id < id) return slots.end();
     return std::lower_bound(slots.begin(), slots.end(), id,
                             [](const Slot& slot, RowId wanted) { return slot.id < wanted; });
