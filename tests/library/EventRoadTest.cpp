@@ -261,7 +261,7 @@ TEST_F(LibraryTest, ALibraryThatIsKeptByAnExchangeSendsNothingBesideTheNextOne) 
   start();
   delivered.clear();
   system.http().setLatency([](const HttpRequest& request) {
-    const bool isAlive = request.body.find(R"("al")") != std::string::npos;
+    const bool isAlive = request.body->find(R"("al")") != std::string::npos;
     return std::chrono::seconds(isAlive ? 50 : 5);
   });
   system.advance(std::chrono::minutes(5));

@@ -70,7 +70,7 @@ TEST_F(RefusedRowTest, SumsThatCouldNotBeDeletedAreAddedToThoseAfterThem) {
   delivered.clear();
   start();
   ASSERT_FALSE(delivered.empty());
-  EXPECT_NE(delivered.front().body.find(R"("quest":{"gold":114})"), std::string::npos);
+  EXPECT_NE(delivered.front().body->find(R"("quest":{"gold":114})"), std::string::npos);
 }
 
 }  // namespace

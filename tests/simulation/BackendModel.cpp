@@ -21,7 +21,7 @@ HttpResponse BackendModel::answer(const HttpRequest& request) {
   const std::string path = request.url.substr(0, request.url.find('?'));
   const bool isAnswered = plan_.isAccepted && plan_.isWhole && plan_.status == 200;
   listener_(Record::Kind::request,
-            {path, request.body, plan_.isAccepted ? "accepted" : "refused",
+            {path, request.body ? *request.body : "", plan_.isAccepted ? "accepted" : "refused",
              isAnswered ? "answered" : "lost",
              std::to_string(plan_.status) + " after " + std::to_string(plan_.latency.count())});
   if (!plan_.isWhole) return {.status = {}, .body = {}, .error = "connection reset"};

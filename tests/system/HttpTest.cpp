@@ -22,7 +22,11 @@ std::string answer(const std::string& status, const std::string& body,
 }
 
 HttpRequest get(const std::string& url) {
-  return {"GET", url, {}, ""};
+  return {"GET", url, {}, nullptr};
+}
+
+std::shared_ptr<const std::string> body(std::string text) {
+  return std::make_shared<const std::string>(std::move(text));
 }
 
 TEST(HttpUrl, OnlyWhatARequestCanBeMadeOfIsValid) {
@@ -47,9 +51,12 @@ TEST(CurlExchange, PutsTheRequestOnTheWireAsItIs) {
   const std::string large(100000, 'x');
   const std::string strange = server.url("/a/../b?q=%zz");
   const HttpRequest requests[] = {
-      {"POST", strange, {{"X-Empty", ""}, {"X-Split", "a\r\nX-Forged: b"}}, bytes},
-      {"GET", server.url("/get"), {}, "{}"},
-      {"POST", server.url("/"), {{"Content-Length", "100000"}, {"Content-Type", "x/y"}}, large},
+      {"POST", strange, {{"X-Empty", ""}, {"X-Split", "a\r\nX-Forged: b"}}, body(bytes)},
+      {"GET", server.url("/get"), {}, body("{}")},
+      {"POST",
+       server.url("/"),
+       {{"Content-Length", "100000"}, {"Content-Type", "x/y"}},
+       body(large)},
   };
   for (const HttpRequest& request : requests) EXPECT_EQ(http.perform(request).status, 200);
   const std::vector<std::string> want = {
@@ -128,7 +135,7 @@ TEST(CurlExchange, EndsWhenNothingMovesForTheTimeOut) {
   const auto meetSilence = [&](const std::string& scheme) {
     const auto start = std::chrono::steady_clock::now();
     const HttpResponse response = CurlExchange().perform(
-        {"POST", scheme + "://127.0.0.1:" + silent.port(), {}, "{}", 1000ms});
+        {"POST", scheme + "://127.0.0.1:" + silent.port(), {}, body("{}"), 1000ms});
     const auto took = std::chrono::steady_clock::now() - start;
     EXPECT_EQ(response.status, std::nullopt);
     EXPECT_NE(response.error.value_or(""), "");

@@ -216,7 +216,7 @@ TEST_F(Deterministic, AnExchangeTakesItsLatencyAndAtMostItsTimeout) {
     SCOPED_TRACE(c.label);
     system.http().setLatency(c.latency);
     HttpResponse response;
-    const HttpRequest request{"GET", "http://backend/", {}, ""};
+    const HttpRequest request{"GET", "http://backend/", {}, nullptr};
     EXPECT_EQ(timeOf([&] { response = system.http().perform(request); }), c.duration);
     EXPECT_EQ(response.status, c.status);
     EXPECT_EQ(response.error.has_value(), !c.status);

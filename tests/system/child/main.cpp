@@ -74,7 +74,8 @@ void startWork(const std::string& state, const std::string& port) {
   for (int i = 0; i < 3; ++i) {
     repeatOn(makeQueue(), [=] {
       if (state != "calling")
-        static_cast<void>(System::current().http().perform({"POST", url, {}, "{}"}));
+        static_cast<void>(System::current().http().perform(
+            {"POST", url, {}, std::make_shared<std::string>("{}")}));
       callHost();
     });
   }
