@@ -185,6 +185,8 @@ TEST_F(IdentityTest, WhatATrackingSwitchDropsDoesNotLeaveWithTheBatchUnderWay) {
   std::ranges::sort(names);
   EXPECT_EQ(std::ranges::count(names, "second") + std::ranges::count(names, "third"), 0);
   EXPECT_TRUE(std::ranges::any_of(names, [](auto& events) { return events.ends_with("ts"); }));
+  system.http().setLatency(0s);
+  system.advance(5s);
 }
 
 TEST_F(IdentityTest, AReferrerIsSentOnceForTheApplication) {
