@@ -1,6 +1,7 @@
 #pragma once
 
 #include <pelorino/PLRExport.h>
+#include <pelorino/PLRNumber.h>
 
 #include <cstdint>
 #include <map>
@@ -25,7 +26,9 @@ class PLR_EXPORT PLRCustomEventParameters {
   /// integer above 9223372036854775807 is kept as a `double`.
   template <class T>
   requires std::is_arithmetic_v<T>
-  void add(std::string_view key, T value) { addParameter(key, number(value)); }
+  void add(std::string_view key, T value) {
+    std::visit([&](auto number) { addParameter(key, number); }, PLRNumberOf(value));
+  }
   void add(std::string_view key, std::string_view value);
   void add(std::string_view key, const char* value) { add(key, text(value)); }
   void add(std::string_view key, const std::string& value) { add(key, std::string_view(value)); }
@@ -42,19 +45,6 @@ class PLR_EXPORT PLRCustomEventParameters {
   [[nodiscard]] std::string description() const;
 
  private:
-  template <class T>
-  static Value number(T value) {
-    if constexpr (std::is_same_v<T, bool>) {
-      return value;
-    } else if constexpr (std::is_floating_point_v<T>) {
-      return static_cast<double>(value);
-    } else {
-      const auto integer = static_cast<std::int64_t>(value);
-      const bool isBeyond = std::is_unsigned_v<T> && integer < 0;
-      return isBeyond ? Value(static_cast<double>(value)) : Value(integer);
-    }
-  }
-
   static std::string_view text(const char* value) { return value ? value : std::string_view(); }
 
   void addParameter(std::string_view key, Value value);

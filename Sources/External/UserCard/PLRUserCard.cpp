@@ -157,7 +157,7 @@ void PLRUserCard::set(std::string_view key, std::string_view value) noexcept {
   setAny(key, value);
 }
 
-void PLRUserCard::setValue(std::string_view key, Number value) noexcept {
+void PLRUserCard::setValue(std::string_view key, PLRNumber value) noexcept {
   setAny(key, value);
 }
 
@@ -180,7 +180,7 @@ void PLRUserCard::unset(std::initializer_list<std::string_view> properties) noex
   unsetAll(properties);
 }
 
-void PLRUserCard::addToValue(std::string_view key, Number value) noexcept {
+void PLRUserCard::addToValue(std::string_view key, PLRNumber value) noexcept {
   call("increment(key:value:)", [&](PeopleLogic& logic, const char* method) {
     logic.increment(copied(key), cardValue(value), method);
   });

@@ -2,6 +2,7 @@
 
 #include <pelorino/PLRExport.h>
 #include <pelorino/PLRGender.h>
+#include <pelorino/PLRNumber.h>
 
 #include <cstdint>
 #include <functional>
@@ -67,7 +68,7 @@ class PLR_EXPORT PLRUserCard {
   /// the call. Gender is set by setGender() only.
   template <class T>
   requires std::is_arithmetic_v<T>
-  static void set(std::string_view key, T value) noexcept { setValue(key, number(value)); }
+  static void set(std::string_view key, T value) noexcept { setValue(key, PLRNumberOf(value)); }
   static void set(std::string_view key, std::string_view value) noexcept;
   static void set(std::string_view key, const char* value) noexcept { set(key, text(value)); }
   static void set(std::string_view key, const std::string& value) noexcept {
@@ -90,7 +91,7 @@ class PLR_EXPORT PLRUserCard {
   template <class T>
   requires(std::is_arithmetic_v<T> &&
            !std::is_same_v<T, bool>) static void increment(std::string_view key, T value) noexcept {
-    addToValue(key, number(value));
+    addToValue(key, PLRNumberOf(value));
   }
 
   /// Takes all values away but the cheater mark, and tells the backend at once.
@@ -98,23 +99,8 @@ class PLR_EXPORT PLRUserCard {
   /// @}
 
  private:
-  using Number = std::variant<bool, std::int64_t, double>;
-
-  template <class T>
-  static Number number(T value) noexcept {
-    if constexpr (std::is_same_v<T, bool>) {
-      return value;
-    } else if constexpr (std::is_floating_point_v<T>) {
-      return static_cast<double>(value);
-    } else {
-      const auto integer = static_cast<std::int64_t>(value);
-      const bool isBeyond = std::is_unsigned_v<T> && integer < 0;
-      return isBeyond ? Number(static_cast<double>(value)) : Number(integer);
-    }
-  }
-
   static std::string_view text(const char* value) { return value ? value : std::string_view(); }
 
-  static void setValue(std::string_view key, Number value) noexcept;
-  static void addToValue(std::string_view key, Number value) noexcept;
+  static void setValue(std::string_view key, PLRNumber value) noexcept;
+  static void addToValue(std::string_view key, PLRNumber value) noexcept;
 };
