@@ -71,6 +71,7 @@ TEST_F(Start, IsRefusedWhileAnotherProcessUsesTheStore) {
   first->kill();
 
   second.run(R"({"op":"engine.destroySDK"})");
+  ASSERT_TRUE(second.drain()) << "a start that overtakes the teardown is refused";
   second.initialize();
   second.customEvent("of the second");
   ASSERT_TRUE(deliver(second));
