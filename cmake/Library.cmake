@@ -21,6 +21,12 @@ set_target_properties(
 # code in place. now: names are looked up at load, not during the host's first calls.
 target_link_options(pelorino PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete -Wl,-z,now
                     -Wl,--gc-sections -Wl,--as-needed)
+# Addresses that are filled in at load take a bit each instead of 24 bytes, where the linker can.
+include(CheckLinkerFlag)
+check_linker_flag(CXX -Wl,-z,pack-relative-relocs PELORINO_PACKS_RELOCATIONS)
+if(PELORINO_PACKS_RELOCATIONS)
+  target_link_options(pelorino PRIVATE -Wl,-z,pack-relative-relocs)
+endif()
 if(NOT PELORINO_SANITIZE)
   # The runtimes of the sanitizers are in the program, so that a library cannot name them all.
   target_link_options(pelorino PRIVATE -Wl,--no-undefined)

@@ -121,14 +121,14 @@ TEST_F(RepositoryOnFile, UpdateStoresWhetherCachedOrNot) {
 
 TEST(RowList, RemovingTheOldestOneByOneDoesNotWalk) {
   constexpr RowId count = 300'000;
-  RowList<int> rows;
+  RowList rows;
   const auto item = std::make_shared<int>(0);
   for (RowId id = 1; id <= count; ++id) rows.set(id, item);
   for (RowId id = 1; id < count; ++id) {
     rows.remove(id);
     ASSERT_EQ(rows.find(id), nullptr);
   }
-  EXPECT_EQ(rows.all().size(), 1U);
+  EXPECT_EQ(rows.size(), 1U);
 }
 
 TEST_F(RepositoryOnScript, IndexesAgreeWithAPlainListUnderRandomOperations) {

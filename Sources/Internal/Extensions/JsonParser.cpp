@@ -38,58 +38,6 @@ std::optional<double> readDouble(std::string_view text, double approximation) {
   return std::nullopt;
 }
 
-/// What the parser tells; this one keeps no more than the number at hand.
-class Checker {
- public:
-  static constexpr std::size_t max_object_size = std::size_t(-1);
-  static constexpr std::size_t max_array_size = std::size_t(-1);
-  static constexpr std::size_t max_key_size = std::size_t(-1);
-  static constexpr std::size_t max_string_size = std::size_t(-1);
-
-  bool on_document_begin(Error&) { return true; }
-  bool on_document_end(Error&) { return true; }
-  bool on_array_begin(Error&) { return true; }
-  bool on_array_end(std::size_t, Error&) { return true; }
-  bool on_object_begin(Error&) { return true; }
-  bool on_object_end(std::size_t, Error&) { return true; }
-  bool on_string_part(Text, std::size_t, Error&) { return true; }
-  bool on_string(Text, std::size_t, Error&) { return true; }
-  bool on_key_part(Text, std::size_t, Error&) { return true; }
-  bool on_key(Text, std::size_t, Error&) { return true; }
-  bool on_number_part(Text part, Error&) { return keep(part); }
-  bool on_int64(std::int64_t, Text, Error&) {
-    parts_.clear();
-    return true;
-  }
-  bool on_uint64(std::uint64_t, Text, Error&) {
-    parts_.clear();
-    return true;
-  }
-  bool on_double(double value, Text part, Error& error) {
-    if (readDouble(whole(part), value)) return true;
-    error = refused();
-    return false;
-  }
-  bool on_bool(bool, Error&) { return true; }
-  bool on_null(Error&) { return true; }
-  bool on_comment_part(Text, Error&) { return true; }
-  bool on_comment(Text, Error&) { return true; }
-
- protected:
-  bool keep(Text part) {
-    parts_.append(part.data(), part.size());
-    return true;
-  }
-
-  /// What is kept of a text or a number, with its last part.
-  std::string whole(Text last) {
-    keep(last);
-    return std::exchange(parts_, {});
-  }
-
-  std::string parts_;
-};
-
 template <class Integer>
 bool readWhole(std::string_view digits, AnyCodable& value) {
   Integer integer = 0;
@@ -124,67 +72,19 @@ AnyCodable numberOf(std::string_view text, double number) {
   return readInteger(plainDigits(text, number), value) ? value : AnyCodable(number);
 }
 
-/// Builds the value.
-class Builder final : public Checker {
+/// Makes the value of what a text holds.
+class Builder final {
  public:
   explicit Builder(std::size_t maximumValues) : remaining_(maximumValues) {}
 
-  bool on_array_begin(Error&) { return open(false); }
-  bool on_object_begin(Error&) { return open(true); }
-  bool on_array_end(std::size_t, Error& error) {
+  void open(bool isObject) { open_.push_back({isObject, {}, {}, {}}); }
+  bool closeList(Error& error) {
     return add(AnyCodable::decoded(std::move(closed().items)), error);
   }
-  bool on_object_end(std::size_t, Error& error) {
+  bool closeObject(Error& error) {
     return add(AnyCodable::decoded(std::move(closed().members)), error);
   }
-  bool on_string_part(Text part, std::size_t, Error&) { return keep(part); }
-  bool on_string(Text part, std::size_t, Error& error) {
-    return add(AnyCodable(whole(part)), error);
-  }
-  bool on_key_part(Text part, std::size_t, Error&) { return keep(part); }
-  bool on_key(Text part, std::size_t, Error&) {
-    open_.back().key = whole(part);
-    return true;
-  }
-  bool on_int64(std::int64_t value, Text, Error& error) {
-    parts_.clear();
-    return add(AnyCodable(value), error);
-  }
-  bool on_uint64(std::uint64_t value, Text, Error& error) {
-    parts_.clear();
-    return add(AnyCodable(value), error);
-  }
-  bool on_double(double approximation, Text part, Error& error) {
-    const std::string text = whole(part);
-    if (const auto number = readDouble(text, approximation)) {
-      return add(numberOf(text, *number), error);
-    }
-    error = refused();
-    return false;
-  }
-  bool on_bool(bool value, Error& error) { return add(AnyCodable(value), error); }
-  bool on_null(Error& error) { return add(AnyCodable(), error); }
-
-  [[nodiscard]] AnyCodable take() { return std::move(result_); }
-
- private:
-  struct Container {
-    bool isObject;
-    AnyCodable::List items;
-    AnyCodable::Object members;
-    std::string key;
-  };
-
-  bool open(bool isObject) {
-    open_.push_back({isObject, {}, {}, {}});
-    return true;
-  }
-
-  Container closed() {
-    Container container = std::move(open_.back());
-    open_.pop_back();
-    return container;
-  }
+  void setKey(std::string key) { open_.back().key = std::move(key); }
 
   bool add(AnyCodable value, Error& error) {
     if (remaining_ == 0) {
@@ -205,31 +105,124 @@ class Builder final : public Checker {
     return true;
   }
 
+  [[nodiscard]] AnyCodable take() { return std::move(result_); }
+
+ private:
+  struct Container {
+    bool isObject;
+    AnyCodable::List items;
+    AnyCodable::Object members;
+    std::string key;
+  };
+
+  Container closed() {
+    Container container = std::move(open_.back());
+    open_.pop_back();
+    return container;
+  }
+
   std::size_t remaining_;
   std::vector<Container> open_;
   AnyCodable result_;
 };
 
-template <class Handler, class... Arguments>
-Handler run(std::string_view text, std::size_t maximumDepth, Arguments... arguments) {
+/// What the parser tells. Without a builder the text is checked, and no more than the number at
+/// hand is kept. One class for both: the parser is a template, and large.
+class Handler final {
+ public:
+  static constexpr std::size_t max_object_size = std::size_t(-1);
+  static constexpr std::size_t max_array_size = std::size_t(-1);
+  static constexpr std::size_t max_key_size = std::size_t(-1);
+  static constexpr std::size_t max_string_size = std::size_t(-1);
+
+  explicit Handler(Builder* builder) : builder_(builder) {}
+
+  bool on_document_begin(Error&) { return true; }
+  bool on_document_end(Error&) { return true; }
+  bool on_array_begin(Error&) { return open(false); }
+  bool on_object_begin(Error&) { return open(true); }
+  bool on_array_end(std::size_t, Error& error) {
+    return builder_ == nullptr || builder_->closeList(error);
+  }
+  bool on_object_end(std::size_t, Error& error) {
+    return builder_ == nullptr || builder_->closeObject(error);
+  }
+  bool on_string_part(Text part, std::size_t, Error&) { return keepText(part); }
+  bool on_string(Text part, std::size_t, Error& error) {
+    return builder_ == nullptr || builder_->add(AnyCodable(whole(part)), error);
+  }
+  bool on_key_part(Text part, std::size_t, Error&) { return keepText(part); }
+  bool on_key(Text part, std::size_t, Error&) {
+    if (builder_ != nullptr) builder_->setKey(whole(part));
+    return true;
+  }
+  bool on_number_part(Text part, Error&) { return keep(part); }
+  bool on_int64(std::int64_t value, Text, Error& error) { return addInteger(value, error); }
+  bool on_uint64(std::uint64_t value, Text, Error& error) { return addInteger(value, error); }
+  bool on_double(double approximation, Text part, Error& error) {
+    const std::string text = whole(part);
+    const auto number = readDouble(text, approximation);
+    if (!number) {
+      error = refused();
+      return false;
+    }
+    return builder_ == nullptr || builder_->add(numberOf(text, *number), error);
+  }
+  bool on_bool(bool value, Error& error) {
+    return builder_ == nullptr || builder_->add(AnyCodable(value), error);
+  }
+  bool on_null(Error& error) { return builder_ == nullptr || builder_->add(AnyCodable(), error); }
+  bool on_comment_part(Text, Error&) { return true; }
+  bool on_comment(Text, Error&) { return true; }
+
+ private:
+  bool open(bool isObject) {
+    if (builder_ != nullptr) builder_->open(isObject);
+    return true;
+  }
+
+  template <class Integer>
+  bool addInteger(Integer value, Error& error) {
+    parts_.clear();
+    return builder_ == nullptr || builder_->add(AnyCodable(value), error);
+  }
+
+  bool keepText(Text part) { return builder_ == nullptr || keep(part); }
+  bool keep(Text part) {
+    parts_.append(part.data(), part.size());
+    return true;
+  }
+
+  /// What is kept of a text or a number, with its last part.
+  std::string whole(Text last) {
+    keep(last);
+    return std::exchange(parts_, {});
+  }
+
+  Builder* builder_;
+  std::string parts_;
+};
+
+void run(std::string_view text, std::size_t maximumDepth, Builder* builder) {
   boost::json::parse_options options;
   options.max_depth = maximumDepth;
-  boost::json::basic_parser<Handler> parser(options, arguments...);
+  boost::json::basic_parser<Handler> parser(options, builder);
   Error error;
   const std::size_t used = parser.write_some(false, text.data(), text.size(), error);
   if (!error && used < text.size()) error = make_error_code(boost::json::error::extra_data);
   if (error) throw PLRError("The text is not valid JSON: " + error.message());
-  return std::move(parser.handler());
 }
 
 }  // namespace
 
 void checkJson(std::string_view text, std::size_t maximumDepth) {
-  run<Checker>(text, maximumDepth);
+  run(text, maximumDepth, nullptr);
 }
 
 AnyCodable parseJson(std::string_view text, std::size_t maximumDepth, std::size_t maximumValues) {
-  return run<Builder>(text, maximumDepth, maximumValues).take();
+  Builder builder(maximumValues);
+  run(text, maximumDepth, &builder);
+  return builder.take();
 }
 
 }  // namespace pelorino

@@ -21,9 +21,10 @@ namespace {
 /// The incomeQueue only.
 int newestGeneration = 0;
 
-/// Twice as many go each time. So an attempt that fails has prepared few reports, however many
-/// wait, and a long batch seldom waits for the incomeQueue.
+/// Twice as many go each time, up to the largest. So an attempt that fails has prepared few
+/// reports, a long batch seldom waits for the incomeQueue, and neither has all that wait in memory.
 constexpr std::size_t firstHandOver = 16;
+constexpr std::size_t largestHandOver = 256;
 
 void logSending(const Report& report) {
   Logger::writeLog(PLRLogLevel::info,
@@ -187,17 +188,20 @@ ReportService::ReportList ReportService::nextReports() {
   while (!batch_.empty() && reports.size() < handOver_) {
     Share& share = batch_.front();
     const std::size_t wanted = std::min(share.reports, handOver_ - reports.size());
-    const auto next = reportsRepository_->firstOfUser(share.userId, wanted);
-    for (const auto& report : next) {
+    std::size_t taken = 0;
+    for (const auto& report : reportsRepository_->firstOfUser(share.userId, wanted)) {
+      if (!reportsRepository_->readPackages(*report)) break;
       report->appKey = stateManager_->getActiveProject()->applicationKey;
       report->identifiers = share.identifiers;
+      reports.push_back(report);
+      ++taken;
     }
-    reports.insert(reports.end(), next.begin(), next.end());
-    share.reports -= next.size();
-    // Rows may have been removed with their user meanwhile.
-    if (share.reports == 0 || next.size() < wanted) batch_.pop_front();
+    share.reports -= taken;
+    // Rows may have been removed with their user meanwhile. One that cannot be read holds up those
+    // behind it until the next batch: they would overtake it.
+    if (share.reports == 0 || taken < wanted) batch_.pop_front();
   }
-  handOver_ *= 2;
+  handOver_ = std::min(2 * handOver_, largestHandOver);
   return reports;
 }
 
@@ -238,20 +242,32 @@ bool ReportService::send(const std::shared_ptr<Report>& report) {
   DeliveredReports::add(report->uuid);
   logSuccess(*report);
   removeReport(report);
-  if (onReportSendAction) onReportSendAction();
   return true;
 }
 
 void ReportService::removeReport(const std::shared_ptr<Report>& report) {
+  const bool isFirst = arrived_->update([&](ReportList& arrived) {
+    arrived.push_back(report);
+    return arrived.size() == 1;
+  });
+  // Otherwise the block that waits takes this one along: where the network is faster than the disk,
+  // one statement deletes what has arrived meanwhile.
+  if (!isFirst) return;
   // The repository is held: a report that has arrived is deleted even if the library is torn down
   // meanwhile.
-  QueueManager::incomeQueue().addOperation(
-      [repository = reportsRepository_, report, generation = generation_] {
-        repository->deleteItems(std::span(&report, 1));
-        // A library that has started meanwhile has read the row before, and may hold it to be
-        // there.
-        if (generation == newestGeneration) DeliveredReports::remove(report->uuid);
-      });
+  QueueManager::incomeQueue().addOperation([weak = weak_from_this(),
+                                            repository = reportsRepository_, list = arrived_,
+                                            generation = generation_] {
+    const ReportList arrived =
+        list->update([](ReportList& reports) { return std::exchange(reports, {}); });
+    repository->deleteItems(arrived);
+    // A library that has started meanwhile has read the rows before, and may hold them to be there.
+    if (generation == newestGeneration) {
+      for (const auto& one : arrived) DeliveredReports::remove(one->uuid);
+    }
+    const auto self = weak.lock();
+    if (self && self->onReportSendAction) self->onReportSendAction();
+  });
 }
 
 void ReportService::endBatch(bool succeeded) {

@@ -12,6 +12,7 @@
 #include "BackendProtocol.h"
 #include "EventObject.h"
 #include "EventRepository.h"
+#include "Guarded.h"
 #include "Identifiers.h"
 #include "Report.h"
 #include "ReportsRepository.h"
@@ -35,8 +36,7 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
                 std::shared_ptr<ReportsRepository> reportsRepository,
                 std::shared_ptr<BackendProtocol> backend);
 
-  /// Called after each report that the backend has accepted, on the networkSerialQueue. Set before
-  /// the first report is sent, and not changed afterwards.
+  /// Called after the backend has accepted a report, or some of them in quick succession.
   std::function<void()> onReportSendAction;
 
   /// Sends one event at once, past the table. It is lost when that fails.
@@ -77,9 +77,11 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   std::shared_ptr<EventRepository> eventRepository_;
   std::shared_ptr<ReportsRepository> reportsRepository_;
   std::shared_ptr<BackendProtocol> backend_;
-  const int generation_;           ///< Counts the services of this process, one for each start.
-  std::deque<Share> batch_;        ///< What the batch has not handed to the network queue yet.
-  std::size_t handOver_ = 0;       ///< How many reports go to the network queue next.
+  const int generation_;      ///< Counts the services of this process, one for each start.
+  std::deque<Share> batch_;   ///< What the batch has not handed to the network queue yet.
+  std::size_t handOver_ = 0;  ///< How many reports go to the network queue next.
+  /// Accepted by the backend, and not deleted yet. Added to on the networkSerialQueue.
+  const std::shared_ptr<Guarded<ReportList>> arrived_ = std::make_shared<Guarded<ReportList>>();
   std::atomic<int> removals_ = 0;  ///< Of stored reports; read on the networkSerialQueue.
   bool isSending_ = false;         ///< A batch is under way.
   bool resendWhenFinish_ = false;  ///< Look for stored reports again when that batch ends.

@@ -36,12 +36,14 @@ void AnalyticsLogic::prepareCallBacks() {
   services_.configService->onSdkConfigUpdate = [weak = weak_from_this()](const Config& config) {
     if (const auto self = weak.lock()) self->receiveConfig(config);
   };
-  services_.reportService->onReportSendAction = onIncomeQueue([](AnalyticsLogic& logic) {
-    const AnalyticsServices& services = logic.services_;
+  services_.reportService->onReportSendAction = [weak = weak_from_this()] {
+    const auto self = weak.lock();
+    if (!self) return;
+    const AnalyticsServices& services = self->services_;
     if (services.projectService->getTrackingAvailable() && services.activityService->isActive()) {
       services.timerService->resetRequestTimer();
     }
-  });
+  };
   preparePeopleCardCallback();
 }
 

@@ -1,5 +1,9 @@
 #include "CurrencyAccrualResourcesRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 
 template <>
@@ -19,7 +23,7 @@ namespace {
 
 using Entry = SQLiteContracts::CurrencyAccrualResourcesEntry;
 
-constexpr Column<CurrencyAccrualResource> table[] = {
+constexpr Column columns[] = {
     column<&CurrencyAccrualResource::idKey>(Entry::id),
     column<&CurrencyAccrualResource::userId>(Entry::userId),
     column<&CurrencyAccrualResource::type>(Entry::type),
@@ -29,12 +33,13 @@ constexpr Column<CurrencyAccrualResource> table[] = {
     column<&CurrencyAccrualResource::timestamp>(Entry::timestamp),
 };
 
+constexpr TableDescription table =
+    describeOwnedTable<&CurrencyAccrualResource::userId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<CurrencyAccrualResource>> CurrencyAccrualResourcesColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<CurrencyAccrualResource, CurrencyAccrualResourcesColumns>;
+CurrencyAccrualResourcesRepository::CurrencyAccrualResourcesRepository(
+    std::shared_ptr<DatabaseProtocol> with)
+    : UserRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

@@ -1,26 +1,17 @@
 #pragma once
 
-#include <span>
+#include <memory>
 
 #include "CachedRepository.h"
 #include "CurrencyAccrualResource.h"
-#include "SQLiteContracts.h"
 
 namespace pelorino {
 
-struct CurrencyAccrualResourcesColumns {
-  static constexpr auto tableName = SQLiteContracts::CurrencyAccrualResourcesEntry::tableName;
-  static constexpr auto owner = &CurrencyAccrualResource::userId;
-  static std::span<const Column<CurrencyAccrualResource>> columns();
-};
-
-extern template class CachedRepository<CurrencyAccrualResource, CurrencyAccrualResourcesColumns>;
-
 /// Sums of currency that wait to be reported.
 class CurrencyAccrualResourcesRepository final
-    : public UserRowsRepository<CurrencyAccrualResource, CurrencyAccrualResourcesColumns> {
+    : public UserRowsRepository<CurrencyAccrualResource> {
  public:
-  using UserRowsRepository::UserRowsRepository;
+  explicit CurrencyAccrualResourcesRepository(std::shared_ptr<DatabaseProtocol> with);
 };
 
 }  // namespace pelorino

@@ -1,23 +1,27 @@
 #include "EventRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 namespace {
 
 using Entry = SQLiteContracts::EventEntry;
 
-constexpr Column<EventObject> table[] = {
+constexpr Column columns[] = {
     column<&EventObject::idKey>(Entry::id),
     column<&EventObject::code>(Entry::code),
     column<&EventObject::userId>(Entry::userId),
     column<&EventObject::json>(Entry::eventJson),
 };
 
+constexpr TableDescription table =
+    describeOwnedTable<&EventObject::userId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<EventObject>> EventColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<EventObject, EventColumns>;
+EventRepository::EventRepository(std::shared_ptr<DatabaseProtocol> with)
+    : UserRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

@@ -1,25 +1,16 @@
 #pragma once
 
-#include <span>
+#include <memory>
 
 #include "CachedRepository.h"
 #include "EventObject.h"
-#include "SQLiteContracts.h"
 
 namespace pelorino {
 
-struct EventColumns {
-  static constexpr auto tableName = SQLiteContracts::EventEntry::tableName;
-  static constexpr auto owner = &EventObject::userId;
-  static std::span<const Column<EventObject>> columns();
-};
-
-extern template class CachedRepository<EventObject, EventColumns>;
-
 /// Events that wait to be packed.
-class EventRepository final : public UserRowsRepository<EventObject, EventColumns> {
+class EventRepository final : public UserRowsRepository<EventObject> {
  public:
-  using UserRowsRepository::UserRowsRepository;
+  explicit EventRepository(std::shared_ptr<DatabaseProtocol> with);
 };
 
 }  // namespace pelorino

@@ -1,11 +1,15 @@
 #include "IdentifiersRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 namespace {
 
 using Entry = SQLiteContracts::DeviceIdentifiersEntry;
 
-constexpr Column<DeviceIdentifiers> table[] = {
+constexpr Column columns[] = {
     column<&DeviceIdentifiers::idKey>(Entry::id),
     column<&DeviceIdentifiers::projectId>(Entry::projectId),
     column<&DeviceIdentifiers::deviceIdentifier>(Entry::deviceIdentifier),
@@ -16,12 +20,12 @@ constexpr Column<DeviceIdentifiers> table[] = {
     column<&DeviceIdentifiers::pelorinoIdTimestamp>(Entry::pelorinoIdTimestamp),
 };
 
+constexpr TableDescription table =
+    describeOwnedTable<&DeviceIdentifiers::projectId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<DeviceIdentifiers>> IdentifiersColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<DeviceIdentifiers, IdentifiersColumns>;
+IdentifiersRepository::IdentifiersRepository(std::shared_ptr<DatabaseProtocol> with)
+    : ProjectRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

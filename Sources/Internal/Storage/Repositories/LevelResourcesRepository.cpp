@@ -1,5 +1,9 @@
 #include "LevelResourcesRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 
 template <>
@@ -19,18 +23,18 @@ namespace {
 
 using Entry = SQLiteContracts::LevelResourceEntry;
 
-constexpr Column<LevelResource> table[] = {
+constexpr Column columns[] = {
     column<&LevelResource::idKey>(Entry::id),      column<&LevelResource::userId>(Entry::userId),
     column<&LevelResource::type>(Entry::type),     column<&LevelResource::name>(Entry::name),
     column<&LevelResource::amount>(Entry::amount),
 };
 
+constexpr TableDescription table =
+    describeOwnedTable<&LevelResource::userId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<LevelResource>> LevelResourcesColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<LevelResource, LevelResourcesColumns>;
+LevelResourcesRepository::LevelResourcesRepository(std::shared_ptr<DatabaseProtocol> with)
+    : UserRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

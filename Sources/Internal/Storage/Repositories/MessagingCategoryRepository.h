@@ -1,25 +1,16 @@
 #pragma once
 
-#include <span>
+#include <memory>
 
 #include "CachedRepository.h"
 #include "MessagingCategory.h"
-#include "SQLiteContracts.h"
 
 namespace pelorino {
 
-struct MessagingCategoryColumns {
-  static constexpr auto tableName = SQLiteContracts::MessagingCategoryEntry::tableName;
-  static std::span<const Column<MessagingCategory>> columns();
-};
-
-extern template class CachedRepository<MessagingCategory, MessagingCategoryColumns>;
-
 /// Categories of push notifications, common to all projects.
-class MessagingCategoryRepository final
-    : public CachedRepository<MessagingCategory, MessagingCategoryColumns> {
+class MessagingCategoryRepository final : public CachedRepository<MessagingCategory> {
  public:
-  using CachedRepository::CachedRepository;
+  explicit MessagingCategoryRepository(std::shared_ptr<DatabaseProtocol> with);
 };
 
 }  // namespace pelorino

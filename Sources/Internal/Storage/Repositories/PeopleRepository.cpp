@@ -1,6 +1,9 @@
 #include "PeopleRepository.h"
 
 #include <sstream>
+#include <utility>
+
+#include "SQLiteContracts.h"
 
 namespace pelorino {
 namespace {
@@ -38,21 +41,21 @@ std::optional<SQLiteValue> writeChangedKeys(const PeopleCard& card) {
   return keys;
 }
 
-constexpr Column<PeopleCard> table[] = {
+constexpr Column columns[] = {
     column<&PeopleCard::idKey>(Entry::id),
     column<&PeopleCard::userId>(Entry::userId),
-    {Entry::json, readJson, writeJson},
+    column<PeopleCard, readJson, writeJson>(Entry::json),
     column<&PeopleCard::updated>(Entry::updated),
     column<&PeopleCard::cleared>(Entry::cleared),
-    {Entry::changedKeys, readChangedKeys, writeChangedKeys},
+    column<PeopleCard, readChangedKeys, writeChangedKeys>(Entry::changedKeys),
 };
+
+constexpr TableDescription table =
+    describeOwnedTable<&PeopleCard::userId>(Entry::tableName, columns);
 
 }  // namespace
 
-std::span<const Column<PeopleCard>> PeopleColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<PeopleCard, PeopleColumns>;
+PeopleRepository::PeopleRepository(std::shared_ptr<DatabaseProtocol> with)
+    : UserRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

@@ -1,25 +1,16 @@
 #pragma once
 
-#include <span>
+#include <memory>
 
 #include "CachedRepository.h"
 #include "PeopleCard.h"
-#include "SQLiteContracts.h"
 
 namespace pelorino {
 
-struct PeopleColumns {
-  static constexpr auto tableName = SQLiteContracts::PeopleCardEntry::tableName;
-  static constexpr auto owner = &PeopleCard::userId;
-  static std::span<const Column<PeopleCard>> columns();
-};
-
-extern template class CachedRepository<PeopleCard, PeopleColumns>;
-
 /// The cards of all users.
-class PeopleRepository final : public UserRowsRepository<PeopleCard, PeopleColumns> {
+class PeopleRepository final : public UserRowsRepository<PeopleCard> {
  public:
-  using UserRowsRepository::UserRowsRepository;
+  explicit PeopleRepository(std::shared_ptr<DatabaseProtocol> with);
 };
 
 }  // namespace pelorino

@@ -1,6 +1,9 @@
 #include "ProjectRepository.h"
 
+#include <utility>
+
 #include "JsonColumn.h"
+#include "SQLiteContracts.h"
 
 namespace pelorino {
 
@@ -21,7 +24,7 @@ namespace {
 
 using Entry = SQLiteContracts::ProjectEntry;
 
-constexpr Column<Project> table[] = {
+constexpr Column columns[] = {
     column<&Project::idKey>(Entry::id),
     column<&Project::applicationKey>(Entry::applicationKey),
     column<&Project::activeUserId>(Entry::activeUserId),
@@ -36,12 +39,11 @@ constexpr Column<Project> table[] = {
     column<&Project::isMigrated>(Entry::isMigrated),
 };
 
+constexpr TableDescription table = describeTable<Project>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<Project>> ProjectColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<Project, ProjectColumns>;
+ProjectRepository::ProjectRepository(std::shared_ptr<DatabaseProtocol> with)
+    : CachedRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

@@ -1,24 +1,16 @@
 #pragma once
 
-#include <span>
+#include <memory>
 
 #include "CachedRepository.h"
 #include "Project.h"
-#include "SQLiteContracts.h"
 
 namespace pelorino {
 
-struct ProjectColumns {
-  static constexpr auto tableName = SQLiteContracts::ProjectEntry::tableName;
-  static std::span<const Column<Project>> columns();
-};
-
-extern template class CachedRepository<Project, ProjectColumns>;
-
 /// The projects, one for each application key.
-class ProjectRepository final : public CachedRepository<Project, ProjectColumns> {
+class ProjectRepository final : public CachedRepository<Project> {
  public:
-  using CachedRepository::CachedRepository;
+  explicit ProjectRepository(std::shared_ptr<DatabaseProtocol> with);
 };
 
 }  // namespace pelorino

@@ -1,22 +1,26 @@
 #include "RealPaymentRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 namespace {
 
 using Entry = SQLiteContracts::RealPaymentMarkEntry;
 
-constexpr Column<RealPaymentMark> table[] = {
+constexpr Column columns[] = {
     column<&RealPaymentMark::idKey>(Entry::id),
     column<&RealPaymentMark::projectId>(Entry::projectId),
     column<&RealPaymentMark::orderId>(Entry::orderId),
 };
 
+constexpr TableDescription table =
+    describeOwnedTable<&RealPaymentMark::projectId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<RealPaymentMark>> RealPaymentColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<RealPaymentMark, RealPaymentColumns>;
+RealPaymentRepository::RealPaymentRepository(std::shared_ptr<DatabaseProtocol> with)
+    : ProjectRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

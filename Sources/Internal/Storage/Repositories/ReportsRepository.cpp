@@ -1,12 +1,15 @@
 #include "ReportsRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 namespace {
 
 using Entry = SQLiteContracts::ReportEntry;
 
-bool readPackages(Report& report, const Cursor& cursor, int at) {
-  report.packagesJson = cursor.text(at);
+bool leavePackages(Report& /*report*/, const Cursor& /*cursor*/, int /*at*/) {
   return true;
 }
 
@@ -14,19 +17,32 @@ std::optional<SQLiteValue> writePackages(const Report& report) {
   return report.stored();
 }
 
-constexpr Column<Report> table[] = {
+constexpr Column columns[] = {
     column<&Report::idKey>(Entry::id),
     column<&Report::userId>(Entry::userId),
-    {Entry::packagesJson, readPackages, writePackages},
+    column<Report, leavePackages, writePackages>(Entry::packagesJson),
     column<&Report::uuid>(Entry::uuid),
 };
 
+constexpr TableDescription table = describeOwnedTable<&Report::userId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<Report>> ReportsColumns::columns() {
-  return table;
-}
+ReportsRepository::ReportsRepository(std::shared_ptr<DatabaseProtocol> with)
+    : UserRowsRepository(table, std::move(with)) {}
 
-template class CachedRepository<Report, ReportsColumns>;
+bool ReportsRepository::readPackages(Report& report) {
+  if (report.hasPackages()) return true;
+  bool isFound = false;
+  const bool isRead = table_.database().query({.tableName = Entry::tableName,
+                                               .projection = {std::string(Entry::packagesJson)},
+                                               .selection = "id=?",
+                                               .selectionArgs = {report.idKey}},
+                                              [&](const Cursor& cursor) {
+                                                report.packagesJson = cursor.text(0).value_or("");
+                                                isFound = true;
+                                              });
+  return isRead && isFound;
+}
 
 }  // namespace pelorino

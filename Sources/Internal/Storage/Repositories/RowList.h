@@ -13,70 +13,38 @@ namespace pelorino {
 /// Shared models in ascending order of row id, which is the order of insertion. Adding at the end
 /// and removing are amortized O(log n), wherever the row stands; walking costs what it gives, as
 /// long as rows are removed from the front.
-template <class Model>
 class RowList final {
  public:
-  using Item = std::shared_ptr<Model>;
+  using Row = std::shared_ptr<void>;
 
   [[nodiscard]] std::size_t size() const { return size_; }
 
-  /// Replaces an item of the same id.
-  void set(RowId id, Item item) {
-    auto place = lowerBound(id);
-    if (place == slots_.end() || place->id != id) place = slots_.insert(place, Slot{id, {}});
-    if (!place->item) ++size_;
-    place->item = std::move(item);
-  }
-
+  /// Replaces a row of the same id.
+  void set(RowId id, Row row);
   /// Null when there is none.
-  [[nodiscard]] Item find(RowId id) const {
-    const auto place = lowerBound(id);
-    return place == slots_.end() || place->id != id ? nullptr : place->item;
-  }
+  [[nodiscard]] Row find(RowId id) const;
+  void remove(RowId id);
 
-  void remove(RowId id) {
-    const auto place = lowerBound(id);
-    if (place == slots_.end() || place->id != id || !place->item) return;
-    place->item.reset();
-    --size_;
-    // A removed row leaves its slot behind, except at the front; slots are dropped when they are
-    // the greater part.
-    while (!slots_.empty() && !slots_.front().item) slots_.pop_front();
-    if (slots_.size() > 2 * size_ + fewSlots) {
-      std::erase_if(slots_, [](const Slot& slot) { return !slot.item; });
-    }
-  }
-
-  [[nodiscard]] std::vector<Item> all() const { return first(size_); }
-
-  /// No more than `count`.
-  [[nodiscard]] std::vector<Item> first(std::size_t count) const {
+  /// No more than `count`. All rows are of the type `Model`.
+  template <class Model>
+  [[nodiscard]] std::vector<std::shared_ptr<Model>> first(std::size_t count) const {
     count = std::min(count, size_);
-    std::vector<Item> items;
-    items.reserve(count);
-    for (auto slot = slots_.begin(); items.size() < count; ++slot) {
-      if (slot->item) items.push_back(slot->item);
+    std::vector<std::shared_ptr<Model>> rows;
+    rows.reserve(count);
+    for (auto slot = slots_.begin(); rows.size() < count; ++slot) {
+      if (slot->row) rows.push_back(std::static_pointer_cast<Model>(slot->row));
     }
-    return items;
+    return rows;
   }
 
  private:
   struct Slot {
     RowId id;
-    Item item;
+    Row row;
   };
-  static constexpr std::size_t fewSlots = 16;
 
-  [[nodiscard]] auto lowerBound(RowId id) const { return lowerBound(slots_, id); }
-  [[nodiscard]] auto lowerBound(RowId id) { return lowerBound(slots_, id); }
-
-  template <class Slots>
-  static auto lowerBound(Slots& slots, RowId id) {
-    // New rows come at the end.
-    if (slots.empty() || slots.back().id < id) return slots.end();
-    return std::lower_bound(slots.begin(), slots.end(), id,
-                            [](const Slot& slot, RowId wanted) { return slot.id < wanted; });
-  }
+  [[nodiscard]] std::size_t lowerBound(RowId id) const;
+  [[nodiscard]] bool isAt(std::size_t place, RowId id) const;
 
   std::deque<Slot> slots_;
   std::size_t size_ = 0;

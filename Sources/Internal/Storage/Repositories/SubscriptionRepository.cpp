@@ -1,13 +1,16 @@
 #include "SubscriptionRepository.h"
 
+#include <utility>
+
 #include "JsonColumn.h"
+#include "SQLiteContracts.h"
 
 namespace pelorino {
 namespace {
 
 using Entry = SQLiteContracts::SubscriptionEntry;
 
-constexpr Column<SubscriptionInfo> table[] = {
+constexpr Column columns[] = {
     column<&SubscriptionInfo::idKey>(Entry::id),
     column<&SubscriptionInfo::projectId>(Entry::projectId),
     column<&SubscriptionInfo::products>(Entry::products),
@@ -17,12 +20,12 @@ constexpr Column<SubscriptionInfo> table[] = {
     column<&SubscriptionInfo::alreadySendRestoreEvent>(Entry::alreadySendRestoreEvent),
 };
 
+constexpr TableDescription table =
+    describeOwnedTable<&SubscriptionInfo::projectId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<SubscriptionInfo>> SubscriptionColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<SubscriptionInfo, SubscriptionColumns>;
+SubscriptionRepository::SubscriptionRepository(std::shared_ptr<DatabaseProtocol> with)
+    : ProjectRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

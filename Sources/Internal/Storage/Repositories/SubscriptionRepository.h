@@ -1,26 +1,16 @@
 #pragma once
 
-#include <span>
+#include <memory>
 
 #include "CachedRepository.h"
-#include "SQLiteContracts.h"
 #include "SubscriptionInfo.h"
 
 namespace pelorino {
 
-struct SubscriptionColumns {
-  static constexpr auto tableName = SQLiteContracts::SubscriptionEntry::tableName;
-  static constexpr auto owner = &SubscriptionInfo::projectId;
-  static std::span<const Column<SubscriptionInfo>> columns();
-};
-
-extern template class CachedRepository<SubscriptionInfo, SubscriptionColumns>;
-
 /// What is known of subscriptions, one row for each project.
-class SubscriptionRepository final
-    : public ProjectRowsRepository<SubscriptionInfo, SubscriptionColumns> {
+class SubscriptionRepository final : public ProjectRowsRepository<SubscriptionInfo> {
  public:
-  using ProjectRowsRepository::ProjectRowsRepository;
+  explicit SubscriptionRepository(std::shared_ptr<DatabaseProtocol> with);
 };
 
 }  // namespace pelorino

@@ -1,5 +1,9 @@
 #include "ToolsRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 
 template <>
@@ -18,17 +22,16 @@ namespace {
 
 using Entry = SQLiteContracts::SdkToolsEntry;
 
-constexpr Column<SdkTools> table[] = {
+constexpr Column columns[] = {
     column<&SdkTools::idKey>(Entry::id),
     column<&SdkTools::properties>(Entry::metadata),
 };
 
+constexpr TableDescription table = describeTable<SdkTools>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<SdkTools>> ToolsColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<SdkTools, ToolsColumns>;
+ToolsRepository::ToolsRepository(std::shared_ptr<DatabaseProtocol> with)
+    : CachedRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

@@ -1,25 +1,16 @@
 #pragma once
 
-#include <span>
+#include <memory>
 
 #include "CachedRepository.h"
-#include "SQLiteContracts.h"
 #include "TutorialMark.h"
 
 namespace pelorino {
 
-struct TutorialColumns {
-  static constexpr auto tableName = SQLiteContracts::TutorialMarkEntry::tableName;
-  static constexpr auto owner = &TutorialMark::userId;
-  static std::span<const Column<TutorialMark>> columns();
-};
-
-extern template class CachedRepository<TutorialMark, TutorialColumns>;
-
 /// Tutorial steps that have been reported.
-class TutorialRepository final : public UserRowsRepository<TutorialMark, TutorialColumns> {
+class TutorialRepository final : public UserRowsRepository<TutorialMark> {
  public:
-  using UserRowsRepository::UserRowsRepository;
+  explicit TutorialRepository(std::shared_ptr<DatabaseProtocol> with);
 };
 
 }  // namespace pelorino

@@ -1,11 +1,15 @@
 #include "UserRepository.h"
 
+#include <utility>
+
+#include "SQLiteContracts.h"
+
 namespace pelorino {
 namespace {
 
 using Entry = SQLiteContracts::UserEntry;
 
-constexpr Column<User> table[] = {
+constexpr Column columns[] = {
     column<&User::idKey>(Entry::id),
     column<&User::projectId>(Entry::projectId),
     column<&User::level>(Entry::level),
@@ -18,12 +22,11 @@ constexpr Column<User> table[] = {
     column<&User::isResourceAggregationEnable>(Entry::isResourceAggregationEnable),
 };
 
+constexpr TableDescription table = describeOwnedTable<&User::projectId>(Entry::tableName, columns);
+
 }  // namespace
 
-std::span<const Column<User>> UserColumns::columns() {
-  return table;
-}
-
-template class CachedRepository<User, UserColumns>;
+UserRepository::UserRepository(std::shared_ptr<DatabaseProtocol> with)
+    : ProjectRowsRepository(table, std::move(with)) {}
 
 }  // namespace pelorino

@@ -28,11 +28,15 @@ class Report final {
 
   std::int64_t idKey = -1;
   std::int64_t userId = -1;  ///< `idKey` of the owning user.
-  /// As read from the row, until the report is first sent; absent when made in memory.
+  /// As read from the row, until the report is first sent; absent when made in memory, and where
+  /// only the rest of the row has been read.
   std::optional<std::string> packagesJson;
   std::string uuid;  ///< 36 characters; names the report in the log and is never sent.
   std::optional<std::string> appKey;       ///< Filled just before sending.
   std::optional<Identifiers> identifiers;  ///< Filled just before sending.
+
+  /// False where they still have to be read from the row.
+  [[nodiscard]] bool hasPackages() const { return body_ || packagesJson; }
 
   /// The body of the request that delivers this report alone. The same text at each attempt; a row
   /// that holds no packages is delivered without any.

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "DatabaseProtocol.h"
+#include "RowCache.h"
+#include "TableDescription.h"
+
+namespace pelorino {
+
+/// A table, read whole on first need and kept in memory: reads are served from the cache, writes go
+/// to both. Nothing else writes to the table.
+///
+/// Threads: the incomeQueue only.
+/// Owns:    its cache, and a share of the database.
+/// Errors:  none are reported but by insert(); the database has logged them.
+class CachedTable final {
+ public:
+  using Row = RowCache::Row;
+
+  CachedTable(const TableDescription& description, std::shared_ptr<DatabaseProtocol> database);
+
+  [[nodiscard]] DatabaseProtocol& database() const { return *database_; }
+  [[nodiscard]] std::string_view name() const { return description_.name; }
+  /// The rows, read now if they have not been.
+  [[nodiscard]] const RowCache& rows();
+
+  bool insert(const Row& row);
+  void update(const Row& row);
+  void remove(std::span<const RowId> ids);
+  /// Deletes all rows whose `ownerColumn` holds one of these ids.
+  void removeOfOwners(std::span<const RowId> owners, std::string_view ownerColumn);
+  void clear();
+
+ private:
+  void load();
+  [[nodiscard]] Row rowOf(const Cursor& cursor) const;
+  [[nodiscard]] RowId& idOf(const Row& row) const { return description_.idKey(row.get()); }
+  [[nodiscard]] std::vector<ColumnValue> prepareContetsValues(const Row& row) const;
+  void deleteRows(std::string_view column, std::string_view separator,
+                  std::span<const RowId> values);
+
+  const TableDescription& description_;
+  std::shared_ptr<DatabaseProtocol> database_;
+  RowCache cache_;
+  /// The table was read to its end, so an empty cache means an empty table.
+  bool isLoaded_ = false;
+};
+
+}  // namespace pelorino
