@@ -49,8 +49,13 @@ class LocalBackend final {
   /// Whether reports are taken (200) or refused (503).
   void setTaking(bool taking) { isTaking_ = taking; }
 
+  /// How long the answer to a report takes.
+  void setDelay(std::chrono::milliseconds delay) { delay_ = delay; }
+
+  /// The thread that waits is woken by the last of them only, and costs what is measured nothing.
   void waitForReports(std::size_t count) {
     std::unique_lock lock(mutex_);
+    awaited_ = count;
     if (!changed_.wait_for(lock, std::chrono::minutes(2),
                            [&] { return bodies_.size() >= count; })) {
       throw std::runtime_error("the reports did not arrive");
@@ -84,19 +89,22 @@ class LocalBackend final {
   int take(const std::string& body) {
     ++requests_;
     if (!isTaking_) return 503;
+    std::this_thread::sleep_for(delay_.load());
     const std::lock_guard lock(mutex_);
     bodies_.push_back(body);
-    changed_.notify_all();
+    if (bodies_.size() == awaited_) changed_.notify_all();
     return 200;
   }
 
   httplib::Server server_;
   int port_ = -1;
   std::atomic<bool> isTaking_{true};
+  std::atomic<std::chrono::milliseconds> delay_{std::chrono::milliseconds(0)};
   std::atomic<bool> hasConfigured_{false};
   std::atomic<int> requests_{0};
   std::mutex mutex_;
   std::condition_variable changed_;
+  std::size_t awaited_ = 0;
   std::vector<std::string> bodies_;
   std::thread thread_;
 };
