@@ -190,7 +190,7 @@ ReportService::ReportList ReportService::nextReports() {
     const std::size_t wanted = std::min(share.reports, handOver_ - reports.size());
     std::size_t taken = 0;
     for (const auto& report : reportsRepository_->firstOfUser(share.userId, wanted)) {
-      if (!reportsRepository_->readPackages(*report)) break;
+      if (!isReadable(*report)) break;
       report->appKey = stateManager_->getActiveProject()->applicationKey;
       report->identifiers = share.identifiers;
       reports.push_back(report);
@@ -205,12 +205,18 @@ ReportService::ReportList ReportService::nextReports() {
   return reports;
 }
 
+/// A row that a library torn down before has deleted need not be read: its report is not sent
+/// again.
+bool ReportService::isReadable(Report& report) {
+  return DeliveredReports::contains(report.uuid) || reportsRepository_->readPackages(report);
+}
+
 void ReportService::sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports,
                                 int removals) {
   bool succeeded = false;
   try {
     // Held for one report at a time: what a torn down library has not sent yet is the next one's.
-    // After a removal the rest is left alone: what of it is still stored is looked up again.
+    // After a removal the rest is left alone, and what of it is still stored is looked up again.
     succeeded = std::ranges::all_of(reports, [&](const auto& report) {
       const auto self = weak.lock();
       return self && (self->removals_ != removals || self->send(report));
@@ -219,10 +225,12 @@ void ReportService::sendReports(const std::weak_ptr<ReportService>& weak, const 
     Logger::writeLog(PLRLogLevel::error,
                      [&] { return std::string("Report submission failed: ") + error.what(); });
   }
-  QueueManager::incomeQueue().addOperation([weak, succeeded] {
+  QueueManager::incomeQueue().addOperation([weak, succeeded, removals] {
     const auto self = weak.lock();
     if (!self) return;
-    succeeded ? self->continueBatch() : self->endBatch(false);
+    const bool wasCutShort = self->removals_ != removals;
+    self->resendWhenFinish_ = self->resendWhenFinish_ || wasCutShort;
+    succeeded && !wasCutShort ? self->continueBatch() : self->endBatch(succeeded);
   });
 }
 

@@ -66,6 +66,7 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   [[nodiscard]] std::deque<Share> savedReports() const;
   void continueBatch();
   [[nodiscard]] ReportList nextReports();
+  [[nodiscard]] bool isReadable(Report& report);
   /// On the networkSerialQueue; blocks it.
   static void sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports,
                           int removals);
