@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include "BlackBoxTest.h"
+#include "Process.h"
 
 namespace pelorino::blackbox {
 namespace {
@@ -89,6 +90,35 @@ TEST_F(Tls, SendsNothingToABackendThatIsNotProvenAndLosesNothing) {
   EXPECT_TRUE(deliver(host));
   EXPECT_EQ(server->names(), names);
   EXPECT_EQ(server->findings(), std::vector<std::string>());
+  EXPECT_EQ(host.end(), 0);
+}
+
+TEST_F(Tls, FollowsNoRedirectToPlainHttp) {
+  const auto server = serverWith("good");
+  server->control("fault", {{"endpoint", "/analytics/report"},
+                            {"status", 307},
+                            {"location", url_ + "/v2/analytics/report"}});
+  HostProcess host(file_, server->url(), trusting("authority.pem"));
+  host.initialize();
+  ASSERT_TRUE(
+      host.logs("submission failed: [Backend Module] Failed to send Report, status code: 307"));
+  EXPECT_TRUE(deliver(host)) << "to the backend that is proven";
+  EXPECT_EQ(host.end(), 0);
+  EXPECT_TRUE(backend().received("").empty());
+}
+
+TEST_F(Tls, SpeaksNoOlderVersion) {
+  Process server({"/usr/bin/openssl", "s_server", "-tls1_1", "-cipher", "ALL:@SECLEVEL=0",
+                  "-accept", "0", "-cert", folder_.file("good.pem"), "-key",
+                  folder_.file("good.key")});
+  const auto accepting =
+      server.waitForLines([](const std::string& line) { return line.starts_with("ACCEPT "); });
+  ASSERT_EQ(accepting.size(), 1U);
+  const std::string port = accepting[0].substr(accepting[0].rfind(':') + 1);
+  HostProcess host(file_, "https://127.0.0.1:" + port, trusting("authority.pem"));
+  host.initialize();
+  ASSERT_TRUE(host.logs("submission failed"));
+  EXPECT_FALSE(host.linesWith("protocol version").empty());
   EXPECT_EQ(host.end(), 0);
 }
 

@@ -22,6 +22,7 @@ struct Fault {
 
   int times = 1;
   std::optional<int> status;  ///< Answered with an empty body.
+  std::string location;       ///< Where a status that redirects points to.
   std::chrono::milliseconds delay{0};
   Drop drop = Drop::no;
   bool truncate = false;       ///< Fewer bytes than were announced.

@@ -74,6 +74,7 @@ void streamBody(httplib::Response& response, std::string body, std::uint64_t ann
 
 void writeAnswer(httplib::Response& response, const Answer& answer, const Fault& fault) {
   response.status = fault.status.value_or(answer.status);
+  if (!fault.location.empty()) response.set_header("Location", fault.location);
   if (fault.hugeBody > 0) {
     streamBody(response, std::string(std::size_t{64} * 1024, 'x'), fault.hugeBody, fault.hugeBody);
   } else if (fault.truncate) {

@@ -52,6 +52,8 @@ Fault faultOf(const json::object& order) {
       fault.times = value.to_number<int>();
     else if (key == "status")
       fault.status = value.to_number<int>();
+    else if (key == "location")
+      fault.location = value.as_string();
     else if (key == "delayMs")
       fault.delay = std::chrono::milliseconds(value.to_number<int>());
     else if (key == "drop")

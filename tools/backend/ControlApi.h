@@ -16,6 +16,7 @@ class ExchangeStore;
 ///   POST /control/fault   {"endpoint":"/analytics/report","times":2, ...} with any of
 ///                         "status":500  "delayMs":1000  "drop":"before"|"after"
 ///                         "truncate":true  "garbage":true  "hugeBody":104857600
+///                         "location":"http://elsewhere" along with a status that redirects
 ///   POST /control/reset   forgets answers, faults and everything received
 ///   GET  /control/received?endpoint=&since=   the exchanges after that id, oldest first
 ///   GET  /control/summary                     what arrived of each application, device and user
