@@ -22,8 +22,9 @@ set_target_properties(
 target_link_options(pelorino PRIVATE -Wl,--version-script=${exports} -Wl,-z,nodelete -Wl,-z,now
                     -Wl,--gc-sections -Wl,--as-needed)
 # Addresses that are filled in at load take a bit each instead of 24 bytes, where the linker can.
+# One that does not know the word only warns.
 include(CheckLinkerFlag)
-check_linker_flag(CXX -Wl,-z,pack-relative-relocs PELORINO_PACKS_RELOCATIONS)
+check_linker_flag(CXX -Wl,--fatal-warnings,-z,pack-relative-relocs PELORINO_PACKS_RELOCATIONS)
 if(PELORINO_PACKS_RELOCATIONS)
   target_link_options(pelorino PRIVATE -Wl,-z,pack-relative-relocs)
 endif()

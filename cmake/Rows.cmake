@@ -22,6 +22,11 @@ function(pelorino_row)
     add_library(${target} STATIC ${sources})
     set(scope PUBLIC)
     target_link_libraries(${target} PRIVATE pelorino_warnings ${ROW_PRIVATE})
+    set(common_headers)
+    if("fmt::fmt-header-only" IN_LIST ROW_PRIVATE)
+      set(common_headers <fmt/format.h>)
+    endif()
+    pelorino_precompile(${target} ${common_headers})
     # For size: whoever embeds the library carries it along, and the store and the network take most
     # of its time. FAST names the files on the road of a call, which the host waits for.
     target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-Os>)

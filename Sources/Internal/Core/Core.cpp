@@ -37,6 +37,8 @@ Core::Core()
       analyticsObserver_(std::make_shared<AnalyticsObserver>()) {}
 
 Core::~Core() {
+  // Nobody else would let the queue go on.
+  if (becameActive_.get()) QueueManager::incomeQueue().resume();
   std::puts("PLRAnalytics deinit Core module");
 }
 
@@ -50,15 +52,17 @@ void Core::initialize(std::string applicationKey,
 
 void Core::waitForActive() {
   becameActive_.set(System::current().notifications().observe(
-      ApplicationNotification::didBecomeActive, [weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->onLoadAction();
-      }));
+      ApplicationNotification::didBecomeActive,
+      [weak = weak_from_this()] { onLoadAction(weak.lock()); }));
   // It may have become active, on another thread, after the state was read and before this.
-  if (Host::applicationState() == ApplicationState::active) onLoadAction();
+  if (Host::applicationState() == ApplicationState::active) {
+    onLoadAction(shared_from_this());
+  }
 }
 
-void Core::onLoadAction() {
-  becameActive_.set(nullptr);
+/// Null for one whose teardown waits in the very queue that it has paused.
+void Core::onLoadAction(const std::shared_ptr<Core>& core) {
+  if (core) core->becameActive_.set(nullptr);
   QueueManager::incomeQueue().resume();
 }
 

@@ -53,7 +53,7 @@ class Core final : public std::enable_shared_from_this<Core> {
   void startInitialize(std::string applicationKey,
                        std::optional<PLRAnalyticsConfigurationLocal> configuration);
   void waitForActive();
-  void onLoadAction();
+  static void onLoadAction(const std::shared_ptr<Core>& core);
 
   // The start block and its steps, on the incomeQueue.
   void start(const std::string& applicationKey,
