@@ -19,7 +19,7 @@ bool isExcluded(const std::string& key) {
 /// Checks what a host sets or adds under a key of its own choice. A key may come to stand for a
 /// reserved one only when it has been cleaned; it must not bring a wrong type there.
 std::optional<PeopleValidatorRules::Property> validateChanges(const char* method, std::string key,
-                                                              PeopleValueType value) {
+                                                              const PeopleValueType& value) {
   const auto fits = [](const std::string& name, const PeopleValueType& offered) {
     const auto reserved = reservedKey(name);
     return !reserved || PeopleValidatorRules::validateReservedValueType(*reserved, offered);
