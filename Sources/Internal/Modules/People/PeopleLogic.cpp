@@ -79,7 +79,7 @@ void PeopleLogic::change(std::string key, PeopleValueType value, const char* met
                          Change operation) {
   perform(method, [key = std::move(key), value = std::move(value), method,
                    operation](PeopleService& service) mutable {
-    const auto property = validateChanges(method, std::move(key), std::move(value));
+    const auto property = validateChanges(method, std::move(key), value);
     if (!property || isExcluded(property->first)) return;
     (service.*operation)(property->first, property->second);
   });
