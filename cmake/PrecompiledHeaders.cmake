@@ -1,6 +1,7 @@
 # What nearly every file includes, parsed once for a target instead of once for each of its files.
-# Files still include what they use: builds without this, such as the release, hold them to it.
-option(PELORINO_PRECOMPILED_HEADERS "Compile common headers once a target: for repeated full builds" OFF)
+# Files still include what they use: builds without this, such as g++'s, which gains nothing by it,
+# hold them to that.
+option(PELORINO_PRECOMPILED_HEADERS "Compile common headers once a target: for clang" OFF)
 
 # pelorino_precompile(TARGET [HEADER...]): the standard library, and these too.
 function(pelorino_precompile target)
