@@ -257,9 +257,9 @@ TEST_F(OddInput, IsStoredOrRefusedWithAMessageAndNeverEndsTheHost) {
           ++accepted;
         }
       }
+      ASSERT_TRUE(host->drain()) << operation.line << argument.at;
     }
     if (*operation.code) stored[operation.code] += std::min(accepted, operation.times);
-    ASSERT_TRUE(host->drain()) << operation.line;
   }
   for (const auto& [method, times] : refused) {
     const std::string message = "Execution of the " + method + " method was canceled!";
