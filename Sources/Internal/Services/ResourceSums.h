@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -33,26 +32,25 @@ struct BoundedSum {
 /// and the `text` of one.
 template <class Kind, class Repository, class Resource>
 void addToSums(Repository& repository, Resource resource) {
-  const auto rows = repository.ofUser(resource.userId);
-  const auto match = std::ranges::find_if(
-      rows, [&](const auto& row) { return Kind::isSame(*row, std::as_const(resource)); });
+  const auto match = repository.findOfUser(
+      resource.userId, [&](const Resource& row) { return Kind::isSame(row, resource); });
   const auto sum = std::make_shared<Resource>(std::move(resource));
-  if (match == rows.end()) {
+  if (!match) {
     repository.insert(sum);
   } else {
-    const auto [amount, isOverflowed] = boundedSum((*match)->amount, sum->amount);
+    const auto [amount, isOverflowed] = boundedSum(match->amount, sum->amount);
     if (isOverflowed) {
       Logger::writeLog(PLRLogLevel::error, [&, label = Kind::label] {
         return fmt::format("{} resource: {} is overflowed", label, sum->name);
       });
     }
-    sum->idKey = (*match)->idKey;
+    sum->idKey = match->idKey;
     sum->amount = amount;
     repository.update(sum);
   }
   Logger::writeLog(PLRLogLevel::debug, [&] {
-    return fmt::format("{} {} resources: \n{} ", match == rows.end() ? "Insert" : "Update",
-                       Kind::label, Kind::text(*sum));
+    return fmt::format("{} {} resources: \n{} ", match ? "Update" : "Insert", Kind::label,
+                       Kind::text(*sum));
   });
 }
 

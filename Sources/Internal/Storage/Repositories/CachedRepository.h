@@ -72,6 +72,11 @@ class UserRowsRepository : public CachedRepository<Model> {
   [[nodiscard]] std::vector<Item> firstOfUser(RowId userId, std::size_t count) {
     return this->table_.rows().of(userId).template first<Model>(count);
   }
+  /// The first of them that `matches` holds for; null when there is none.
+  template <class Predicate>
+  [[nodiscard]] Item findOfUser(RowId userId, Predicate matches) {
+    return this->table_.rows().of(userId).template findIf<Model>(matches);
+  }
   [[nodiscard]] std::size_t countOfUser(RowId userId) {
     return this->table_.rows().of(userId).size();
   }

@@ -37,6 +37,17 @@ class RowList final {
     return rows;
   }
 
+  /// The first row that `matches` holds for, null when there is none; nothing is copied on the way.
+  template <class Model, class Predicate>
+  [[nodiscard]] std::shared_ptr<Model> findIf(Predicate matches) const {
+    for (const Slot& slot : slots_) {
+      if (slot.row && matches(*static_cast<const Model*>(slot.row.get()))) {
+        return std::static_pointer_cast<Model>(slot.row);
+      }
+    }
+    return nullptr;
+  }
+
  private:
   struct Slot {
     RowId id;
