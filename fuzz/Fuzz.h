@@ -26,10 +26,13 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-/// Has every log line made, and none printed.
+/// Has every log line made, and none printed, from now on.
 inline void makeAllLogLines() {
-  Logger::setLogLevel(PLRLogLevel::debug);
-  Logger::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string&) {});
+  [[maybe_unused]] static const bool isDone = [] {
+    Logger::setLogLevel(PLRLogLevel::debug);
+    Logger::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string&) {});
+    return true;
+  }();
 }
 
 }  // namespace pelorino::fuzz

@@ -17,6 +17,7 @@
 #include "ProjectRepository.h"
 #include "RealPaymentRepository.h"
 #include "ReportsRepository.h"
+#include "SQLiteContracts.h"
 #include "SQLiteProvider.h"
 #include "SubscriptionRepository.h"
 #include "TemporaryFolder.h"
@@ -53,36 +54,38 @@ std::shared_ptr<SQLiteProvider> database() {
   return provider;
 }
 
-/// The values under the names of the columns behind the row id; the rest keep their defaults.
-template <class Columns>
-std::vector<ColumnValue> contentOf(const Values& values) {
+/// The values of all columns but the row id, of the one row that the table has.
+Values storedRow(SQLiteProvider& provider, std::string_view table) {
+  Values row;
+  int rows = 0;
+  FUZZ_REQUIRE(provider.query({.tableName = table}, [&](const Cursor& cursor) {
+    ++rows;
+    for (int at = 1; at < cursor.columnCount(); ++at) row.push_back(cursor.value(at));
+  }));
+  FUZZ_REQUIRE(rows == 1);
+  return row;
+}
+
+/// False when the table's own constraints keep the row out. Columns that it lacks keep their
+/// defaults.
+bool storeRow(SQLiteProvider& provider, std::string_view table, const Values& values) {
+  std::vector<std::string> names;
+  const std::string columns = "pragma_table_info('" + std::string(table) + "')";
+  provider.query({.tableName = columns, .projection = {"name"}},
+                 [&](const Cursor& cursor) { names.push_back(cursor.text(0).value()); });
   std::vector<ColumnValue> content;
-  for (const auto& column : Columns::columns().subspan(1)) {
-    if (content.size() == values.size()) break;
-    content.push_back({column.name, values[content.size()]});
+  for (std::size_t i = 0; i < values.size() && i + 1 < names.size(); ++i) {
+    content.push_back({names[i + 1], values[i]});
   }
-  return content;
+  return provider.insert(table, content).has_value();
 }
 
-/// Keys with a comma come back as several, empty ones may be lost; the rest stays.
-std::optional<SQLiteValue> withoutEmptyKeys(const std::optional<SQLiteValue>& value) {
-  std::string kept;
-  for (const char c : std::get<std::string>(*value)) {
-    if (c != ',' || (!kept.empty() && kept.back() != ',')) kept += c;
-  }
-  if (kept.ends_with(',')) kept.pop_back();
-  return kept;
+template <class Repository, class Model>
+bool readRest(Repository& /*repository*/, Model& /*model*/) {
+  return true;
 }
-
-template <class Model>
-void expectSame(const Column<Model>& column, const Model& stored, const Model& read) {
-  auto left = column.write(stored);
-  auto right = column.write(read);
-  if (column.name == SQLiteContracts::PeopleCardEntry::changedKeys) {
-    left = withoutEmptyKeys(left);
-    right = withoutEmptyKeys(right);
-  }
-  FUZZ_REQUIRE(left == right);
+bool readRest(ReportsRepository& repository, Report& report) {
+  return repository.readPackages(report);
 }
 
 void checkModel(const PeopleCard& card) {
@@ -93,38 +96,46 @@ void checkModel(const PeopleCard& card) {
 template <class Model>
 void checkModel(const Model&) {}
 
-/// A row as a file could hold it is read, stored anew and read again.
-template <class Repository, class Columns>
+/// A row as a file could hold it is read and stored anew. What is read from there and stored once
+/// more is the same row.
+template <class Repository, class Entry>
 void checkTable(const Values& values) {
   const auto provider = database();
-  provider->clear(Columns::tableName);
-  // The table's own constraints keep some rows out.
-  if (!provider->insert(Columns::tableName, contentOf<Columns>(values))) return;
-  const auto rows = Repository(provider).list();
-  provider->clear(Columns::tableName);
-  for (const auto& model : rows) {
+  provider->clear(Entry::tableName);
+  if (!storeRow(*provider, Entry::tableName, values)) return;
+  Repository reader(provider);
+  for (const auto& model : reader.list()) {
+    if (!readRest(reader, *model)) continue;
     checkModel(*model);
+    provider->clear(Entry::tableName);
     FUZZ_REQUIRE(Repository(provider).insert(model));
-    const auto read = Repository(provider).get(model->idKey);
-    FUZZ_REQUIRE(read);
-    for (const auto& column : Columns::columns()) expectSame(column, *model, *read);
+    const Values stored = storedRow(*provider, Entry::tableName);
+
+    Repository second(provider);
+    const auto read = second.get(model->idKey);
+    FUZZ_REQUIRE(read && readRest(second, *read));
+    provider->clear(Entry::tableName);
+    FUZZ_REQUIRE(Repository(provider).insert(read));
+    FUZZ_REQUIRE(storedRow(*provider, Entry::tableName) == stored);
   }
 }
 
+using Contracts = SQLiteContracts;
+
 constexpr void (*tables[])(const Values&) = {
-    checkTable<ProjectRepository, ProjectColumns>,
-    checkTable<UserRepository, UserColumns>,
-    checkTable<EventRepository, EventColumns>,
-    checkTable<ReportsRepository, ReportsColumns>,
-    checkTable<LevelResourcesRepository, LevelResourcesColumns>,
-    checkTable<CurrencyAccrualResourcesRepository, CurrencyAccrualResourcesColumns>,
-    checkTable<IdentifiersRepository, IdentifiersColumns>,
-    checkTable<RealPaymentRepository, RealPaymentColumns>,
-    checkTable<TutorialRepository, TutorialColumns>,
-    checkTable<PeopleRepository, PeopleColumns>,
-    checkTable<MessagingCategoryRepository, MessagingCategoryColumns>,
-    checkTable<ToolsRepository, ToolsColumns>,
-    checkTable<SubscriptionRepository, SubscriptionColumns>,
+    checkTable<ProjectRepository, Contracts::ProjectEntry>,
+    checkTable<UserRepository, Contracts::UserEntry>,
+    checkTable<EventRepository, Contracts::EventEntry>,
+    checkTable<ReportsRepository, Contracts::ReportEntry>,
+    checkTable<LevelResourcesRepository, Contracts::LevelResourceEntry>,
+    checkTable<CurrencyAccrualResourcesRepository, Contracts::CurrencyAccrualResourcesEntry>,
+    checkTable<IdentifiersRepository, Contracts::DeviceIdentifiersEntry>,
+    checkTable<RealPaymentRepository, Contracts::RealPaymentMarkEntry>,
+    checkTable<TutorialRepository, Contracts::TutorialMarkEntry>,
+    checkTable<PeopleRepository, Contracts::PeopleCardEntry>,
+    checkTable<MessagingCategoryRepository, Contracts::MessagingCategoryEntry>,
+    checkTable<ToolsRepository, Contracts::SdkToolsEntry>,
+    checkTable<SubscriptionRepository, Contracts::SubscriptionEntry>,
 };
 
 }  // namespace
@@ -132,8 +143,7 @@ constexpr void (*tables[])(const Values&) = {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace pelorino;
-  static const bool areLinesMade = (fuzz::makeAllLogLines(), true);
-  (void)areLinesMade;
+  fuzz::makeAllLogLines();
   if (size == 0 || data[0] < 'a') return -1;
   const std::size_t table = data[0] - std::size_t{'a'};
   if (table >= std::size(fuzz::tables)) return -1;
