@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,17 +12,119 @@
 #include "Backend.h"
 #include "BackendConfigUrl.h"
 #include "BackendRepository.h"
+#include "Base64.h"
 #include "ContentFactory.h"
+#include "HttpExchange.h"
+#include "JSONContent.h"
 #include "JsonHelpers.h"
 #include "LogCapture.h"
 #include "Network.h"
-#include "RecordingExchange.h"
 
 namespace pelorino {
 namespace {
 
 using Headers = std::vector<std::pair<std::string, std::string>>;
 using Lines = std::vector<std::string>;
+
+/// Keeps every request and answers each with `answer`.
+class RecordingExchange final : public HttpExchange {
+ public:
+  [[nodiscard]] bool isValidUrl(const std::string& url) const override {
+    return url.find_first_of(" \r\n") == std::string::npos;
+  }
+
+  [[nodiscard]] HttpResponse perform(const HttpRequest& request) override {
+    requests.push_back(request);
+    return answer;
+  }
+
+  HttpResponse answer;
+  std::vector<HttpRequest> requests;
+};
+
+std::shared_ptr<JSONContent> contentOf(AnyCodable::Object body,
+                                       RequestContentProtocol::Headers headers = {},
+                                       std::vector<std::string> encodingKeys = {}) {
+  return std::make_shared<JSONContent>(Encodable(std::move(body)), std::move(headers),
+                                       std::move(encodingKeys), "application/json");
+}
+
+TEST(Base64, PadsToFours) {
+  EXPECT_EQ(base64(""), "");
+  EXPECT_EQ(base64("fo"), "Zm8=");
+  EXPECT_EQ(base64(std::string("\xff\x00\xfb\xff", 4)), "/wD7/w==");
+}
+
+TEST(PlatformRequest, SendsTheBodyWithItsHeadersInOrder) {
+  RecordingExchange http;
+  http.answer = {.status = 201, .body = "answer", .error = {}};
+  const LogCapture log;
+  const auto builder = Network(http).post("http://h");
+  builder->urlBuilder().path = "/p";
+  builder->requestContent =
+      contentOf({{"t", "\u00e9"}}, {{"Id", "x"}, {"A", "\u00e9"}, {"Z", "1"}}, {"A", "Id", "None"});
+  builder->requestIdentifier = "uuid";
+  const Response response = builder->build()->send();
+
+  EXPECT_EQ(response.statusCode, 201);
+  EXPECT_EQ(response.data, "answer");
+  EXPECT_FALSE(response.error);
+  ASSERT_EQ(http.requests.size(), 1U);
+  EXPECT_EQ(http.requests[0].timeout, std::chrono::seconds(60));
+  EXPECT_EQ(http.requests[0].headers, (Headers{{"Content-Length", "10"},
+                                               {"Content-Type", "application/json"},
+                                               {"A", "w6k="},
+                                               {"Id", "eA=="},
+                                               {"Z", "1"}}));
+  EXPECT_EQ(log.lines(),
+            std::vector<std::string>{"DEBUG [Network Module] \n Method: POST\n URL: http://h/p\n"
+                                     " Content-type: application/json\n Headers: \n"
+                                     "\t\tA: \u00e9,\n\t\tId: x,\n\t\tZ: 1\n EncodedHeaders: \n"
+                                     "\t\tA: w6k=,\n\t\tId: eA==,\n\t\tZ: 1\n"
+                                     " Content UUID: uuid \n"
+                                     " Content: {\n  \"t\": \"\u00e9\"\n} \n"});
+}
+
+TEST(PlatformRequest, ReadsFailuresAsStatus400) {
+  const auto expectFailure = [](const char* host, AnyCodable::Object body, HttpResponse answer,
+                                std::size_t sent, const std::vector<std::string>& lines) {
+    SCOPED_TRACE(host);
+    RecordingExchange http;
+    http.answer = std::move(answer);
+    const LogCapture log(PLRLogLevel::info);
+    const auto builder = Network(http).post(host);
+    builder->requestContent = contentOf(std::move(body));
+    const Response response = builder->build()->send();
+    EXPECT_EQ(response.statusCode, 400);
+    EXPECT_EQ(response.data, std::nullopt);
+    EXPECT_EQ(response.error.has_value(), sent > 0);
+    EXPECT_EQ(http.requests.size(), sent);
+    EXPECT_EQ(log.lines(), lines);
+  };
+  expectFailure("http://a b", {}, {200, "x", {}}, 0, {});
+  expectFailure("http://not.json", {{"a", std::numeric_limits<double>::infinity()}}, {200, "x", {}},
+                0, {"ERROR [Network Module] Can't parse response data. Error: getContent Error"});
+  expectFailure("http://no.answer", {}, {{}, {}, "refused"}, 1, {});
+}
+
+TEST(PlatformRequest, NeverSendsAHeaderThatCouldForgeAnother) {
+  RecordingExchange http;
+  const LogCapture log(PLRLogLevel::error);
+  const auto builder = Network(http).post("http://h");
+  builder->requestContent =
+      contentOf({}, {{"A", "x\r\nB: y"}, {"C\n", "z"}, {"D", "x\r\n"}, {"E", "ok"}}, {"D"});
+  (void)builder->build()->send();
+  EXPECT_EQ(http.requests.at(0).headers, (Headers{{"Content-Length", "2"},
+                                                  {"Content-Type", "application/json"},
+                                                  {"D", "eA0K"},
+                                                  {"E", "ok"}}));
+  EXPECT_EQ(log.lines().size(), 2U);
+}
+
+TEST(RequestBuilder, NeedsContent) {
+  RecordingExchange http;
+  EXPECT_THROW((void)Network(http).post("http://h")->build(), PLRError);
+}
 
 class BackendTest : public testing::Test {
  protected:
@@ -80,27 +184,21 @@ TEST_F(BackendTest, SendsEachRequestToItsEndpoint) {
 }
 
 TEST_F(BackendTest, NamesDeviceAndUserInHeaders) {
+  ids_ = {.deviceId = "dev", .previousDeviceId = "p", .crossPlatformPelorinoId = 8};
   ids_.userId = "u\r\nX: y";
   ids_.previousUserId = "q";
-  ids_.pelorinoId = 7;
   ids_.pelorinoIdTimestamp = -1;
   (void)backend_.requestIdentification("key", 1, ids_);
   EXPECT_EQ(http_.requests.at(0).headers, (Headers{{"Content-Length", "13"},
                                                    {"Content-Type", "application/json"},
-                                                   {"DeviceId", "ZGV2"},
-                                                   {"PelorinoId", "7"},
-                                                   {"PelorinoIdTimestamp", "-1"},
-                                                   {"PreviousUserId", "cQ=="},
-                                                   {"UserId", "dQ0KWDogeQ=="},
-                                                   {"X-Id-Encoding", "base64"}}));
-  ids_ = {.deviceId = "dev", .previousDeviceId = "p", .crossPlatformPelorinoId = 8};
-  (void)backend_.requestIdentification("key", 1, ids_);
-  EXPECT_EQ(http_.requests.at(1).headers, (Headers{{"Content-Length", "13"},
-                                                   {"Content-Type", "application/json"},
                                                    {"CrossPlatformPelorinoId", "8"},
                                                    {"DeviceId", "ZGV2"},
+                                                   {"PelorinoIdTimestamp", "-1"},
                                                    {"PreviousDeviceId", "cA=="},
-                                                   {"X-Id-Encoding", "base64"}}));
+                                                   {"PreviousUserId", "cQ=="},
+                                                   {"UserId", "dQ0KWDogeQ=="},
+                                                   {"X-Id-Encoding", "base64"}}))
+      << "and no PelorinoId";
 }
 
 TEST_F(BackendTest, FallsBackOnTheDefaultConfiguration) {
@@ -150,22 +248,6 @@ TEST_F(BackendTest, TellsWhatBecameOfAnIdentification) {
   expectOutcome(std::nullopt, std::nullopt,
                 "[Backend Module] identifiers, unknown status code 400");
   EXPECT_EQ(log.lines(), Lines{});
-}
-
-TEST_F(BackendTest, CountsOnlyStatus200AsDelivered) {
-  const Reports reports{{std::make_shared<Report>(std::vector<Package>()),
-                         std::make_shared<Report>(std::vector<Package>())}};
-  for (const int status : {201, 204, 302, 400, 500}) {
-    answer(status, "anything");
-    EXPECT_EQ(backend_.sendAnalytics("key", ids_, reports)->description(),
-              "[Backend Module] Failed to send Report, status code: " + std::to_string(status));
-  }
-  const LogCapture log;
-  answer(200, "anything");
-  EXPECT_FALSE(backend_.sendAnalytics("key", ids_, reports));
-  EXPECT_NE(log.lines().at(0).find("\n Content UUID: " + reports.reports[0]->uuid + ", " +
-                                   reports.reports[1]->uuid + " \n Content: {"),
-            std::string::npos);
 }
 
 TEST_F(BackendTest, ReadsReceiptAnswers) {

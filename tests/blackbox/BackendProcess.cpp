@@ -39,13 +39,10 @@ const httplib::Response& answered(const httplib::Result& result) {
 
 }  // namespace
 
-bool comesTrue(const std::function<bool()>& condition) {
-  const auto end = std::chrono::steady_clock::now() + Process::deadline;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return true;
+json::object Arrived::content() const {
+  json::object content = event;
+  for (const char* key : {"code", "timestamp", "sessionId"}) content.erase(key);
+  return content;
 }
 
 BackendProcess::BackendProcess(const std::string& dataFile, int port,
@@ -71,6 +68,15 @@ void BackendProcess::control(const std::string& what, const json::object& order)
   const auto result =
       clientOf(url_)->Post("/control/" + what, json::serialize(order), "application/json");
   if (answered(result).status != 200) throw std::runtime_error(result->body);
+}
+
+void BackendProcess::answer(const std::string& endpoint, const json::object& body, int status) {
+  control("answer", {{"endpoint", endpoint}, {"status", status}, {"body", body}});
+}
+
+void BackendProcess::fault(const std::string& endpoint, json::object order) {
+  order["endpoint"] = endpoint;
+  control("fault", order);
 }
 
 int BackendProcess::post(const std::string& endpoint, const std::string& body) {

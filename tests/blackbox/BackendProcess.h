@@ -1,8 +1,6 @@
 #pragma once
 
 #include <boost/json.hpp>
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,15 +8,15 @@
 
 namespace pelorino::blackbox {
 
-/// Polls until the condition holds; false when Process::deadline has passed.
-[[nodiscard]] bool comesTrue(const std::function<bool()>& condition);
-
 /// An event as the backend has accepted it.
 struct Arrived {
   std::string name;  ///< Empty for events that have none.
   std::string userId;
   boost::json::object event;
   std::size_t packageSize = 0;  ///< Events in its package.
+
+  /// The event but for its code, its times and its session.
+  [[nodiscard]] boost::json::object content() const;
 };
 
 /// pelorino-backend as a child process.
@@ -34,8 +32,11 @@ class BackendProcess final {
   /// Ends it; the port is free afterwards.
   void stop();
 
-  /// POST /control/fault or /control/answer with the fields of a JSON object.
-  void control(const std::string& what, const boost::json::object& order);
+  /// From now on the endpoint answers this, whatever it is asked.
+  void answer(const std::string& endpoint, const boost::json::object& body, int status = 200);
+
+  /// What goes wrong with the next exchange of the endpoint, or with the next "times".
+  void fault(const std::string& endpoint, boost::json::object order);
 
   /// Posts a body with correct headers, as a client would, and returns the status.
   int post(const std::string& endpoint, const std::string& body);
@@ -56,6 +57,8 @@ class BackendProcess final {
   [[nodiscard]] std::vector<std::string> findings();
 
  private:
+  void control(const std::string& what, const boost::json::object& order);
+
   Process process_;
   std::string url_;
 };

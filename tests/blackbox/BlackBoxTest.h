@@ -35,7 +35,7 @@ class BlackBoxTest : public ::testing::Test {
                              {"serverTime", 1},           {"aliveTimeout", 300'000},
                              {"userCounting", true}};
     for (const auto& [key, value] : changes) body[key] = value;
-    backend().control("answer", {{"endpoint", "/analytics/config"}, {"body", body}});
+    backend().answer("/analytics/config", body);
   }
 
   /// A host that has started and has delivered all of its start.
@@ -44,7 +44,7 @@ class BlackBoxTest : public ::testing::Test {
     auto host = std::make_unique<HostProcess>(file_, url_, description);
     host->initialize(configuration);
     EXPECT_TRUE(host->drain());
-    EXPECT_TRUE(comesTrue([&] { return waiting(*host).empty(); })) << waiting(*host);
+    EXPECT_TRUE(comesTrue([&] { return host->waiting().empty(); })) << host->waiting();
     return host;
   }
 
@@ -54,38 +54,6 @@ class BlackBoxTest : public ::testing::Test {
     EXPECT_TRUE(host->logs("The SDK analytics configuration has been received"));
     EXPECT_TRUE(host->drain());
     return host;
-  }
-
-  /// What the database of a running host holds. The host is stopped meanwhile: a reader's lock
-  /// would fail its writes.
-  std::string query(HostProcess& host, const std::string& sql) {
-    std::string rows;
-    const auto read = [&] {
-      try {
-        rows = file_.run(sql);
-        return true;
-      } catch (const std::runtime_error&) {
-        return false;  // It was stopped in the midst of a write.
-      }
-    };
-    EXPECT_TRUE(comesTrue([&] { return host.whileStopped(read); }));
-    return rows;
-  }
-
-  /// Rows of events and reports that wait for delivery.
-  std::string waiting(HostProcess& host) {
-    return query(host,
-                 "SELECT id, 'event', eventJson FROM events UNION ALL "
-                 "SELECT id, uuid, packagesJson FROM reports");
-  }
-
-  /// Asks for dispatches until nothing waits any more: after a failure nothing but the next
-  /// occasion sends again.
-  [[nodiscard]] bool deliver(HostProcess& host) {
-    return comesTrue([&] {
-      host.sendBufferedEvents();
-      return host.drain() && waiting(host).empty();
-    });
   }
 
   TemporaryFolder folder_;

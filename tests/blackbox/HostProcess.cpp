@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 
 namespace pelorino::blackbox {
 
@@ -35,9 +36,18 @@ auto contains(std::string_view text) {
 
 }  // namespace
 
+bool comesTrue(const std::function<bool()>& condition) {
+  const auto end = std::chrono::steady_clock::now() + Process::deadline;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return true;
+}
+
 HostProcess::HostProcess(const DatabaseFile& file, const std::string& backendUrl,
                          const json::object& description)
-    : process_(commandLine(file, backendUrl, description)) {}
+    : file_(file), process_(commandLine(file, backendUrl, description)) {}
 
 void HostProcess::initialize(const json::object& configuration) {
   json::object fields{{"logLevel", "debug"}};
@@ -48,6 +58,35 @@ void HostProcess::initialize(const json::object& configuration) {
 
 void HostProcess::customEvent(const std::string& name) {
   run(json::serialize(json::object{{"op", "customEvent"}, {"eventName", name}}));
+}
+
+std::string HostProcess::query(const std::string& sql) {
+  std::string rows;
+  const auto read = [&] {
+    try {
+      rows = file_.run(sql);
+      return true;
+    } catch (const std::runtime_error&) {
+      return false;  // It was stopped in the midst of a write.
+    }
+  };
+  if (!comesTrue([&] { return process_.whileStopped(read); })) {
+    throw std::runtime_error("the database cannot be read");
+  }
+  return rows;
+}
+
+std::string HostProcess::waiting() {
+  return query(
+      "SELECT id, 'event', eventJson FROM events UNION ALL "
+      "SELECT id, uuid, packagesJson FROM reports");
+}
+
+bool HostProcess::deliver() {
+  return comesTrue([&] {
+    sendBufferedEvents();
+    return drain() && waiting().empty();
+  });
 }
 
 bool HostProcess::drain() {

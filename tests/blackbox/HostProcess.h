@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/json.hpp>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -11,10 +12,14 @@
 
 namespace pelorino::blackbox {
 
+/// Polls until the condition holds; false when Process::deadline has passed.
+[[nodiscard]] bool comesTrue(const std::function<bool()>& condition);
+
 /// pelorino-host as a child process.
 class HostProcess final {
  public:
-  /// Its support directory is that of the file. `description` overrides and adds fields.
+  /// Its support directory is that of the file, which must outlive it. `description` overrides and
+  /// adds fields.
   HostProcess(const DatabaseFile& file, const std::string& backendUrl,
               const boost::json::object& description = {});
 
@@ -24,6 +29,16 @@ class HostProcess final {
   void initialize(const boost::json::object& configuration = {});
   void customEvent(const std::string& name);
   void sendBufferedEvents() { run(R"({"op":"sendBufferedEvents"})"); }
+
+  /// What the database holds. The host is stopped meanwhile: a reader's lock would fail its writes.
+  [[nodiscard]] std::string query(const std::string& sql);
+
+  /// Rows of events and reports that wait for delivery.
+  [[nodiscard]] std::string waiting();
+
+  /// Asks for dispatches until nothing waits any more: after a failure nothing but the next
+  /// occasion sends again. False when that does not come.
+  [[nodiscard]] bool deliver();
 
   /// Returns when everything handed over has run. False when the queue does not get there.
   [[nodiscard]] bool drain();
@@ -44,12 +59,6 @@ class HostProcess final {
 
   void kill();
 
-  /// Runs `work` while no thread of the process does.
-  template <class Work>
-  auto whileStopped(Work work) {
-    return process_.whileStopped(work);
-  }
-
   /// The most memory that it has had so far, in kilobytes.
   [[nodiscard]] long peakMemory() const;
 
@@ -57,6 +66,7 @@ class HostProcess final {
   [[nodiscard]] std::map<std::string, long> sleeps() const;
 
  private:
+  const DatabaseFile& file_;
   Process process_;
   int drains_ = 0;
 };

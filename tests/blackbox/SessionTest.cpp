@@ -7,48 +7,7 @@ namespace {
 
 namespace json = boost::json;
 
-class Session : public BlackBoxTest {
- protected:
-  static void takeATrip(HostProcess& host, int milliseconds) {
-    host.run(R"({"op":"host.willResignActive"})");
-    host.run(R"({"op":"host.didEnterBackground"})");
-    host.run(json::serialize(json::object{{"op", "sleep"}, {"ms", milliseconds}}));
-    host.run(R"({"op":"host.didBecomeActive"})");
-  }
-};
-
-TEST_F(Session, SurvivesGapsThatAreShorterThanTheConfiguredTimeout) {
-  struct Case {
-    const char* label;
-    int sessionTimeout;
-    int gap;
-    bool opens;
-  };
-  std::size_t sessions = 1;
-  for (const Case& c : {Case{"shorter", 60'000, 0, false}, Case{"longer", 100, 150, true}}) {
-    SCOPED_TRACE(c.label);
-    configure({{"sessionTimeout", c.sessionTimeout}});
-    const auto host = configuredHost();
-    EXPECT_EQ(backend().events("ss").size(), sessions);
-
-    takeATrip(*host, c.gap);
-    ASSERT_TRUE(host->drain());
-    ASSERT_TRUE(deliver(*host));
-    if (c.opens) ++sessions;
-    EXPECT_EQ(backend().events("ss").size(), sessions) << "after a trip to the background";
-
-    host->kill();
-    std::this_thread::sleep_for(std::chrono::milliseconds(c.gap));
-    const auto next = startedHost();
-    next->customEvent(c.label);
-    ASSERT_TRUE(deliver(*next));
-    if (c.opens) ++sessions;
-    const std::vector<Arrived> opened = backend().events("ss");
-    ASSERT_EQ(opened.size(), sessions) << "after a kill";
-    EXPECT_EQ(backend().events("ce").back().event.at("sessionId"),
-              opened.back().event.at("timestamp"));
-  }
-}
+class Session : public BlackBoxTest {};
 
 TEST_F(Session, IsTimedByThePeriodsOfTheConfigurationAsSoonAsItHasCome) {
   // Each report that arrives puts the request timer off, so that this one must be the faster.
@@ -61,11 +20,11 @@ TEST_F(Session, IsTimedByThePeriodsOfTheConfigurationAsSoonAsItHasCome) {
 
   // Alive is sent once and never kept, even when it does not arrive.
   const std::size_t before = backend().received("/analytics/report").size();
-  backend().control("fault", {{"endpoint", "/analytics/report"}, {"status", 500}});
+  backend().fault("/analytics/report", {{"status", 500}});
   ASSERT_TRUE(comesTrue([&] { return backend().received("/analytics/report").size() > before; }));
   const json::value body = backend().received("/analytics/report").at(before).at("body");
   EXPECT_EQ(body.at("reports").at(0).at("packages").at(0).at("events").at(0).at("code"), "al");
-  EXPECT_EQ(waiting(*host), "");
+  EXPECT_EQ(host->waiting(), "");
 }
 
 TEST_F(Session, LosesNothingAndLeavesNothingBehindInAThousandTrips) {
@@ -83,7 +42,7 @@ TEST_F(Session, LosesNothingAndLeavesNothingBehindInAThousandTrips) {
   }
   host->run(R"({"op":"host.willResignActive"})");
   ASSERT_TRUE(host->drain());
-  ASSERT_TRUE(deliver(*host));
+  ASSERT_TRUE(host->deliver());
   EXPECT_EQ(backend().names(), names);
   EXPECT_EQ(backend().events("ss").size(), 1U);
   // One of the queues may have had nothing to do until now.

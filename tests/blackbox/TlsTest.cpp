@@ -87,24 +87,10 @@ TEST_F(Tls, SendsNothingToABackendThatIsNotProvenAndLosesNothing) {
   const auto server = serverWith("good");
   HostProcess host(file_, server->url(), trusting("authority.pem"));
   host.initialize();
-  EXPECT_TRUE(deliver(host));
+  EXPECT_TRUE(host.deliver());
   EXPECT_EQ(server->names(), names);
   EXPECT_EQ(server->findings(), std::vector<std::string>());
   EXPECT_EQ(host.end(), 0);
-}
-
-TEST_F(Tls, FollowsNoRedirectToPlainHttp) {
-  const auto server = serverWith("good");
-  server->control("fault", {{"endpoint", "/analytics/report"},
-                            {"status", 307},
-                            {"location", url_ + "/v2/analytics/report"}});
-  HostProcess host(file_, server->url(), trusting("authority.pem"));
-  host.initialize();
-  ASSERT_TRUE(
-      host.logs("submission failed: [Backend Module] Failed to send Report, status code: 307"));
-  EXPECT_TRUE(deliver(host)) << "to the backend that is proven";
-  EXPECT_EQ(host.end(), 0);
-  EXPECT_TRUE(backend().received("").empty());
 }
 
 TEST_F(Tls, SpeaksNoOlderVersion) {

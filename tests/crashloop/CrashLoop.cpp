@@ -55,16 +55,7 @@ void CrashLoop::waitABit(HostProcess& host) {
 bool CrashLoop::recover() {
   HostProcess host(file_, backend_.url());
   host.initialize(quiet);
-  const bool isDone = comesTrue([&] {
-    host.sendBufferedEvents();
-    return host.drain() && host.whileStopped([&] {
-      try {
-        return file_.run("SELECT id FROM events UNION ALL SELECT id FROM reports").empty();
-      } catch (const std::runtime_error&) {
-        return false;  // It was stopped in the midst of a write.
-      }
-    });
-  });
+  const bool isDone = host.deliver();
   return host.end() == 0 && isDone;
 }
 
@@ -78,9 +69,8 @@ void CrashLoop::spoil() {
       {{"delayMs", 10}},
       {{"garbage", true}},
   };
-  json::object order = faults[upTo(std::size(faults) - 1)];
-  order["endpoint"] = upTo(9) == 0 ? "/analytics/config" : "/analytics/report";
-  backend_.control("fault", order);
+  const char* endpoint = upTo(9) == 0 ? "/analytics/config" : "/analytics/report";
+  backend_.fault(endpoint, faults[upTo(std::size(faults) - 1)]);
 }
 
 void CrashLoop::load(HostProcess& host) {

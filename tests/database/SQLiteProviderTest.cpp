@@ -66,9 +66,8 @@ TEST(SQLiteProvider, AFirstStartMakesFolderFileAndSchema) {
   EXPECT_EQ(file.run("PRAGMA user_version"), "1");
   EXPECT_EQ(file.run(describeTables), allTables);
   using std::filesystem::perms;
-  EXPECT_EQ(std::filesystem::status(file.folder()).permissions(), perms::owner_all);
-  EXPECT_EQ(std::filesystem::status(file.path()).permissions(),
-            perms::owner_read | perms::owner_write);
+  EXPECT_EQ(std::filesystem::status(file.folder()).permissions(), perms(0700));
+  EXPECT_EQ(std::filesystem::status(file.path()).permissions(), perms(0600));
 }
 
 TEST(SQLiteProvider, AnOlderFileGainsWhatIsNewAndLosesNothing) {
@@ -99,8 +98,8 @@ TEST(SQLiteProvider, OnlyVersion0RunsStatements) {
     file.run("CREATE TABLE other (x); PRAGMA user_version = " + version);
     const std::string before = bytesOf(file.path());
     EXPECT_EQ(failureToOpen(file.support()), failure);
-    EXPECT_EQ(file.run("PRAGMA user_version"), after);
-    EXPECT_EQ(file.run("SELECT name FROM sqlite_master"), "other");
+    EXPECT_EQ(file.run("SELECT user_version, name FROM pragma_user_version, sqlite_master"),
+              after + "|other");
     EXPECT_EQ(bytesOf(file.path()) == before, version == after);
   };
   expectVersion("1", "", "1");
@@ -138,10 +137,8 @@ class SQLiteProviderOperations : public ::testing::Test {
 TEST_F(SQLiteProviderOperations, WriteReadAndDeleteRows) {
   for (const char* key : {"a", "b", "c"}) EXPECT_TRUE(insertProject(key));
   const std::optional<SQLiteValue> b = std::string("b");
-  const std::optional<SQLiteValue> none = std::string("none");
   const ColumnValue time[] = {{"savedTime", std::int64_t{5}}, {"isMigrated", false}};
   EXPECT_EQ(provider_.update("projects", time, "applicationKey=?", {&b, 1}), 1);
-  EXPECT_EQ(provider_.update("projects", time, "applicationKey=?", {&none, 1}), 0);
 
   std::string rows;
   EXPECT_TRUE(provider_.query(
@@ -157,10 +154,10 @@ TEST_F(SQLiteProviderOperations, WriteReadAndDeleteRows) {
   EXPECT_EQ(rows, "c b5 ");
 
   EXPECT_EQ(provider_.deleteRows("projects", "applicationKey=?", {&b, 1}), 1);
+  EXPECT_EQ(provider_.deleteRows("projects", "applicationKey=?", {&b, 1}), 0);
   EXPECT_EQ(file_.run("SELECT applicationKey, isMigrated FROM projects"), "a|1\nc|1");
   provider_.clear("projects");
-  EXPECT_EQ(file_.run("SELECT count(*) FROM projects"), "0");
-  EXPECT_TRUE(log_.lines().empty());
+  EXPECT_EQ(file_.run("SELECT * FROM projects"), "");
 }
 
 TEST_F(SQLiteProviderOperations, FailuresAreLoggedAndShowAsEmptyResults) {
@@ -171,13 +168,9 @@ TEST_F(SQLiteProviderOperations, FailuresAreLoggedAndShowAsEmptyResults) {
   EXPECT_EQ(provider_.deleteRows("projects", "id=", {}), 0);
   provider_.clear("noTable");
   EXPECT_FALSE(provider_.query({.tableName = "noTable"}, [](const Cursor&) {}));
-
-  int rows = 0;
-  EXPECT_FALSE(provider_.query({.tableName = "projects"}, [&](const Cursor& row) {
-    ++rows;
+  EXPECT_FALSE(provider_.query({.tableName = "projects"}, [](const Cursor& row) {
     throw SQLiteError::error("row", static_cast<int>(row.integer(0).value()));
   }));
-  EXPECT_EQ(rows, 1);
   EXPECT_EQ(log_.lines(),
             (std::vector<std::string>{
                 "ERROR [Database Module] Error in inserting: UNIQUE constraint failed: "

@@ -34,33 +34,6 @@ TEST(Package, EmbedsEventsAsObjects) {
                "[{},{},{},{},{},{},{\"z\":0}]");
 }
 
-TEST(Package, ReadsBackWhatItCan) {
-  /// Absent when the package does not read.
-  const auto events = [](const std::string& fields) -> std::optional<Texts> {
-    const auto packages = from<std::vector<Package>>(
-        R"([{"appVersion":"1","appBuildVersion":null,"bundle":null,)" + fields + "}]");
-    return packages ? packages->front().events : std::nullopt;
-  };
-  const std::string common = R"("language":null,"sdkVersion":"2","sdkCodeVersion":10)";
-  EXPECT_EQ(events(common + R"(,"events":[{"a":"]}"}, {}])"), (Texts{"{\"a\":\"]}\"}", "{}"}));
-  EXPECT_EQ(events(common), Texts{});
-  EXPECT_EQ(events(common + R"(,"events":{})"), Texts{});
-  EXPECT_EQ(events(common + R"(,"events":[{},1])"), Texts{});
-  EXPECT_EQ(events(R"("language":null,"sdkVersion":"2","events":[])"), std::nullopt);
-  EXPECT_EQ(events(R"("language":null,"sdkVersion":2,"sdkCodeVersion":10)"), std::nullopt);
-  EXPECT_EQ(events(R"("sdkVersion":"2","sdkCodeVersion":10)"), std::nullopt);
-}
-
-TEST(Report, KeepsEventsAndPackageBoundariesInTheStore) {
-  const std::string stored = encodeJson(std::vector<Package>{
-      packageOf(Texts{"{\"n\":1}", "{\"n\":2}"}), packageOf(Texts{"{\"n\":3.50}"})});
-  const auto loaded = decodeJson<std::vector<Package>>(stored);
-  ASSERT_EQ(loaded.size(), 2U);
-  EXPECT_EQ(loaded[0].events, (Texts{"{\"n\":1}", "{\"n\":2}"}));
-  EXPECT_EQ(loaded[1].events, Texts{"{\"n\":3.50}"});
-  EXPECT_EQ(encodeJson(loaded), stored);
-}
-
 TEST(Report, SendsItsPackagesAndNothingElse) {
   const std::vector packages{packageOf(Texts{"{\"n\":1}"})};
   const auto report = std::make_shared<Report>(packages);
@@ -76,26 +49,38 @@ TEST(Report, SendsItsPackagesAndNothingElse) {
 }
 
 TEST(Report, SendsWhatCanBeReadOfItsRow) {
-  struct Case {
-    const char* label;
-    std::optional<std::string> row;
-    std::string sent;
+  const std::string whole = encodeJson(
+      std::vector{packageOf(Texts{"{\"n\":1}", "{\"n\":2}"}), packageOf(Texts{"{\"n\":3.50}"})});
+  const auto row = [](const std::string& fields) {
+    return R"([{"appVersion":null,"appBuildVersion":null,"bundle":null,)" + fields + "}]";
   };
-  const std::string whole = encodeJson(std::vector{packageOf(Texts{"{\"n\":3.50}"})});
-  const Case cases[] = {
+  const auto sentWith = [](const std::string& events) { return "[" + (head + events) + "}]"; };
+  const std::string required = R"("language":"en","sdkVersion":"2.1.2","sdkCodeVersion":10)";
+  const struct {
+    const char* label;
+    std::optional<std::string> stored;
+    std::string sent;
+  } cases[] = {
       {"as it was written", whole, whole},
       {"blanks and an unknown key", " [" + whole.substr(1, whole.size() - 3) + ", \"x\":1} ]",
        whole},
+      {"brackets in a text", row(required + R"(,"events":[{"a":"]}"}, {}])"),
+       sentWith(R"([{"a":"]}"},{}])")},
+      {"no events", row(required), sentWith("[]")},
+      {"events that are no list", row(required + R"(,"events":{})"), sentWith("[]")},
+      {"an event that is no object", row(required + R"(,"events":[{},1])"), sentWith("[]")},
       {"no text", std::nullopt, "[]"},
       {"cut off", whole.substr(0, whole.size() - 1), "[]"},
-      {"a required key is missing", "[{}]", "[]"},
+      {"a required key is missing", row(R"("language":"en","sdkVersion":"2")"), "[]"},
+      {"one that may be null is missing", row(R"("sdkVersion":"2","sdkCodeVersion":10)"), "[]"},
+      {"a number for a text", row(R"("language":"en","sdkVersion":2,"sdkCodeVersion":10)"), "[]"},
       {"a bracket that would break out", "[]}]}", "[]"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
+  for (const auto& [label, stored, sent] : cases) {
+    SCOPED_TRACE(label);
     Report report;
-    report.packagesJson = c.row;
-    EXPECT_EQ(*report.body(), "{\"reports\":[{\"packages\":" + c.sent + "}]}");
+    report.packagesJson = stored;
+    EXPECT_EQ(*report.body(), "{\"reports\":[{\"packages\":" + sent + "}]}");
     EXPECT_EQ(report.body(), report.body()) << "made once";
   }
 }

@@ -34,11 +34,8 @@ TEST(AnyCodable, ReadsEachNumberAsTheKindThatHoldsIt) {
   expectNumber("18446744073709551615", Kind::unsignedInteger, "18446744073709551615");
   expectNumber("18446744073709551616", Kind::floating, "1.8446744073709552e+19");
   expectNumber("-9223372036854775809", Kind::floating, "-9.223372036854776e+18");
-  expectNumber("4.9901", Kind::floating, "4.9901");
-  expectNumber("5e-324", Kind::floating, "5e-324");
   expectNumber("1e-400", Kind::integer, "0");
   expectNumber("0e900", Kind::integer, "0");
-  expectNumber("1.7976931348623157e308", Kind::floating, "1.7976931348623157e+308");
   expectNumber(("0." + std::string(400, '0') + "25e400").c_str(), Kind::floating, "0.25");
 }
 
@@ -59,28 +56,22 @@ TEST(AnyCodable, IsEqualWithinOneKindOnly) {
   for (const AnyCodable& left : values) {
     for (const AnyCodable& right : values) EXPECT_EQ(left == right, &left == &right);
   }
-  EXPECT_EQ(AnyCodable(AnyCodable::List{1, "a"}), AnyCodable(AnyCodable::List{1, "a"}));
   // What came out of a text equals nothing, unless it is empty.
   EXPECT_NE(JsonView("[1]").value(), JsonView("[1]").value());
-  EXPECT_NE(JsonView("[1]").value(), AnyCodable(AnyCodable::List{1}));
-  EXPECT_NE(JsonView("{\"a\":1}").value(), JsonView("{\"a\":1}").value());
+  EXPECT_NE(JsonView("{\"a\":1}").value(), AnyCodable(object));
   EXPECT_EQ(JsonView("[]").value(), AnyCodable(AnyCodable::List{}));
   EXPECT_NE(JsonView("[]").value(), JsonView("{}").value());
   EXPECT_EQ(JsonView("\"a\"").value(), AnyCodable("a"));
 }
 
 TEST(AnyCodable, DescribesItself) {
-  const auto expectText = [](const AnyCodable& value, const std::string& plain,
-                             const std::string& debug) {
-    EXPECT_EQ(value.description(), plain);
-    EXPECT_EQ(value.debugDescription(), "AnyCodable(" + debug + ")");
+  const auto expectText = [](const AnyCodable& value, const std::string& text) {
+    EXPECT_EQ(value.description(), text);
+    EXPECT_EQ(value.debugDescription(), "AnyCodable(" + text + ")");
   };
-  expectText(std::optional<int>(), "nil", "nil");
-  expectText(2.0, "2.0", "2.0");
-  expectText(1e-7, "1e-07", "1e-07");
-  expectText(AnyCodable::List{1, "a"}, "[1, \"a\"]", "[1, \"a\"]");
-  expectText(AnyCodable::Object{{"a", 1}}, "[\"a\": 1]", "[\"a\": 1]");
-  expectText(AnyCodable::Object{}, "[:]", "[:]");
+  expectText(AnyCodable::List{std::optional<int>(), 2.0, 1e-7, "a"}, "[nil, 2.0, 1e-07, \"a\"]");
+  expectText(AnyCodable::Object{{"a", 1}}, "[\"a\": 1]");
+  expectText(AnyCodable::Object{}, "[:]");
 }
 
 TEST(JsonView, RefusesWhatIsNotExactlyOneValue) {

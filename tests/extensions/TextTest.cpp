@@ -10,11 +10,8 @@ namespace {
 const std::string replaced = "\xEF\xBF\xBD";
 
 TEST(Text, RepairReplacesEachLongestBeginningOfACharacter) {
-  for (const std::string& good :
-       {std::string(), std::string("abcdefghijk"), std::string("\u00E9\u20AC\U0001F600"),
-        std::string("a NUL \0 is a character", 22)}) {
-    EXPECT_EQ(repairUtf8(good), good);
-  }
+  const std::string good("abcdefghijk \u00E9\u20AC\U0001F600 a NUL \0 is one", 36);
+  EXPECT_EQ(repairUtf8(good), good);
   EXPECT_EQ(repairUtf8("a\x80z"), "a" + replaced + "z");
   EXPECT_EQ(repairUtf8("12345678\xF0\x9F\x98"), "12345678" + replaced) << "cut off at the end";
   EXPECT_EQ(repairUtf8("\xE2\x82z"), replaced + "z") << "cut off by ASCII";
@@ -26,13 +23,11 @@ TEST(Text, RepairReplacesEachLongestBeginningOfACharacter) {
 }
 
 TEST(Text, CleaningRemovesControlAndFormatCharactersOnly) {
-  EXPECT_EQ(cleaned("plain text"), "plain text");
   EXPECT_EQ(cleaned(std::string("\0a\tb\r\nc\x1F\x7F", 9)), "abc");
   EXPECT_EQ(cleaned("\n\u0080\u009F\u200B\u200D"), "");
   EXPECT_EQ(cleaned("s\u00ADj\u200Do\u202Eb\uFEFFt\U000E0041"), "sjobt");
-  for (const char* stays : {"\u00A0e\u0301\u2764\uFE0F\uE000", "\u2028\u2029"}) {
-    EXPECT_EQ(cleaned(stays), stays);
-  }
+  const std::string stays = "plain \u00A0e\u0301\u2764\uFE0F\uE000\u2028\u2029";
+  EXPECT_EQ(cleaned(stays), stays);
 }
 
 TEST(Text, CharactersAreWhatAUserSees) {
@@ -47,7 +42,6 @@ TEST(Text, CharactersAreWhatAUserSees) {
   const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
   const std::string france = "\U0001F1EB\U0001F1F7";
   expectCharacters("", 0, "");
-  expectCharacters("abc", 3, "ab");
   expectCharacters("\r\n\n\rx", 4, "\r\n\n");
   expectCharacters("e\u0301xy", 3, "e\u0301x");
   expectCharacters(family + "ab", 3, family + "a");

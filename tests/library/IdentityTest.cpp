@@ -7,8 +7,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char* device = "11111111-2222-3333-4444-555555555555";
-
 class IdentityTest : public TrackingTest {
  protected:
   /// A row a user, the active one with a star, and how the progression stands.
@@ -18,7 +16,6 @@ class IdentityTest : public TrackingTest {
         "[level one]\n\tCurrent event name is [none]";
     const auto before = timesLogged(refusal);
     PLRAnalytics::finishProgressionEvent("none");
-    system.runUntilIdle();
     const bool isStarted = timesLogged(refusal) > before;
     return rows("SELECT replace(u.userId, '" + std::string(device) +
                 "', 'device') || iif(p.activeUserId = u.id, '*', '') || '<' || "
@@ -26,14 +23,42 @@ class IdentityTest : public TrackingTest {
                 device + "', 'device') FROM users u, projects p ORDER BY u.id") +
            (isStarted ? "\nstarted" : "");
   }
-  void countUsers(bool isCounting) {
-    configuration.answers.clear();
-    configuration.answer(200, std::string(R"({"countForRequest":10,"timeForRequest":120000,)") +
-                                  R"("eventParamsCount":20,"sessionTimeout":600000,)" +
-                                  R"("aliveTimeout":60000,"serverTime":0,"userCounting":)" +
-                                  (isCounting ? "true}" : "false}"));
-  }
 };
+
+TEST_F(LibraryTest, EveryNamedUserHasAnAccountAndTheFirstTakesOverTheDefaultOne) {
+  const std::string id = device;
+  const std::pair<const char*, std::string> starts[] = {
+      {nullptr, id + "||1|1"},
+      {"ann", "ann|" + id + "|0|1"},
+      {"bob", "ann|" + id + "|0|0\nbob||0|1"},
+      {"ann", "ann|" + id + "|0|1\nbob||0|0"},
+      {nullptr, "ann|" + id + "|0|1\nbob||0|0"},  // The last user stays.
+      {"", "ann|" + id + "|0|0\nbob||0|0\n" + id + "||1|1"},
+  };
+  for (const auto& [name, users] : starts) {
+    PLRAnalyticsConfiguration decided;
+    if (name != nullptr) decided.userId = name;
+    start(decided);
+    EXPECT_EQ(rows("SELECT u.userId, u.previousUserId, u.isDefaultUser, p.activeUserId = u.id "
+                   "FROM users u JOIN projects p ON p.id = u.projectId ORDER BY u.id"),
+              users);
+    stop();
+  }
+}
+
+TEST_F(IdentityTest, AChangeOfUserEndsOneSessionAndBeginsAnother) {
+  system.advance(5s);
+  delivered.clear();
+  PLRAnalytics::setUserId("bob");
+  system.runUntilIdle();
+  std::string sent;
+  for (const auto& request : delivered) {
+    for (const auto& events : eventsOf(request)) {
+      sent += header(request, "UserId").value_or("nobody") + " " + events + "\n";
+    }
+  }
+  EXPECT_EQ(sent, "YW5u ue\nYm9i ss\nYm9i di\n") << "ann and bob, in Base64";
+}
 
 TEST_F(IdentityTest, AChangeOfUserSaysWhatItDidOrWhyNot) {
   struct Case {
@@ -51,6 +76,7 @@ TEST_F(IdentityTest, AChangeOfUserSaysWhatItDidOrWhyNot) {
                 std::string("WARNING The userId matches the deviceId [") + device +
                     "]!\t\nSetting up a userId is not possible!"},
            Case{"bob", "ann<\nbob*<", "ue\nss\ndi", "INFO The userId [ann] changed to [bob]!"},
+           Case{"\x01", "ann<\nbob*<", "", "ERROR Execution of the SetUserId method was canceled!"},
            Case{"", "ann<\nbob<\ndevice*<", "ss\ndi", "DEBUG Default user activated!"},
            Case{"", "ann<\nbob<\ndevice*<", "",
                 "WARNING The current user is already a default user!"},
@@ -62,7 +88,6 @@ TEST_F(IdentityTest, AChangeOfUserSaysWhatItDidOrWhyNot) {
                 std::string("INFO The userId [") + device + "] changed to [eve]!"},
        }) {
     PLRAnalytics::setUserId(is.userId);
-    system.runUntilIdle();
     EXPECT_TRUE(logged(is.line)) << is.line;
     EXPECT_EQ(users(), is.users) << is.line;
     EXPECT_EQ(fields("'ue','ss','di','pl','ca'", {"code"}), is.events) << is.line;
@@ -74,7 +99,6 @@ TEST_F(IdentityTest, AReplacedIdTakesItsBearerOutOfTheWay) {
   PLRUserCard::set("k", 1);
   PLRAnalytics::currencyAccrual("gold", 5, "quest", PLRAccrualType::earned);
   PLRAnalytics::startProgressionEvent("level one");
-  system.runUntilIdle();
   struct Case {
     const char* from;
     std::string to;
@@ -96,7 +120,6 @@ TEST_F(IdentityTest, AReplacedIdTakesItsBearerOutOfTheWay) {
            Case{"bob", "eve", "eve*<bob", "INFO UserId: [bob] renamed to [eve]"},
        }) {
     PLRAnalytics::replace(is.from, is.to);
-    system.runUntilIdle();
     EXPECT_TRUE(logged(is.line)) << is.line;
     EXPECT_EQ(users(), is.users) << is.line;
   }
@@ -108,16 +131,23 @@ TEST_F(IdentityTest, AReplacedIdTakesItsBearerOutOfTheWay) {
 }
 
 TEST_F(IdentityTest, OneAccountForTheDeviceChangesItsNameAndKeepsEverythingElse) {
+  usualStatus.reset();
+  report("of ann");
   PLRAnalytics::setUserId("bob");
-  countUsers(false);
+  configure("", false);
   restart("bob");
   system.advance(1s);
   EXPECT_EQ(users(), "bob*<") << "the others are removed";
+  EXPECT_TRUE(logged("DEBUG Remove inactive users [ann]"));
+  EXPECT_EQ(rows("SELECT count(*) FROM reports WHERE userId NOT IN (SELECT id FROM users)"), "0");
   PLRAnalytics::startProgressionEvent("level one");
   fields("'ss'", {"code"});
   for (const char* name : {"ann", "bob"}) PLRAnalytics::setUserId(name);
   EXPECT_EQ(users(), "bob*<ann\nstarted");
   EXPECT_EQ(fields("'ue','ss','di'", {"code"}), "");
+  restart("eve");
+  EXPECT_EQ(users(), "eve*<bob") << "also at a start";
+  restart("bob");
 
   // A removal that did not come about: nobody loses the active row, and a later answer makes up
   // for it.
@@ -129,43 +159,47 @@ TEST_F(IdentityTest, OneAccountForTheDeviceChangesItsNameAndKeepsEverythingElse)
   PLRAnalytics::replace("left", "bob");
   EXPECT_EQ(users(), "bob*<left");
   rows(leave);
-  countUsers(false);
+  configure("", false);
   restart("bob");
   EXPECT_EQ(users(), "bob*<left");
 }
 
 TEST_F(IdentityTest, TrackingIsSwitchedForEveryKeyAndTellsTheBackend) {
+  const auto accrue = [] {
+    PLRAnalytics::currencyAccrual("gold", 5, "quest", PLRAccrualType::earned);
+  };
   rows("INSERT INTO projects (applicationKey, trackingAvailable) VALUES ('other', 1)");
-  countUsers(true);
-  system.http().setLatency(2s);
+  configure();
   restart("ann");
-  PLRHost::didEnterBackground();
-  system.advance(30s);
-  EXPECT_GT(system.pendingTimers(), 0U) << "begun by the configuration";
+  system.advance(5s);
   report("pending");
-  PLRAnalytics::currencyAccrual("gold", 5, "quest", PLRAccrualType::earned);
+  accrue();
+  fields("'ce'", {"code"});
+  delivered.clear();
   for (int i = 0; i < 2; ++i) PLRAnalytics::setTrackingAvailability(false);
-  system.advance(30s);
-  EXPECT_EQ(system.pendingTimers(), 0U);
   EXPECT_EQ(timesLogged("INFO Tracking status is already Disable"), 1);
-  PLRAnalytics::currencyAccrual("gold", 5, "quest", PLRAccrualType::earned);
+  EXPECT_EQ(system.pendingTimers(), 0U);
+  accrue();
   PLRUserCard::set("k", 1);
   report("unheard");
+  PLRHost::didBecomeActive();
   system.advance(1h);
+  EXPECT_EQ(deliveredEvents(), (std::vector<std::string>{"ue", "ts"})) << "no timer, no session";
   EXPECT_TRUE(logged("DEBUG Event [ce] not created. Tracking is Disabled"));
   EXPECT_EQ(rows("SELECT trackingAvailable FROM projects"), "0\n0");
   EXPECT_EQ(rows("SELECT (SELECT count(*) FROM currencyAccrualResources), "
                  "(SELECT count(*) FROM levelResource), (SELECT count(*) FROM events)"),
             "0|0|0");
-  EXPECT_EQ(fields("'ts','ca','pl','ce'", {"code", "trackingAllowed"}), "ce|\nts|0");
+  const auto told = [this] {
+    return fields("'ts','ss','ca','pl','ce'", {"code", "trackingAllowed"});
+  };
+  EXPECT_EQ(told(), "ts|0");
 
-  PLRHost::didBecomeActive();
   for (int i = 0; i < 2; ++i) PLRAnalytics::setTrackingAvailability(true);
   report("heard");
   EXPECT_EQ(timesLogged("INFO Tracking status is already Enable"), 1);
   EXPECT_EQ(rows("SELECT trackingAvailable FROM projects"), "1\n1");
-  EXPECT_EQ(fields("'ts','ce'", {"code", "trackingAllowed"}), "ts|1\nts|1\nce|");
-  system.advance(30s);
+  EXPECT_EQ(told(), "ts|1\nss|\nts|1\nce|");
 }
 
 TEST_F(IdentityTest, WhatATrackingSwitchDropsDoesNotLeaveWithTheBatchUnderWay) {

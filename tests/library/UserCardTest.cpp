@@ -24,32 +24,19 @@ class UserCardTest : public TrackingTest {
   /// What has been stored for the backend of the card since the last look.
   std::string told() { return stored("'pl'", "'$.code', '$.timestamp', '$.sessionId', '$.level'"); }
   std::string card(const std::string& column = "json") {
-    system.runUntilIdle();
     return rows("SELECT " + column + " FROM peopleCards ORDER BY id");
   }
   void sent() {
     send();
     told();
   }
-  /// The lines that `action` writes, but for those for developers.
+  /// The lines that `action` leads to, but for those for developers.
   std::string logOf(const Action& action) {
-    system.runUntilIdle();
-    const std::size_t before = log.lines().size();
-    action();
-    system.runUntilIdle();
-    const auto lines = log.lines();
     std::string found;
-    for (std::size_t i = before; i < lines.size(); ++i) {
-      if (lines[i].find("DEBUG") != 0) found += (found.empty() ? "" : "\n") + lines[i];
+    for (const std::string& line : linesOf(action)) {
+      if (!line.starts_with("DEBUG")) found += (found.empty() ? "" : "\n") + line;
     }
     return found;
-  }
-  template <class Answer, class Getter>
-  Answer answerOf(Getter getter) {
-    std::optional<Answer> answer;
-    getter([&](const Answer& given) { answer = given; });
-    system.runUntilIdle();
-    return answer.value();
   }
   std::optional<Card::Value> valueOf(const std::string& key) {
     return answerOf<std::optional<Card::Value>>(
@@ -182,14 +169,12 @@ TEST_F(UserCardTest, KeysAndValuesAreRepairedOrRefused) {
   const Case cases[] = {
       {[] { Card::set("AGE", "old"); }, wrong("old", "age", "Int")},
       {[] { Card::set("Age", 30); }, done("age", "30")},
-      {[] { Card::set("a\u200Dge", "old"); }, wrong("old", "age", "Int")},
       {[] { Card::set("a\x01ge", 31); }, done("age", "31")},
       {[] { Card::set("age", std::numeric_limits<std::uint64_t>::max()); },
        wrong("1.8446744073709552e+19", "age", "Int")},
       {[] { Card::set("gender", 1); }, wrong("1", "gender", "PLRGender")},
       {[] { Card::set("cheater", 1.0); }, wrong("1.0", "cheater", "Bool")},
       {[] { Card::increment("eMail", 1); }, wrong("1", "email", "String")},
-      {[] { Card::increment("cheater", 1); }, wrong("1", "cheater", "Bool")},
       {[] { Card::increment("Age", 1); },
        "INFO [User Card] New value [32] for the key [age] was successfully incremented"},
       {[] { Card::set("bytes", "a\xFF"); }, done("bytes", "a\uFFFD")},

@@ -1,7 +1,5 @@
-#include <atomic>
 #include <functional>
 #include <string>
-#include <thread>
 
 #include "ApplicationLifeCycle.h"
 #include "DeterministicTest.h"
@@ -61,22 +59,6 @@ TEST_F(ApplicationLifeCycleTest, MayEndDuringANotification) {
   repository->setLifeCycleListener(ending);
   postAll();
   EXPECT_EQ(ending->calls, "active ");
-}
-
-TEST_F(ApplicationLifeCycleTest, ObserversMayComeAndGoOnOtherThreadsMeanwhile) {
-  std::atomic<int> heard{0};
-  std::atomic<bool> isOver{false};
-  const auto observe = [&] {
-    return system.notifications().observe(ApplicationNotification::willTerminate, [&] { ++heard; });
-  };
-  std::jthread coming([&] {
-    while (!isOver) auto passing = observe();
-  });
-  const auto staying = observe();
-  for (int i = 0; i < 500; ++i) postAll();
-  isOver = true;
-  coming.join();
-  EXPECT_GE(heard, 500);
 }
 
 }  // namespace

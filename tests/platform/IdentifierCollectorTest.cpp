@@ -99,37 +99,30 @@ TEST_F(IdentifierCollectorTest, TheRandomIdentifierOutlivesChangesAndLostWrites)
 }
 
 TEST_F(IdentifierCollectorTest, ClearingRemovesThisApplicationsIdentifiers) {
+  const Stored others = {{"other-plr_v2_current_id", "x"}, {"plr_idfa", "left"}};
+  values->byAccount = others;
   for (const char* name : {"plr_v2_current_id", "plr_v2_prev_id", "plr_v2_customUdid"}) {
-    for (const char* prefix : {"", "game-", "other-"})
-      values->byAccount[std::string(prefix) + name] = "x";
+    for (const char* prefix : {"", "game-"}) values->byAccount[std::string(prefix) + name] = "x";
   }
-  values->byAccount["plr_idfa"] = "left";
   IdentifierCollector::clearKeychain(host, keychain);
-  EXPECT_EQ(values->byAccount, (Stored{{"other-plr_v2_current_id", "x"},
-                                       {"other-plr_v2_prev_id", "x"},
-                                       {"other-plr_v2_customUdid", "x"},
-                                       {"plr_idfa", "left"}}));
+  EXPECT_EQ(values->byAccount, others);
 }
 
 TEST_F(IdentifierCollectorTest, TrackingIsAllowedUnlessTheUserSaidNo) {
+  const std::string told = "DEBUG ATTrackingManager trackingAuthorizationStatus equals ";
+  const std::string missing =
+      "WARNING AppTrackingTransparency.framework not included,please add "
+      "'AppTrackingTransparency' dependency";
   const struct {
     std::optional<std::string> version;
     std::optional<int> status;
     bool allowed;
     std::string line;
   } cases[] = {
-      {"14.0.0", 3, true, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [3]"},
-      {"100", 0, true, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [0]"},
-      {"14.0.0", 2, false, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [2]"},
-      {"14.0.0",
-       {},
-       false,
-       "WARNING AppTrackingTransparency.framework not included,please add "
-       "'AppTrackingTransparency' dependency"},
-      {{}, 2, false, "DEBUG ATTrackingManager trackingAuthorizationStatus equals [2]"},
-      {"13.9.9", 2, true, ""},
-      {"no version", 2, true, ""},
-      {{}, {}, true, ""},
+      {"14.0.0", 3, true, told + "[3]"},  {"100", 0, true, told + "[0]"},
+      {"14.0.0", 2, false, told + "[2]"}, {"14.0.0", {}, false, missing},
+      {{}, 2, false, told + "[2]"},       {"13.9.9", 2, true, ""},
+      {"no version", 2, true, ""},        {{}, {}, true, ""},
   };
   description.advertisingIdentifier = "AD";
   for (const auto& c : cases) {

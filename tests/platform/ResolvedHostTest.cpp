@@ -8,26 +8,25 @@ using Languages = std::vector<std::string>;
 using ResolvedHostTest = HostTest;
 
 TEST_F(ResolvedHostTest, TakesLanguageAndRegionFromTheLocale) {
-  struct Case {
+  const struct {
     const char* label;
     std::map<std::string, std::string> environment;
     Languages languages;
     std::optional<std::string> region;
-  };
-  const Case cases[] = {
-      {"nothing set", {}, {}, std::nullopt},
-      {"no territory", {{"LANG", "eo.UTF-8"}}, {"eo"}, std::nullopt},
+  } cases[] = {
+      {"nothing set", {}, {}, {}},
+      {"no territory", {{"LANG", "eo.UTF-8"}}, {"eo"}, {}},
       {"modifier", {{"LANG", "sr_RS@latin"}}, {"sr-RS"}, "RS"},
-      {"C", {{"LANG", "C.UTF-8"}}, {}, std::nullopt},
+      {"C", {{"LANG", "C.UTF-8"}}, {}, {}},
       {"categories differ",
        {{"LANG", "fr_FR"}, {"LC_MESSAGES", "de_AT"}, {"LC_CTYPE", "it_CH"}},
        {"de-AT"},
        "CH"},
       {"LC_ALL wins", {{"LC_ALL", "pt_BR"}, {"LC_MESSAGES", "de_AT"}}, {"pt-BR"}, "BR"},
       {"empty counts as not set", {{"LC_ALL", ""}, {"LANG", "fr_FR"}}, {"fr-FR"}, "FR"},
-      {"not a locale", {{"LANG", "../evil_X"}}, {}, std::nullopt},
+      {"not a locale", {{"LANG", "../evil_X"}}, {}, {}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.label);
     system.values.environment = c.environment;
     EXPECT_EQ(host.preferredLanguages(), c.languages);
@@ -55,10 +54,9 @@ TEST_F(ResolvedHostTest, FindsAPlaceForItsFiles) {
 }
 
 TEST_F(ResolvedHostTest, DerivesAVendorIdentifierThatDoesNotTellTheMachine) {
-  const auto derived = host.vendorIdentifier();
   // Devices are known by it from one version of the library to the next.
-  EXPECT_EQ(derived, "1419B103-86C6-5492-9503-96ACE683E8BC");
-
+  const std::string derived = "1419B103-86C6-5492-9503-96ACE683E8BC";
+  EXPECT_EQ(host.vendorIdentifier(), derived);
   description.bundleIdentifier = "com.example.game";
   const auto ofBundle = host.vendorIdentifier();
   EXPECT_NE(ofBundle, derived);

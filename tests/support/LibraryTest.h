@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <boost/json.hpp>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,8 +21,10 @@ namespace pelorino {
 /// the other, and a real database file in between.
 class LibraryTest : public DeterministicTest {
  protected:
+  static constexpr const char* device = "11111111-2222-3333-4444-555555555555";
+
   LibraryTest() {
-    describe("11111111-2222-3333-4444-555555555555");
+    describe(device);
     PLRHost::setApplicationState(PLRApplicationState::active);
     system.http().setHandler([this](const HttpRequest& request) { return answer(request); });
   }
@@ -31,7 +34,8 @@ class LibraryTest : public DeterministicTest {
     DeterministicTest::TearDown();
   }
 
-  void describe(const std::string& vendorIdentifier) const {
+  void describe(const std::string& vendorIdentifier,
+                std::function<bool()> integrityProbe = {}) const {
     PLRHostDescription host;
     host.applicationName = "game";
     host.applicationVersion = "1.4";
@@ -42,6 +46,7 @@ class LibraryTest : public DeterministicTest {
     host.vendorIdentifier = vendorIdentifier;
     host.preferredLanguages = {"en-GB"};
     host.region = "GB";
+    host.integrityProbe = std::move(integrityProbe);
     PLRHost::describe(host);
   }
 
@@ -69,6 +74,19 @@ class LibraryTest : public DeterministicTest {
   void send() {
     PLRAnalytics::sendBufferedEvents();
     system.runUntilIdle();
+  }
+
+  /// A configuration as the backend sends it, with `more` behind what it must hold.
+  static std::string configurationWith(const std::string& more, bool isCountingUsers = true) {
+    return std::string(R"({"timeForRequest":120000,"countForRequest":10,"eventParamsCount":20,)"
+                       R"("sessionTimeout":600000,"serverTime":1,"aliveTimeout":300000,)"
+                       R"("userCounting":)") +
+           (isCountingUsers ? "true" : "false") + more + "}";
+  }
+  /// From now on the backend sends such a one.
+  void configure(const std::string& more = "", bool isCountingUsers = true) {
+    configuration.answers.clear();
+    configuration.answer(200, configurationWith(more, isCountingUsers));
   }
 
   /// What the backend answers. To reports: the scripted statuses in turn, then `usualStatus`. No
@@ -110,14 +128,21 @@ class LibraryTest : public DeterministicTest {
     return packages;
   }
 
-  /// The same of all delivered requests so far.
+  /// The same of all requests that are delivered by the time nothing is left to do.
   std::vector<std::string> deliveredEvents() const {
+    system.runUntilIdle();
     std::vector<std::string> all;
     for (const auto& request : delivered)
       std::ranges::copy(eventsOf(request), std::back_inserter(all));
     return all;
   }
+  std::ptrdiff_t timesDelivered(const std::string& package) const {
+    return std::ranges::count(deliveredEvents(), package);
+  }
 
+  static bool holds(const HttpRequest& request, const std::string& json) {
+    return request.body->find(json) != std::string::npos;
+  }
   static std::optional<std::string> header(const HttpRequest& request, const std::string& name) {
     for (const auto& [key, value] : request.headers) {
       if (key == name) return value;
@@ -125,12 +150,36 @@ class LibraryTest : public DeterministicTest {
     return std::nullopt;
   }
 
-  std::string rows(const std::string& sql) const { return file.run(sql); }
+  /// What the file holds once nothing is left to do; `file.run` does not wait for that.
+  std::string rows(const std::string& sql) const {
+    system.runUntilIdle();
+    return file.run(sql);
+  }
 
   [[nodiscard]] bool logged(const std::string& line) const { return timesLogged(line) > 0; }
   [[nodiscard]] std::ptrdiff_t timesLogged(const std::string& line) const {
+    system.runUntilIdle();
     const auto lines = log.lines();
     return std::ranges::count(lines, line);
+  }
+
+  /// The lines that an action leads to.
+  std::vector<std::string> linesOf(const std::function<void()>& action) const {
+    system.runUntilIdle();
+    const auto before = static_cast<std::ptrdiff_t>(log.lines().size());
+    action();
+    system.runUntilIdle();
+    auto lines = log.lines();
+    lines.erase(lines.begin(), lines.begin() + before);
+    return lines;
+  }
+  /// What a getter answers.
+  template <class Answer, class Getter>
+  Answer answerOf(Getter getter) const {
+    std::optional<Answer> answer;
+    getter([&](const Answer& given) { answer = given; });
+    system.runUntilIdle();
+    return answer.value();
   }
 
   /// The exchanges of an endpoint other than that of reports: its answers in turn, the last for

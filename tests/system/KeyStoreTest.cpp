@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -91,11 +92,7 @@ TEST_F(KeyStoreTest, WritersDoNotLoseEachOthersValues) {
   };
   // The lock is of the opened file, not of the process: threads meet it like processes.
   { const std::jthread a(write, "a"), b(write, "b"), c(write, "c"); }
-  for (int i = 0; i < each; ++i) {
-    for (const std::string name : {"a", "b", "c"}) {
-      EXPECT_EQ(store_.get(name + std::to_string(i)), name);
-    }
-  }
+  EXPECT_EQ(std::ranges::count(contentOf(path_), '='), 3 * each);
 }
 
 }  // namespace

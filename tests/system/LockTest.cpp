@@ -17,7 +17,7 @@ bool isFree(const std::string& path) {
   return std::system(("flock --nonblock '" + path + "' true").c_str()) == 0;
 }
 
-TEST(FileLock, KeepsOtherProcessesOutUntilThisOneNeedsItNoMore) {
+TEST(FileLock, KeepsOthersOutUntilThisProcessNeedsItNoMoreAndAForkedChildHasNone) {
   const TemporaryFolder folder;
   const std::string path = folder.file("a lock");
   ProcessLocks locks;
@@ -27,11 +27,18 @@ TEST(FileLock, KeepsOtherProcessesOutUntilThisOneNeedsItNoMore) {
   struct stat found {};
   ASSERT_EQ(::stat(path.c_str(), &found), 0);
   EXPECT_EQ(found.st_mode & 0777U, 0600U);
-  EXPECT_FALSE(isFree(path));
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::pause();
+    ::_exit(0);
+  }
+  EXPECT_FALSE(isFree(path)) << "a fork must not unlock it";
   first.reset();
   EXPECT_FALSE(isFree(path));
   second.reset();
-  EXPECT_TRUE(isFree(path));
+  EXPECT_TRUE(isFree(path)) << "the child holds it";
+  ::kill(child, SIGKILL);
+  ::waitpid(child, nullptr, 0);
 }
 
 TEST(FileLock, IsRefusedWhileAnotherProcessHasIt) {
@@ -49,24 +56,6 @@ TEST(FileLock, IsRefusedWhileAnotherProcessHasIt) {
   ASSERT_TRUE(other.waitForExit());
   EXPECT_TRUE(locks.lock(path).lock);
   EXPECT_EQ(locks.lock(folder.file("no folder/lock")).failure, "No such file or directory");
-}
-
-TEST(FileLock, IsNotInheritedByAForkedChild) {
-  const TemporaryFolder folder;
-  const std::string path = folder.file("lock");
-  ProcessLocks locks;
-  auto lock = locks.lock(path).lock;
-  ASSERT_TRUE(lock);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::pause();
-    ::_exit(0);
-  }
-  EXPECT_FALSE(isFree(path)) << "a fork must not unlock it either";
-  lock.reset();
-  EXPECT_TRUE(isFree(path)) << "the child holds it";
-  ::kill(child, SIGKILL);
-  ::waitpid(child, nullptr, 0);
 }
 
 }  // namespace

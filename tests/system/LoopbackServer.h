@@ -32,14 +32,15 @@ class SilentServer {
   SilentServer(const SilentServer&) = delete;
   SilentServer& operator=(const SilentServer&) = delete;
 
-  [[nodiscard]] int socket() const { return socket_; }
   [[nodiscard]] std::string port() const { return std::to_string(port_); }
   [[nodiscard]] std::string url(const std::string& path) const {
     return "http://127.0.0.1:" + port() + path;
   }
 
+ protected:
+  const int socket_;
+
  private:
-  int socket_;
   std::uint16_t port_ = 0;
 };
 
@@ -53,7 +54,7 @@ class LoopbackServer : public SilentServer {
   /// The requests as they came. Ends the server, after the client is done.
   std::vector<std::string> requests() {
     if (thread_.joinable()) {
-      ::shutdown(socket(), SHUT_RDWR);
+      ::shutdown(socket_, SHUT_RDWR);
       ::shutdown(connection_, SHUT_RDWR);
       thread_.join();
     }
@@ -65,7 +66,7 @@ class LoopbackServer : public SilentServer {
  private:
   void serve() {
     for (;;) {
-      const int connection = ::accept4(socket(), nullptr, nullptr, SOCK_CLOEXEC);
+      const int connection = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
       if (connection < 0) return;
       connection_ = connection;
       ++connections_;
@@ -84,18 +85,15 @@ class LoopbackServer : public SilentServer {
       if (count <= 0) return false;
       request.append(buffer, static_cast<std::size_t>(count));
       const std::size_t head = request.find("\r\n\r\n");
-      if (head != std::string::npos) wanted = head + 4 + bodySize(request);
+      const std::size_t size = request.find("Content-Length: ");
+      if (head == std::string::npos) continue;
+      wanted = head + 4 + (size < head ? std::stoul(request.substr(size + 16)) : 0);
     }
     requests_.push_back(request);
     if (requests_.size() > answers_.size()) return false;
     const std::string& answer = answers_[requests_.size() - 1];  // A blocking send() takes it all.
     return ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL) > 0 &&
            answer.find("Connection: close") == std::string::npos;
-  }
-
-  static std::size_t bodySize(const std::string& request) {
-    const std::size_t at = request.find("Content-Length: ");
-    return at == std::string::npos ? 0 : std::stoul(request.substr(at + 16));
   }
 
   const std::vector<std::string> answers_;

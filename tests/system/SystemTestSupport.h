@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <future>
 #include <string>
 #include <thread>
 
@@ -33,16 +32,5 @@ inline int threadsNamed(const std::string& name) {
   }
   return count;
 }
-
-/// Something that one thread waits for and another announces, once.
-class Event {
- public:
-  void set() { promise_.set_value(); }
-  bool wait() { return future_.wait_for(patience) == std::future_status::ready; }
-
- private:
-  std::promise<void> promise_;
-  std::future<void> future_ = promise_.get_future();
-};
 
 }  // namespace pelorino

@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
-
 #include "MainThread.h"
 #include "RealExecutor.h"
+#include "RealSemaphore.h"
 #include "SystemTestSupport.h"
 #include "TimerSchedule.h"
 
@@ -31,9 +30,7 @@ class Timetable {
 
   /// The names of the timers that tick at the next wake-up, after the time of it.
   std::string nextWakeUp() {
-    const auto wakeUp = schedule_.nextWakeUp();
-    if (!wakeUp) return "none";
-    const auto at = std::chrono::duration_cast<milliseconds>(*wakeUp - start_);
+    const auto at = std::chrono::duration_cast<milliseconds>(*schedule_.nextWakeUp() - start_);
     return std::to_string(at.count()) + " " + ticksAt(at);
   }
 
@@ -77,19 +74,17 @@ TEST(TimerSchedule, StaysInPhaseMakesOneTickOfThoseItMissedAndHonoursACancel) {
 TEST(MainThread, ATimerMayCancelItselfAndAnEarlierOneOvertakesALaterOne) {
   MainThread main(std::make_shared<ExceptionOutlet>());
   const auto late = main.startTimer(1h, 1h, 0ms, [] {});
-  std::atomic<int> ticks{0};
-  std::unique_ptr<Timer> timer;
-  Event isSet;
-  timer = main.startTimer(1ms, 1ms, 0ms, [&] {
-    isSet.wait();
-    ticks += main.isCurrent() ? 1 : 100;
+  RealSemaphore isSet, ticked;
+  std::unique_ptr<Timer> timer = main.startTimer(1ms, 1ms, 0ms, [&] {
+    EXPECT_TRUE(isSet.wait(patience));
+    EXPECT_TRUE(main.isCurrent());
     timer->cancel();
     timer->cancel();
+    ticked.signal();
   });
-  isSet.set();
-  EXPECT_TRUE(comesTrue([&] { return ticks > 0; }));
-  std::this_thread::sleep_for(20ms);
-  EXPECT_EQ(ticks, 1);
+  isSet.signal();
+  EXPECT_TRUE(ticked.wait(patience));
+  EXPECT_FALSE(ticked.wait(20ms)) << "cancelled";
 }
 
 TEST(MainThread, ReleasingTheLastHandleReleasesTheBlockAndTheThread) {
@@ -107,18 +102,11 @@ TEST(MainThread, ReleasingTheLastHandleReleasesTheBlockAndTheThread) {
 
 TEST(RealExecutor, RunsADelayedBlockOnceAndRaisesShortPeriods) {
   RealExecutor executor;
-  std::atomic<int> once{0};
-  std::atomic<int> often{0};
   const auto semaphore = executor.makeSemaphore();
-  const auto delayed = executor.after(1ms, [&] {
-    ++once;
-    semaphore->signal();
-  });
-  const auto timer = executor.repeat(0ms, 0ms, [&] { ++often; });
+  const auto delayed = executor.after(1ms, [&] { semaphore->signal(); });
+  const auto timer = executor.repeat(0ms, 0ms, [&] { semaphore->signal(); });
   EXPECT_TRUE(semaphore->wait(milliseconds::max()));
   EXPECT_FALSE(semaphore->wait(50ms)) << "one signal ends one wait";
-  EXPECT_EQ(once, 1);
-  EXPECT_EQ(often, 0);
 }
 
 }  // namespace

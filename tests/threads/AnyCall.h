@@ -1,5 +1,6 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <pelorino/PLRAnalytics.h>
 #include <pelorino/PLREngineWrapper.h>
 #include <pelorino/PLREventsRouter.h>
@@ -8,22 +9,16 @@
 
 #include <chrono>
 #include <future>
+#include <map>
 #include <memory>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
-#include "TemporaryFolder.h"
+#include "DatabaseFile.h"
 
 namespace pelorino {
-
-inline void describeHost(const TemporaryFolder& folder) {
-  PLRHostDescription host;
-  host.supportDirectory = folder.file("support");
-  host.keyStoreFile = folder.file("keys");
-  PLRHost::describe(host);
-  PLRAnalytics::setTestProxyUrl("http://127.0.0.1:9");  // Nobody answers there.
-}
 
 /// Returns when everything handed over before has run. A start in the background holds the queue
 /// back until the application becomes active.
@@ -39,6 +34,8 @@ inline void drain() {
 
 /// Every operation that a host can call from any thread, with arguments that are good.
 inline const std::vector<void (*)()>& anyCalls() {
+  static const std::map<std::string, std::int64_t> gold = {{"gold", 5}};
+  static const SKPaymentTransaction bought = {"t", {"product"}, nullptr};
   static const std::vector<void (*)()>& calls = *new std::vector<void (*)()>{
       [] { PLRAnalytics::customEvent("plain"); },
       [] {
@@ -56,25 +53,15 @@ inline const std::vector<void (*)()>& anyCalls() {
       [] { PLRAnalytics::setUserId(""); },
       [] { PLRAnalytics::replace("ann", "bob"); },
       [] { PLRAnalytics::setCurrentLevel(3); },
-      [] {
-        PLRAnalytics::levelUp(4, {{"gold", 5}});
-      },
-      [] {
-        PLRAnalytics::currentBalance({{"gold", 5}});
-      },
-      [] {
-        PLRAnalytics::virtualCurrencyPayment("sword", "weapon", 1, {{"gold", 5}});
-      },
+      [] { PLRAnalytics::levelUp(4, gold); },
+      [] { PLRAnalytics::currentBalance(gold); },
+      [] { PLRAnalytics::virtualCurrencyPayment("sword", "weapon", 1, gold); },
       [] { PLRAnalytics::currencyAccrual("gold", 5, "quest", PLRAccrualType::earned); },
       [] { PLRAnalytics::startProgressionEvent("world"); },
       [] { PLRAnalytics::finishProgressionEvent("world", {}); },
       [] { PLRAnalytics::realCurrencyPayment("order", 4.99, "product", "USD"); },
-      [] {
-        PLRAnalytics::subscriptionHistory({{"t", {"product"}, nullptr}});
-      },
-      [] {
-        PLRAnalytics::subscriptionPayment({"t", {"product"}, nullptr}, {});
-      },
+      [] { PLRAnalytics::subscriptionHistory({bought}); },
+      [] { PLRAnalytics::subscriptionPayment(bought, {}); },
       [] { PLRAnalytics::socialNetworkConnect(PLRSocialNetwork::facebook()); },
       [] { PLRAnalytics::socialNetworkPost(PLRSocialNetwork::twitter(), "reason"); },
       [] { PLRAnalytics::tutorial(-1); },
@@ -114,8 +101,44 @@ inline const std::vector<void (*)()>& anyCalls() {
   return calls;
 }
 
-inline void callSomething(std::mt19937& random) {
-  anyCalls()[random() % anyCalls().size()]();
-}
+/// Threads that call whatever there is, much faster than the work can be done: now and then each
+/// waits for it.
+class Callers {
+ public:
+  explicit Callers(unsigned count) {
+    for (unsigned seed = 0; seed < count; ++seed) {
+      threads_.emplace_back([seed](const std::stop_token& isOver) {
+        std::mt19937 random(seed);
+        while (!isOver.stop_requested()) {
+          for (int i = 0; i < 50; ++i) anyCalls()[random() % anyCalls().size()]();
+          drain();
+        }
+      });
+    }
+  }
+
+ private:
+  std::vector<std::jthread> threads_;
+};
+
+/// An application whose backend does not answer.
+class AnyCallTest : public ::testing::Test {
+ protected:
+  AnyCallTest() {
+    PLRHostDescription host;
+    host.supportDirectory = file_.support();
+    host.keyStoreFile = file_.support() + ".keys";
+    PLRHost::describe(host);
+    PLRAnalytics::setTestProxyUrl("http://127.0.0.1:9");
+  }
+
+  static void end() {
+    PLREngineWrapper::destroySDK();
+    drain();
+    PLREngineWrapper::setEngineLoggerMessageClosure({});
+  }
+
+  DatabaseFile file_;
+};
 
 }  // namespace pelorino

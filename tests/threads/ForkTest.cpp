@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -6,10 +5,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <thread>
 
 #include "AnyCall.h"
-#include "DatabaseFile.h"
 
 namespace {
 
@@ -28,7 +25,6 @@ namespace {
 
 constexpr int wantedCode = 7;
 constexpr int hasThreads = 8;
-constexpr int isLogged = 9;
 
 /// The code, or the number of the signal that ended it negated.
 int codeOf(pid_t child) {
@@ -55,55 +51,35 @@ std::ptrdiff_t threadsOfThisProcess() {
   ::_exit(wantedCode);
 }
 
+class Fork : public AnyCallTest {};
+
 /// First of all tests: the library has not been used before.
-TEST(Fork, BeforeTheLibraryHasStartedGivesAChildThatCanStartIt) {
-  const TemporaryFolder folder;
-  describeHost(folder);
+TEST_F(Fork, BeforeTheLibraryHasStartedGivesAChildThatCanStartIt) {
   const pid_t child = ::fork();
   if (child == 0) {
     ::alarm(20);
     PLRAnalytics::initialize("key");
     drain();
-    const bool isStarted = std::filesystem::exists(folder.file("support/pelorino/pelorino.db"));
-    ::_exit(isStarted ? wantedCode : EXIT_FAILURE);
+    ::_exit(std::filesystem::exists(file_.path()) ? wantedCode : EXIT_FAILURE);
   }
   EXPECT_EQ(codeOf(child), wantedCode);
 }
 
-TEST(Fork, AtAnyMomentGivesAChildThatIsLeftInPeace) {
-  const TemporaryFolder folder;
-  describeHost(folder);
+TEST_F(Fork, AtAnyMomentGivesAChildThatIsLeftInPeace) {
   PLRAnalytics::initialize("key");
   static_cast<void>(anyCalls());  // A child could find it half made, by a thread that it has not.
-  std::atomic<bool> isOver = false;
-  std::vector<std::thread> threads;
-  for (unsigned seed = 0; seed < 4; ++seed) {
-    threads.emplace_back([seed, &isOver] {
-      std::mt19937 random(seed);
-      while (!isOver) {
-        for (int i = 0; i < 50; ++i) callSomething(random);
-        drain();
-      }
-    });
+  {
+    const Callers callers(4);
+    for (int round = 0; round < 30; ++round) {
+      const pid_t child = ::fork();
+      if (child == 0) runOn(round);
+      EXPECT_EQ(codeOf(child), wantedCode) << "round " << round;
+    }
   }
-  for (int round = 0; round < 30; ++round) {
-    const pid_t child = ::fork();
-    if (child == 0) runOn(round);
-    EXPECT_EQ(codeOf(child), wantedCode) << "round " << round;
-  }
-  isOver = true;
-  for (auto& thread : threads) thread.join();
-  PLREngineWrapper::destroySDK();
-  drain();
+  end();
 }
 
-TEST(Fork, OnAThreadOfTheLibraryNeitherStoresNorGoesOn) {
-  const DatabaseFile file;
-  PLRHostDescription host;
-  host.supportDirectory = file.support();
-  host.keyStoreFile = file.support() + ".keys";
-  PLRHost::describe(host);
-  PLRAnalytics::setTestProxyUrl("http://127.0.0.1:9");
+TEST_F(Fork, OnAThreadOfTheLibraryNeitherStoresNorGoesOn) {
   PLRAnalytics::setLogLevel(PLRLogLevel::debug);
   std::atomic<int> code = EXIT_FAILURE;
   PLREngineWrapper::setEngineLoggerMessageClosure([&](PLRLogLevel, const std::string& line) {
@@ -116,18 +92,14 @@ TEST(Fork, OnAThreadOfTheLibraryNeitherStoresNorGoesOn) {
   PLRAnalytics::customEvent("forks");
   PLRAnalytics::customEvent("after");
   drain();
-  PLREngineWrapper::setEngineLoggerMessageClosure({});
-  PLREngineWrapper::destroySDK();
-  drain();
+  end();
   EXPECT_EQ(code, EXIT_SUCCESS);
-  EXPECT_EQ(file.run("SELECT count(*) FROM (SELECT eventJson AS j FROM events UNION ALL "
-                     "SELECT packagesJson FROM reports) WHERE j LIKE '%after%'"),
+  EXPECT_EQ(file_.run("SELECT count(*) FROM (SELECT eventJson AS j FROM events UNION ALL "
+                      "SELECT packagesJson FROM reports) WHERE j LIKE '%after%'"),
             "1");
 }
 
-TEST(Fork, IsToldOfOnce) {
-  const TemporaryFolder folder;
-  describeHost(folder);
+TEST_F(Fork, IsToldOfOnce) {
   static int lines = 0;
   PLREngineWrapper::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string& line) {
     if (line == "ERROR The library does not work in a forked process; calls are refused") ++lines;
@@ -136,15 +108,12 @@ TEST(Fork, IsToldOfOnce) {
   drain();
   const pid_t child = ::fork();
   if (child == 0) {
-    PLRAnalytics::customEvent("refused");
-    PLRAnalytics::customEvent("refused");
-    ::_exit(lines == 1 ? isLogged : EXIT_FAILURE);
+    for (int i = 0; i < 2; ++i) PLRAnalytics::customEvent("refused");
+    ::_exit(lines == 1 ? wantedCode : EXIT_FAILURE);
   }
-  EXPECT_EQ(codeOf(child), isLogged);
+  EXPECT_EQ(codeOf(child), wantedCode);
   EXPECT_EQ(lines, 0);
-  PLREngineWrapper::setEngineLoggerMessageClosure({});
-  PLREngineWrapper::destroySDK();
-  drain();
+  end();
 }
 
 }  // namespace

@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <atomic>
 #include <cstdlib>
-#include <thread>
 
 #include "AnyCall.h"
 
@@ -15,34 +11,21 @@ std::chrono::seconds duration() {
   return std::chrono::seconds(told ? std::atoi(told) : 1);
 }
 
-TEST(Threads, MayAllCallAtOnceWhileTheLibraryComesAndGoes) {
-  const TemporaryFolder folder;
-  describeHost(folder);
+class Threads : public AnyCallTest {};
+
+TEST_F(Threads, MayAllCallAtOnceWhileTheLibraryComesAndGoes) {
   PLRAnalytics::initialize("key");
-  std::atomic<bool> isOver = false;
-  std::vector<std::thread> threads;
-  for (unsigned seed = 0; seed < 16; ++seed) {
-    threads.emplace_back([seed, &isOver] {
-      std::mt19937 random(seed);
-      // Much faster than the work can be done: now and then a thread waits for it.
-      while (!isOver) {
-        for (int i = 0; i < 50; ++i) callSomething(random);
-        drain();
-      }
-    });
-  }
-  const auto end = std::chrono::steady_clock::now() + duration();
   int rounds = 0;
-  for (; rounds < 3 || std::chrono::steady_clock::now() < end; ++rounds) {
-    PLREngineWrapper::destroySDK();
-    PLRAnalytics::initialize("key");
-    drain();
+  {
+    const Callers callers(16);
+    const auto over = std::chrono::steady_clock::now() + duration();
+    for (; rounds < 3 || std::chrono::steady_clock::now() < over; ++rounds) {
+      PLREngineWrapper::destroySDK();
+      PLRAnalytics::initialize("key");
+      drain();
+    }
   }
-  isOver = true;
-  for (auto& thread : threads) thread.join();
-  PLREngineWrapper::destroySDK();
-  drain();
-  PLREngineWrapper::setEngineLoggerMessageClosure({});
+  end();
   EXPECT_FALSE(PLREventsRouter::isAnalyticsInited());
   RecordProperty("rounds", rounds);
 }
