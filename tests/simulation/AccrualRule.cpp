@@ -1,8 +1,8 @@
-#include "AccrualRule.h"
-
 #include <algorithm>
 #include <limits>
 #include <utility>
+
+#include "Rules.h"
 
 namespace pelorino {
 namespace {
@@ -44,29 +44,26 @@ AccrualRule::Sum AccrualRule::sumOf(const Row& row) {
 void AccrualRule::onRecord(const Record& record, View& view) {
   if (!isWrite(record)) return;
   // The event may have been the last that a report needed.
-  if (record.text(1) == "reports" || (record.text(0) == "DELETE" && record.text(1) == "events")) {
-    return;
-  }
-  const bool isDeletion = record.text(0) == "DELETE" && record.text(1) == table;
-  if (std::exchange(isDeletionDue_, false) && !isDeletion) {
-    view.fail("sums have been reported and are not deleted");
-  }
+  const bool isDelete = record.text(0) == "DELETE";
+  if (record.text(1) == "reports" || (isDelete && record.text(1) == "events")) return;
+  const bool isDeletion = isDelete && record.text(1) == table;
+  view.failIf(std::exchange(isDeletionDue_, false) && !isDeletion,
+              "sums have been reported and are not deleted");
 }
 
 void AccrualRule::onStatement(const StatementRecord& statement, bool isKept, View& view) {
   if (view.isInDoubt("*")) isUnknown_ = true;
   if (statement.is("INSERT", "events")) {
     for (const Change& change : statement.changes) {
-      if (change.row[1] == "ca") {
-        if (isKept) report(statement, view);
-        flushed_ = integer(change.row[2]);
-        isDeletionDue_ = true;
-      }
+      if (change.row[1] != "ca") continue;
+      if (isKept) report(statement, view);
+      flushed_ = integer(change.row[2]);
+      isDeletionDue_ = true;
     }
-  }
-  if (!isKept && statement.is("INSERT", "events") && statement.changes.empty()) {
-    isUnknown_ = true;  // It may have been such an event.
-    flushed_ = -1;
+    if (!isKept && statement.changes.empty()) {
+      isUnknown_ = true;  // It may have been such an event.
+      flushed_ = -1;
+    }
   }
   if (statement.table != table) return;
   statement.verb == "DELETE" ? remove(statement, isKept, view) : add(statement, isKept, view);
@@ -83,17 +80,15 @@ void AccrualRule::add(const StatementRecord& statement, bool isKept, View& view)
       const Sum& sum = sums_[change.key] = sumOf(change.row);
       credited_ += amount;
       const Row& given = view.call->arguments;
-      if (sum.kind != *given[3] + "|" + *given[2] + "|" + *given[0] || sum.amount != amount) {
-        view.fail("a new sum is not what the host has credited");
-      }
-      if (sum.user != view.activeUser() && !view.isInDoubt("projects")) {
-        view.fail("a credit goes to another user than the active one");
-      }
+      const std::string kind = *given[3] + "|" + *given[2] + "|" + *given[0];
+      view.failIf(sum.kind != kind || sum.amount != amount,
+                  "a new sum is not what the host has credited");
+      view.failIf(sum.user != view.activeUser() && !view.isInDoubt("projects"),
+                  "a credit goes to another user than the active one");
       for (const auto& [key, other] : sums_) {
         const bool isSame = other.user == sum.user && other.kind == sum.kind && key != change.key;
-        if (isSame && !other.isForgotten && !view.isInDoubt("*")) {
-          view.fail("there are two sums of the same kind");
-        }
+        view.failIf(isSame && !other.isForgotten && !view.isInDoubt("*"),
+                    "there are two sums of the same kind");
       }
     }
   }
@@ -103,9 +98,8 @@ void AccrualRule::addAmount(Sum& sum, const Change& change, bool isKept, View& v
   const std::int64_t before = sum.amount;
   sum.amount = limited(before + std::stoll(*view.call->arguments[1]));
   credited_ += sum.amount - before;
-  if (isKept && sumOf(change.row).amount != sum.amount && !isUnknown_) {
-    view.fail("a sum is not what it was and what the host has credited");
-  }
+  view.failIf(isKept && sumOf(change.row).amount != sum.amount && !isUnknown_,
+              "a sum is not what it was and what the host has credited");
 }
 
 void AccrualRule::report(const StatementRecord& statement, View& view) {
@@ -114,19 +108,24 @@ void AccrualRule::report(const StatementRecord& statement, View& view) {
   for (auto& [key, sum] : sums_) {
     if (sum.user != integer(row[2]) || sum.isForgotten) continue;
     std::int64_t& amount = expected[sum.kind];
-    amount = limited(amount + sum.amount);
+    // Two sums of one kind are there after a deletion that failed.
+    const std::int64_t before = std::exchange(amount, limited(amount + sum.amount));
+    dropped_ += before + sum.amount - amount;
     sum.isReported = true;
   }
   const auto amounts = amountsOf(boost::json::parse(*row[3]).as_object());
   for (const auto& [kind, amount] : amounts) reported_ += amount;
-  if (amounts != expected && !isUnknown_) view.fail("a report of sums does not hold what they are");
+  view.failIf(amounts != expected && !isUnknown_, "a report of sums does not hold what they are");
 }
 
 void AccrualRule::remove(const StatementRecord& statement, bool isKept, View& view) {
   isDeletionDue_ = false;
-  const RowKey flushed = std::exchange(flushed_, 0);
+  RowKey flushed = std::exchange(flushed_, 0);
   if (!isKept) {
-    // For whom it was meant is not known when nothing was to be reported, or no row was reached.
+    // Where all events are excluded, no event tells whose sums are to go: the first of them does.
+    if (flushed == 0 && !statement.changes.empty()) {
+      flushed = sums_[statement.changes.front().key].user;
+    }
     if (flushed == 0 || view.isInDoubt("users")) isUnknown_ = true;
     for (auto& [key, sum] : sums_) {
       const bool isMeant = sum.user == flushed || flushed == -1;
@@ -140,7 +139,7 @@ void AccrualRule::remove(const StatementRecord& statement, bool isKept, View& vi
                        view.isEverythingExcluded() || view.isTrackingGoingOff() ||
                        !view.isTracking() || view.isInDoubt("projects") ||
                        !view.tables.has("users", sum.user);
-    if (!mayGo) view.fail("sums are deleted without having been reported");
+    view.failIf(!mayGo, "sums are deleted without having been reported");
     if (!sum.isReported) dropped_ += sum.amount;
     sums_.erase(change.key);
   }

@@ -1,6 +1,6 @@
-#include "ActivityRule.h"
-
 #include <utility>
+
+#include "Rules.h"
 
 namespace pelorino {
 
@@ -17,7 +17,7 @@ void ActivityRule::onRecord(const Record& record, View& view) {
   }
   if (isWrite(record)) checkDue(record, view);
   if (record.kind == Kind::rest) {
-    if (due_ != Due::nothing && !view.isInDoubt("*")) view.fail("a session is due at rest");
+    view.failIf(due_ != Due::nothing && !view.isInDoubt("*"), "a session is due at rest");
     checkTimers(record, view);
   }
 }
@@ -27,7 +27,7 @@ void ActivityRule::beginActivity(const View& view) {
   const Row* user = view.tables.find("users", view.activeUser());
   if (user == nullptr || view.isInDoubt("users") || view.isInDoubt("projects")) return;
   const Cell& seen = (*user)[7];
-  const std::int64_t timeout = view.configuration().at("sessionTimeout").as_int64();
+  const std::int64_t timeout = view.configured("/sessionTimeout").value().as_int64();
   if (seen && view.time - integer(seen) <= timeout) return;
   due_ = Due::session;
   openedAt_ = view.time;
@@ -35,9 +35,8 @@ void ActivityRule::beginActivity(const View& view) {
 
 void ActivityRule::checkDue(const Record& statement, View& view) {
   const std::string what = statement.text(0) + " " + statement.text(1);
-  if (due_ == Due::session && what != "UPDATE users") {
-    view.fail("a session does not open although the user was away for too long");
-  }
+  view.failIf(due_ == Due::session && what != "UPDATE users",
+              "a session does not open although the user was away for too long");
   if (due_ == Due::firstEvent && what != "INSERT events") {
     view.fail("a session opens without an event");
     due_ = Due::nothing;
@@ -51,9 +50,8 @@ void ActivityRule::onStatement(const StatementRecord& statement, bool isKept, Vi
     if (due_ == Due::session && statement.is("UPDATE", "users")) due_ = Due::nothing;
     return;
   }
-  if (isFirstEvent && statement.changes.front().row[1] != "ss") {
-    view.fail("a session opens without its event");
-  }
+  view.failIf(isFirstEvent && statement.changes.front().row[1] != "ss",
+              "a session opens without its event");
   const bool isAddition = statement.verb == "INSERT" || statement.verb == "UPDATE";
   const bool isOfTracking = statement.table == "events" || statement.table == "levelResource" ||
                             statement.table == "currencyAccrualResources";
@@ -71,8 +69,8 @@ void ActivityRule::changeUsers(const StatementRecord& statement, View& view) {
       const bool isInTheWay = view.call && view.call->name == "replace" && before != nullptr &&
                               (*before)[4] == view.call->arguments.at(1);
       const bool isInactive = areUsersMerged_ && change.key != view.activeUser();
-      if (!isInTheWay && !isInactive && !view.isInDoubt("projects"))
-        view.fail("a user is removed without a reason");
+      view.failIf(!isInTheWay && !isInactive && !view.isInDoubt("projects"),
+                  "a user is removed without a reason");
     }
     if (change.verb != "UPDATE" || before == nullptr) continue;
     // Where the clock was set back, a session may get the name of the one before.
@@ -88,7 +86,7 @@ void ActivityRule::changeUsers(const StatementRecord& statement, View& view) {
 void ActivityRule::changeProject(const StatementRecord& statement, View& view) {
   View after = view;
   for (const Change& change : statement.changes) after.tables.apply(change);
-  areUsersMerged_ = !after.configuration().at("userCounting").as_bool();
+  areUsersMerged_ = !after.configured("/userCounting").value().as_bool();
   if (!after.isTracking()) isRunning_ = false;
 }
 

@@ -1,17 +1,21 @@
-#include "CallRule.h"
+#include <string_view>
+#include <utility>
 
-#include <map>
+#include "Rules.h"
 
 namespace pelorino {
 namespace {
 
-/// Calls that leave one event each, whatever was before, and its code.
-const std::map<std::string, std::string>& codes() {
-  static const auto& made = *new std::map<std::string, std::string>{
+/// The code of the event that each such call leaves, whatever was before; none for other calls.
+std::string_view codeOf(const std::string& call) {
+  constexpr std::pair<std::string_view, std::string_view> codes[] = {
       {"customEvent", "ce"},          {"levelUp", "lu"},        {"virtualCurrencyPayment", "vp"},
       {"socialNetworkConnect", "sc"}, {"adImpression", "adrv"},
   };
-  return made;
+  for (const auto& [name, code] : codes) {
+    if (name == call) return code;
+  }
+  return {};
 }
 
 constexpr const char* credit = "currencyAccrual";
@@ -23,8 +27,8 @@ bool CallRule::mustBeStored(const View& view) {
   if (!view.call || view.isInDoubt("projects") || view.isInDoubt("users")) return false;
   if (!view.isTracking() || !view.areExclusionsKnown) return false;
   if (view.call->name == credit) return !view.isExcluded("ca", *view.call->arguments.at(2));
-  const auto code = codes().find(view.call->name);
-  if (code == codes().end() || view.isExcluded(code->second)) return false;
+  const std::string_view code = codeOf(view.call->name);
+  if (code.empty() || view.isExcluded(code)) return false;
   const Row* user = view.tables.find("users", view.activeUser());
   return !view.isEverythingExcluded() && user != nullptr && (*user)[3];
 }
@@ -39,26 +43,24 @@ void CallRule::onRecord(const Record& record, View& view) {
       record.text(0).ends_with("method an error has occurred: The SDK is not initialized yet!")) {
     isDemanded_ = false;
   }
-  if (record.kind == Kind::callEnds && isDemanded_ && mustBeStored(view)) finish(view);
+  if (record.kind == Kind::callEnds && isDemanded_ && mustBeStored(view)) {
+    const bool isRefused = found_ == 0 && view.isErrorLogged;
+    view.failIf(found_ != 1 && !isRefused, "the call " + view.call->number + " of " +
+                                               view.call->name + " has left " +
+                                               std::to_string(found_) + " traces");
+  }
 }
 
 void CallRule::onStatement(const StatementRecord& statement, bool isKept, View& view) {
   if (!view.call || !isKept || statement.verb == "DELETE") return;
-  const bool isCredit = view.call->name == credit;
-  if (isCredit && statement.table == sums) ++found_;
-  const auto code = codes().find(view.call->name);
-  if (code == codes().end() || !statement.is("INSERT", "events")) return;
+  if (view.call->name == credit && statement.table == sums) ++found_;
+  if (!statement.is("INSERT", "events")) return;
   const Row& row = statement.changes.front().row;
-  if (row[1] != code->second) return;
-  if (code->second != "ce" ||
-      row[3]->find("\"" + *view.call->arguments.at(0) + "\"") != std::string::npos)
+  const std::string_view code = codeOf(view.call->name);
+  if (code.empty() || row[1] != code) return;
+  if (code != "ce" || row[3]->find('"' + *view.call->arguments.at(0) + '"') != std::string::npos) {
     ++found_;
-}
-
-void CallRule::finish(const View& view) {
-  if (found_ == 1 || (found_ == 0 && view.isErrorLogged)) return;
-  view.fail("the call " + view.call->number + " of " + view.call->name + " has left " +
-            std::to_string(found_) + " traces");
+  }
 }
 
 }  // namespace pelorino

@@ -1,7 +1,8 @@
-#include "DeliveryRule.h"
-
 #include <algorithm>
+#include <set>
 #include <utility>
+
+#include "Rules.h"
 
 namespace pelorino {
 namespace {
@@ -28,10 +29,6 @@ bool isUser(RowKey user, const View& view) {
   return view.tables.has("users", user) && !view.isInDoubt("users");
 }
 
-std::string numbered(const char* what, RowKey key) {
-  return std::string(what) + " " + std::to_string(key);
-}
-
 }  // namespace
 
 void DeliveryRule::onRecord(const Record& record, View& view) {
@@ -47,10 +44,9 @@ void DeliveryRule::onRecord(const Record& record, View& view) {
     }
     if (line.starts_with("INFO Send buffered events for user [")) beginBatch();
   }
-  if (isWrite(record) && std::exchange(isDeletionDue_, false) &&
-      (record.text(0) != "DELETE" || record.text(1) != "events")) {
-    view.fail("packed events are not deleted after their report was stored");
-  }
+  const bool isDue = isWrite(record) && std::exchange(isDeletionDue_, false);
+  view.failIf(isDue && (record.text(0) != "DELETE" || record.text(1) != "events"),
+              "packed events are not deleted after their report was stored");
   if (record.kind == Kind::callEnds && view.call && view.call->name == "sendBufferedEvents") {
     lastTrigger_ = moment_;
   }
@@ -87,7 +83,7 @@ void DeliveryRule::storeEvents(const StatementRecord& statement, View& view) {
     event.user = integer(change.row[2]);
     event.stored = moment_;
     event.json = canonical(json::parse(change.row[3].value_or("")));
-    if (!view.tables.has("users", event.user)) view.fail("an event of no known user is stored");
+    view.failIf(!view.tables.has("users", event.user), "an event of no known user is stored");
   }
 }
 
@@ -107,10 +103,9 @@ void DeliveryRule::deleteEvents(const StatementRecord& statement, bool isKept, V
   for (const Change& change : statement.changes) {
     StoredEvent& event = events_[change.key];
     if (event.report != 0 && !reports_[event.report].isGone) continue;
-    if (view.isInDoubt("*") && passOnPacking(change.key)) continue;
-    if (!view.isTrackingGoingOff() && isUser(event.user, view)) {
-      view.fail(numbered("a stored event is deleted without having been packed:", change.key));
-    }
+    const bool mayGo = view.isTrackingGoingOff() || !isUser(event.user, view);
+    if (!mayGo && view.isInDoubt("*") && passOnPacking(change.key)) continue;
+    view.failIf(!mayGo, "a stored event is deleted without having been packed:", change.key);
     event.isDropped = true;
   }
 }
@@ -151,20 +146,17 @@ void DeliveryRule::storeReports(const StatementRecord& statement, View& view) {
         event.report = change.key;
         report.events.push_back(key);
         ++next;
-      } else if (!view.isInDoubt("*")) {
-        view.fail(numbered("a report leaves out or repeats event", key));
+      } else {
+        view.failIf(!view.isInDoubt("*"), "a report leaves out or repeats event", key);
       }
     }
-    if (next != texts.size())
-      view.fail("a report holds events that are not stored, or not in order");
+    view.failIf(next != texts.size(), "a report holds events that are not stored, or not in order");
 
-    const auto config = view.configuration();
-    const auto* count = config.if_contains("countForRequest");
-    if (count != nullptr && !view.isInDoubt("projects")) {
+    const auto count = view.configured("/countForRequest");
+    if (count && !view.isInDoubt("projects")) {
       const auto limit = static_cast<std::size_t>(std::max<std::int64_t>(1, count->as_int64()));
-      if (packages.size() != (texts.size() + limit - 1) / limit) {
-        view.fail("a report has another number of packages than the configuration says");
-      }
+      view.failIf(packages.size() != (texts.size() + limit - 1) / limit,
+                  "a report has another number of packages than the configuration says");
     }
     packed_ = report.events;
     isDeletionDue_ = true;
@@ -186,29 +178,23 @@ void DeliveryRule::deleteReports(const StatementRecord& statement, bool isKept, 
     report.isGone = true;
     report.goneLife = view.life;
     if (report.answer == Answer::arrived) continue;
-    if (!view.isTrackingGoingOff() && isUser(report.user, view)) {
-      view.fail(numbered("a report is deleted before it was delivered:", change.key));
-    }
-    drop(report);
+    view.failIf(!view.isTrackingGoingOff() && isUser(report.user, view),
+                "a report is deleted before it was delivered:", change.key);
+    for (const RowKey key : report.events) events_[key].isDropped = true;
   }
-}
-
-void DeliveryRule::drop(StoredReport& report) {
-  for (const RowKey key : report.events) events_[key].isDropped = true;
 }
 
 void DeliveryRule::receive(const Record& request, View& view) {
   if (!request.text(0).ends_with("/analytics/report")) return;
   const auto body = json::parse(request.text(1));
   const auto& reports = body.at("reports").as_array();
-  if (reports.size() != 1) view.fail("a request holds another number of reports than one");
+  view.failIf(reports.size() != 1, "a request holds another number of reports than one");
   const auto& packages = reports.at(0).at("packages").as_array();
   const auto report = std::ranges::find_if(
       reports_, [&](const auto& known) { return known.second.uuid == sending_; });
   if (report == reports_.end()) return receiveFlash(packages, view);
-  if (report->second.body != bodyOf(packages)) {
-    view.fail(numbered("a report is sent otherwise than it was stored:", report->first));
-  }
+  view.failIf(report->second.body != bodyOf(packages),
+              "a report is sent otherwise than it was stored:", report->first);
   receiveStored(report->second, report->first, request, view);
 }
 
@@ -224,20 +210,17 @@ void DeliveryRule::receiveFlash(const json::array& packages, View& view) {
 
 void DeliveryRule::receiveStored(StoredReport& report, RowKey key, const Record& request,
                                  View& view) {
-  if (report.answer == Answer::arrived && report.answerLife == view.life &&
-      !report.isDeletionRefused) {
-    view.fail(numbered("a report is sent again although its answer has arrived:", key));
-  }
-  if (report.isGone && report.goneLife < view.life) {
-    view.fail(numbered("a report is sent that is not stored any more:", key));
-  }
+  const bool isAnswered = report.answer == Answer::arrived && report.answerLife == view.life;
+  view.failIf(isAnswered && !report.isDeletionRefused,
+              "a report is sent again although its answer has arrived:", key);
+  view.failIf(report.isGone && report.goneLife < view.life,
+              "a report is sent that is not stored any more:", key);
   for (const auto& [number, row] : view.tables.of("reports")) {
     const StoredReport& earlier = reports_[number];
     if (number >= key) break;
     if (earlier.user != report.user || earlier.isForgotten || view.isInDoubt("*")) continue;
-    if (earlier.answer != Answer::arrived) {
-      view.fail(numbered("a report overtakes an earlier one of its user:", key));
-    }
+    view.failIf(earlier.answer != Answer::arrived,
+                "a report overtakes an earlier one of its user:", key);
   }
   if (request.text(2) != "accepted") return;
   for (const RowKey event : report.events) ++events_[event].deliveries;
@@ -246,46 +229,46 @@ void DeliveryRule::receiveStored(StoredReport& report, RowKey key, const Record&
 }
 
 void DeliveryRule::checkRest(const View& view) {
-  if (isDeletionDue_) view.fail("packed events are still there at rest");
+  view.failIf(isDeletionDue_, "packed events are still there at rest");
   for (const auto& [key, row] : view.tables.of("reports")) {
     const StoredReport& report = reports_[key];
     if (report.isForgotten || view.isInDoubt("*") || view.isInDoubt("users")) continue;
     if (report.answer == Answer::arrived) {
-      if (report.answerLife == view.life && !report.isDeletionRefused) {
-        view.fail(numbered("a delivered report is still stored at rest:", key));
-      }
-    } else if (!view.isTornDown && !report.isForgottenByBatch && report.start == view.start &&
-               lastFailure_ < report.due) {
-      view.fail(numbered("at rest, with no failure since, a report has not been sent:", key));
+      view.failIf(report.answerLife == view.life && !report.isDeletionRefused,
+                  "a delivered report is still stored at rest:", key);
+    } else {
+      const bool mayWait = view.isTornDown || report.isForgottenByBatch;
+      view.failIf(!mayWait && report.start == view.start && lastFailure_ < report.due,
+                  "at rest, with no failure since, a report has not been sent:", key);
     }
   }
 }
 
 void DeliveryRule::checkSettled(const View& view) {
   if (view.isInDoubt("*") || view.isInDoubt("users")) return;
-  for (const char* table : {"events", "reports"}) {
-    for (const auto& [key, row] : view.tables.of(table)) {
-      const bool isEvent = table[0] == 'e';
-      const RowKey user = isEvent ? events_[key].user : reports_[key].user;
-      const bool isForgotten = isEvent ? events_[key].isForgotten : reports_[key].isForgotten;
-      if (isForgotten || !view.tables.has("users", user)) continue;
-      if (isEvent && events_[key].stored > lastTrigger_) continue;
-      view.fail(numbered("the backend is well, but it has not got a row of", key) + " " + table);
-    }
+  for (const auto& [key, row] : view.tables.of("events")) {
+    const StoredEvent& event = events_[key];
+    const bool isDue = event.stored <= lastTrigger_ && view.tables.has("users", event.user);
+    view.failIf(isDue && !event.isForgotten, "the backend is well, but has not got event", key);
+  }
+  for (const auto& [key, row] : view.tables.of("reports")) {
+    const StoredReport& report = reports_[key];
+    view.failIf(!report.isForgotten && view.tables.has("users", report.user),
+                "the backend is well, but has not got report", key);
   }
 }
 
 void DeliveryRule::onEndOfLife(View& view) {
   packed_.clear();
   isDeletionDue_ = false;
-  for (auto& [key, event] : events_) {
-    if (event.deliveries == 0 && !event.isDropped && !view.tables.has("events", key)) {
-      const bool isWaiting = std::ranges::any_of(reports_, [&, wanted = key](const auto& report) {
-        return !report.second.isGone &&
-               std::ranges::find(report.second.events, wanted) != report.second.events.end();
-      });
-      if (!isWaiting) view.fail(numbered("an event is neither stored nor delivered:", key));
-    }
+  std::set<RowKey> waiting;
+  for (const auto& [key, report] : reports_) {
+    if (!report.isGone) waiting.insert(report.events.begin(), report.events.end());
+  }
+  for (const auto& [key, event] : events_) {
+    const bool isStored = view.tables.has("events", key) || waiting.contains(key);
+    view.failIf(event.deliveries == 0 && !event.isDropped && !isStored,
+                "an event is neither stored nor delivered:", key);
   }
 }
 
@@ -293,9 +276,8 @@ void DeliveryRule::onEndOfPlay(View& view) {
   for (const auto& [key, event] : events_) {
     const bool isOrphan = !view.tables.has("users", event.user);
     const bool isNew = event.stored > lastTrigger_ && view.tables.has("events", key);
-    if (event.deliveries == 0 && !event.isDropped && !isOrphan && !isNew) {
-      view.fail(numbered("an event was never delivered:", key));
-    }
+    view.failIf(event.deliveries == 0 && !event.isDropped && !isOrphan && !isNew,
+                "an event was never delivered:", key);
   }
 }
 

@@ -17,27 +17,19 @@ namespace pelorino {
 using std::chrono::milliseconds;
 using Kind = Record::Kind;
 
-namespace {
-
-std::string keyStorePath(const LifePlan& plan) {
-  return plan.folder + "/keys";
-}
-
-}  // namespace
-
 Device::Device(const LifePlan& plan, const Journal& journal)
     : plan_(plan),
       journal_(journal),
       system_(DeterministicSystem::instance()),
-      dice_(plan.seed * 64 + static_cast<std::uint64_t>(plan.number)),
-      backend_(plan.seed * 64 + static_cast<std::uint64_t>(plan.number) + 1'000'000'007,
+      dice_(plan.seedOf(0)),
+      backend_(plan.seedOf(1'000'000'007),
                [this](Kind kind, Row fields) { note(kind, std::move(fields)); }),
       sessionTimeout_(plan.sessionTimeout) {
-  system_.reset(plan.seed * 64 + static_cast<std::uint64_t>(plan.number));
+  system_.reset(plan.seedOf(0));
   system_.setTime(plan.clock);
   system_.executor().useTolerance(true);
   for (const auto& [account, value] : plan.keyStore) {
-    system_.keyStoreValues(keyStorePath(plan)).byAccount.emplace(account, value);
+    system_.keyStoreValues(keyStorePath_).byAccount.emplace(account, value);
   }
   system_.http().setLatency(
       [this](const HttpRequest& request) { return backend_.latency(request); });
@@ -58,7 +50,7 @@ void Device::describeHost() const {
   host.applicationBuildVersion = "77";
   host.bundleIdentifier = "com.example.game";
   host.supportDirectory = plan_.folder;
-  host.keyStoreFile = keyStorePath(plan_);
+  host.keyStoreFile = keyStorePath_;
   host.vendorIdentifier = "11111111-2222-3333-4444-555555555555";
   host.preferredLanguages = {"en-GB"};
   host.region = "GB";
@@ -106,8 +98,8 @@ void Device::sleep(milliseconds span) {
   note(Kind::rest, std::move(fields));
 }
 
-void Device::call(const std::string& name, const Row& arguments,
-                  const std::function<void()>& make) {
+void Device::call(const std::string& name, const std::function<void()>& make,
+                  const Row& arguments) {
   Row fields = {std::to_string(++calls_), name};
   fields.insert(fields.end(), arguments.begin(), arguments.end());
   note(Kind::hostCall, std::move(fields));
@@ -122,11 +114,9 @@ void Device::call(const std::string& name, const Row& arguments,
 void Device::doom() {
   switch (dice_.below(4)) {
     case 0:
-      return StatementWatch::dieAfter(dice_.below(20),
-                                      [this] { end("killed before a statement"); });
+      return StatementWatch::dieAfter(dice_.below(20), [this] { end("killed at a statement"); });
     case 1:
-      return FaultyDisk::dieAfter(dice_.below(40),
-                                  [this] { end("killed before a disk operation"); });
+      return FaultyDisk::dieAfter(dice_.below(40), [this] { end("killed at a disk operation"); });
     case 2:
       isLimited_ = true;
       return system_.setMaximumSteps(static_cast<std::uint64_t>(dice_.below(60)) + 1);
@@ -137,9 +127,8 @@ void Device::doom() {
 
 void Device::end(const std::string& how) const {
   Row fields = {how};
-  for (const auto& [account, value] : system_.keyStoreValues(keyStorePath(plan_)).byAccount) {
-    fields.emplace_back(account);
-    fields.emplace_back(value);
+  for (const auto& [account, value] : system_.keyStoreValues(keyStorePath_).byAccount) {
+    fields.insert(fields.end(), {account, value});
   }
   note(Kind::end, std::move(fields));
   ::_exit(0);

@@ -37,7 +37,7 @@ class Device final {
   void sleep(std::chrono::milliseconds span);
 
   /// Calls the library, and has its queue note when it reaches the call and when it has run it.
-  void call(const std::string& name, const Row& arguments, const std::function<void()>& make);
+  void call(const std::string& name, const std::function<void()>& make, const Row& arguments = {});
 
   void note(Record::Kind kind, Row fields) const;
 
@@ -53,6 +53,7 @@ class Device final {
   void noteStored(Record::Kind kind, const Row& fields);
 
   const LifePlan& plan_;
+  const std::string keyStorePath_ = plan_.folder + "/keys";
   const Journal& journal_;
   DeterministicSystem& system_;
   Dice dice_;

@@ -2,10 +2,7 @@
 
 #include <utility>
 
-#include "AccrualRule.h"
-#include "ActivityRule.h"
-#include "CallRule.h"
-#include "DeliveryRule.h"
+#include "Rules.h"
 
 namespace pelorino {
 
@@ -18,9 +15,7 @@ Ledger::Ledger() {
 }
 
 std::int64_t Ledger::sessionTimeout() const {
-  const auto config = view_.configuration();
-  const auto* timeout = config.if_contains("sessionTimeout");
-  return timeout == nullptr ? 600'000 : timeout->as_int64();
+  return view_.configured("/sessionTimeout").value_or(600'000).as_int64();
 }
 
 void Ledger::beginLife() {
@@ -85,12 +80,9 @@ void Ledger::apply(const Record& record) {
 void Ledger::log(const std::string& line) {
   if (line == "DEBUG [Database Module] Trying to load database") start();
   if (line.starts_with("DEBUG The SDK analytics configuration has been received")) {
-    view_.exclusions.clear();
     view_.areExclusionsKnown = !view_.isInDoubt("projects");
-    const auto config = view_.configuration();
-    const auto* exclude = config.if_contains("exclude");
-    const auto* events = exclude ? exclude->as_object().if_contains("events") : nullptr;
-    if (events != nullptr) view_.exclusions = events->as_object();
+    view_.exclusions =
+        view_.configured("/exclude/events").value_or(boost::json::object()).as_object();
   }
 }
 
@@ -122,7 +114,7 @@ void Ledger::endLife(const std::string& databasePath) {
     statement_.isKept = true;
     endStatement(false);
   }
-  if (left != view_.tables) view_.fail("the database is not what its statements have made of it");
+  view_.failIf(left != view_.tables, "the database is not what its statements have made of it");
   view_.tables = left;
   statement_ = {};
   for (const auto& rule : rules_) rule->onEndOfLife(view_);

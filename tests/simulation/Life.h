@@ -17,6 +17,11 @@ struct LifePlan {
   std::int64_t sessionTimeout = 0;
   std::string folder;
   std::map<std::string, std::string> keyStore;
+
+  /// For one of the things that choose in this life: each has dice of its own.
+  [[nodiscard]] std::uint64_t seedOf(std::uint64_t which) const {
+    return seed * 64 + static_cast<std::uint64_t>(number) + which;
+  }
 };
 
 /// Plays one life of a process that embeds the library, on virtual time, and ends this process. All

@@ -14,9 +14,7 @@ using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
 Play::Play(Device& device, const LifePlan& plan)
-    : device_(device),
-      plan_(plan),
-      dice_(plan.seed * 64 + static_cast<std::uint64_t>(plan.number) + 2'000'000'011) {}
+    : device_(device), plan_(plan), dice_(plan.seedOf(2'000'000'011)) {}
 
 void Play::run() {
   device_.backend().setHealth(plan_.isFaultless ? 0 : dice_.pick({0, 20, 50, 100}), 10);
@@ -43,10 +41,9 @@ void Play::initialize() {
   if (dice_.chance(3)) decided.trackingAvailability = PLRTrackingStatus::disable;
   const bool inBackground = dice_.chance(10);
   device_.start(inBackground);
-  device_.call(
-      "initialize",
-      {decided.trackingAvailability == PLRTrackingStatus::disable ? "disable" : "", decided.userId},
-      [&] { PLRAnalytics::initialize("key", decided); });
+  const bool isOff = decided.trackingAvailability == PLRTrackingStatus::disable;
+  device_.call("initialize", [&] { PLRAnalytics::initialize("key", decided); },
+               {isOff ? "disable" : "", decided.userId});
   if (inBackground && dice_.chance(90)) {
     device_.sleep(milliseconds(dice_.below(100'000)));
     device_.becomeActive();
@@ -68,9 +65,9 @@ void Play::step() {
   } else if (choice < 75 && !plan_.isFaultless) {
     changeWorld();
   } else if (choice < 78) {
-    device_.call("sendBufferedEvents", {}, [] { PLRAnalytics::sendBufferedEvents(); });
+    device_.call("sendBufferedEvents", [] { PLRAnalytics::sendBufferedEvents(); });
   } else if (choice < 79) {
-    device_.call("destroySDK", {}, [] { PLREngineWrapper::destroySDK(); });
+    device_.call("destroySDK", [] { PLREngineWrapper::destroySDK(); });
     device_.sleep(milliseconds(dice_.pick({0, 0, 1000, 70'000})));
     initialize();
   } else if (choice < 81) {
@@ -84,47 +81,43 @@ void Play::reportSomething() {
   switch (dice_.below(12)) {
     case 0: {
       const std::int64_t level = 1 + dice_.below(9);
-      return device_.call("levelUp", {}, [&] { PLRAnalytics::levelUp(level, {{"gold", level}}); });
+      return device_.call("levelUp", [&] { PLRAnalytics::levelUp(level, {{"gold", level}}); });
     }
     case 1:
-      return device_.call("currentBalance", {}, [] {
-        PLRAnalytics::currentBalance({{"gold", 5}});
-      });
+      return device_.call("currentBalance", [] { PLRAnalytics::currentBalance({{"gold", 5}}); });
     case 2:
-      return device_.call("virtualCurrencyPayment", {}, [] {
+      return device_.call("virtualCurrencyPayment", [] {
         PLRAnalytics::virtualCurrencyPayment("sword", "weapon", 1, 5, "gold");
       });
     case 3: {
       const std::string order = "order" + std::to_string(dice_.below(20));
-      return device_.call("realCurrencyPayment", {order},
-                          [&] { PLRAnalytics::realCurrencyPayment(order, 4.99, "pack", "EUR"); });
+      const auto pay = [&] { PLRAnalytics::realCurrencyPayment(order, 4.99, "pack", "EUR"); };
+      return device_.call("realCurrencyPayment", pay, {order});
     }
-    case 4: {
-      const std::int64_t progress = dice_.below(10);
-      return device_.call("tutorial", {}, [&] { PLRAnalytics::tutorial(progress); });
-    }
+    case 4:
+      return device_.call("tutorial", [&] { PLRAnalytics::tutorial(dice_.below(10)); });
     case 5:
-      return device_.call("socialNetworkConnect", {},
+      return device_.call("socialNetworkConnect",
                           [] { PLRAnalytics::socialNetworkConnect(PLRSocialNetwork("guild")); });
     case 6:
-      return device_.call("referrer", {}, [] {
+      return device_.call("referrer", [] {
         PLRAnalytics::referrer({{PLRReferralProperty::source(), "friend"}});
       });
     case 7:
-      return device_.call("adImpression", {}, [] {
+      return device_.call("adImpression", [] {
         PLRAnalytics::adImpression("network", 0.25, "menu", std::nullopt);
       });
     case 8:
-      device_.call("startProgressionEvent", {}, [] { PLRAnalytics::startProgressionEvent("w1"); });
+      device_.call("startProgressionEvent", [] { PLRAnalytics::startProgressionEvent("w1"); });
       if (dice_.chance(50)) sleep();
-      return device_.call("finishProgressionEvent", {},
+      return device_.call("finishProgressionEvent",
                           [] { PLRAnalytics::finishProgressionEvent("w1"); });
     default: {
       const std::string serial = std::to_string(plan_.number * 1'000'000 + ++serial_);
       PLRCustomEventParameters parameters;
       parameters.add("serial", serial);
-      return device_.call("customEvent", {serial},
-                          [&] { PLRAnalytics::customEvent("boss", parameters); });
+      const auto report = [&] { PLRAnalytics::customEvent("boss", parameters); };
+      return device_.call("customEvent", report, {serial});
     }
   }
 }
@@ -133,10 +126,11 @@ void Play::accrue() {
   const std::string name = dice_.pick({"gold", "gems"});
   const std::string source = dice_.pick({"quest", "shop"});
   const std::int64_t amount = dice_.chance(2) ? 2'147'483'647 : 1 + dice_.below(100);
-  const auto type = dice_.chance(50) ? PLRAccrualType::earned : PLRAccrualType::bought;
-  device_.call("currencyAccrual",
-               {name, std::to_string(amount), source, type == PLRAccrualType::earned ? "0" : "1"},
-               [&] { PLRAnalytics::currencyAccrual(name, amount, source, type); });
+  const bool isEarned = dice_.chance(50);
+  const auto type = isEarned ? PLRAccrualType::earned : PLRAccrualType::bought;
+  const auto credit = [&] { PLRAnalytics::currencyAccrual(name, amount, source, type); };
+  device_.call("currencyAccrual", credit,
+               {name, std::to_string(amount), source, isEarned ? "0" : "1"});
 }
 
 std::string Play::someUser() {
@@ -148,21 +142,22 @@ void Play::changeIdentity() {
     case 0:
     case 1: {
       const std::string user = someUser();
-      return device_.call("setUserId", {user}, [&] { PLRAnalytics::setUserId(user); });
+      const auto change = [&] { PLRAnalytics::setUserId(user); };
+      return device_.call("setUserId", change, {user});
     }
     case 2: {
       const std::string from = dice_.pick({"anna", "bert", "carl"});
       const std::string to = dice_.pick({"bert", "carl", "dora"});
-      return device_.call("replace", {from, to}, [&] { PLRAnalytics::replace(from, to); });
+      const auto rename = [&] { PLRAnalytics::replace(from, to); };
+      return device_.call("replace", rename, {from, to});
     }
-    case 3: {
-      const std::int64_t level = 1 + dice_.below(9);
-      return device_.call("setCurrentLevel", {}, [&] { PLRAnalytics::setCurrentLevel(level); });
-    }
+    case 3:
+      return device_.call("setCurrentLevel",
+                          [&] { PLRAnalytics::setCurrentLevel(1 + dice_.below(9)); });
     default: {
       const bool isOn = dice_.chance(75);
-      return device_.call("setTrackingAvailability", {isOn ? "enable" : "disable"},
-                          [&] { PLRAnalytics::setTrackingAvailability(isOn); });
+      const auto turn = [&] { PLRAnalytics::setTrackingAvailability(isOn); };
+      return device_.call("setTrackingAvailability", turn, {isOn ? "enable" : "disable"});
     }
   }
 }
@@ -170,15 +165,15 @@ void Play::changeIdentity() {
 void Play::changeCard() {
   switch (dice_.below(5)) {
     case 0:
-      return device_.call("userCard.setName", {}, [] { PLRUserCard::setName("Anna"); });
+      return device_.call("userCard.setName", [] { PLRUserCard::setName("Anna"); });
     case 1:
-      return device_.call("userCard.set", {}, [&] { PLRUserCard::set("wins", dice_.below(9)); });
+      return device_.call("userCard.set", [&] { PLRUserCard::set("wins", dice_.below(9)); });
     case 2:
-      return device_.call("userCard.increment", {}, [] { PLRUserCard::increment("wins", 1); });
+      return device_.call("userCard.increment", [] { PLRUserCard::increment("wins", 1); });
     case 3:
-      return device_.call("userCard.unset", {}, [] { PLRUserCard::unset("wins"); });
+      return device_.call("userCard.unset", [] { PLRUserCard::unset("wins"); });
     default:
-      return device_.call("userCard.clearUser", {}, [] { PLRUserCard::clearUser(); });
+      return device_.call("userCard.clearUser", [] { PLRUserCard::clearUser(); });
   }
 }
 
@@ -227,15 +222,21 @@ void Play::settle() {
   device_.becomeActive();
   device_.sleep(2min);
   if (!isStarted()) {
-    device_.call("destroySDK", {}, [] { PLREngineWrapper::destroySDK(); });
+    device_.call("destroySDK", [] { PLREngineWrapper::destroySDK(); });
     device_.sleep(0ms);
     device_.start(false);
-    device_.call("initialize", {"", std::nullopt}, [] { PLRAnalytics::initialize("key"); });
+    device_.call("initialize", [] { PLRAnalytics::initialize("key"); }, {"", std::nullopt});
     device_.sleep(2min);
   }
-  device_.call("sendBufferedEvents", {}, [] { PLRAnalytics::sendBufferedEvents(); });
+  device_.call("sendBufferedEvents", [] { PLRAnalytics::sendBufferedEvents(); });
   device_.sleep(10s);
   device_.note(Record::Kind::settled, {});
+}
+
+void live(const LifePlan& plan, const Journal& journal) {
+  // Kept to the end of the process, whose threads know it.
+  auto& device = *new Device(plan, journal);
+  device.endAfter([&] { Play(device, plan).run(); });
 }
 
 }  // namespace pelorino

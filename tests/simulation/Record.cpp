@@ -52,37 +52,21 @@ void Journal::write(const Record& record) const {
   }
 }
 
-bool JournalReader::fill(std::size_t size) {
-  while (bytes_.size() - at_ < size) {
-    bytes_.erase(0, at_);
-    at_ = 0;
-    char part[65536];
-    const ssize_t count = ::read(descriptor_, part, sizeof part);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes_.append(part, static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 bool JournalReader::next(Record& record) {
-  if (!fill(sizeof(std::int64_t))) return false;
-  std::size_t peek = at_;
-  const auto size = static_cast<std::size_t>(numberAt(bytes_, peek));
-  if (!fill(sizeof(std::int64_t) + size)) return false;
-  at_ += sizeof(std::int64_t);
-  const std::size_t end = at_ + size;
-  record.kind = static_cast<Record::Kind>(numberAt(bytes_, at_));
-  record.time = numberAt(bytes_, at_);
+  std::int64_t size = 0;
+  if (std::fread(&size, sizeof size, 1, file_.get()) != 1) return false;
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  if (std::fread(bytes.data(), bytes.size(), 1, file_.get()) != 1) return false;
+  std::size_t at = 0;
+  record.kind = static_cast<Record::Kind>(numberAt(bytes, at));
+  record.time = numberAt(bytes, at);
   record.fields.clear();
-  while (at_ < end) {
-    const std::int64_t length = numberAt(bytes_, at_);
-    if (length == null) {
-      record.fields.emplace_back();
-      continue;
-    }
-    record.fields.emplace_back(bytes_.substr(at_, static_cast<std::size_t>(length)));
-    at_ += static_cast<std::size_t>(length);
+  while (at < bytes.size()) {
+    const std::int64_t length = numberAt(bytes, at);
+    record.fields.emplace_back();
+    if (length == null) continue;
+    record.fields.back() = bytes.substr(at, static_cast<std::size_t>(length));
+    at += static_cast<std::size_t>(length);
   }
   return true;
 }

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,19 +49,18 @@ class Journal final {
   int descriptor_;
 };
 
-/// The records written to the other end of a pipe, until its last writer is gone.
+/// The records of a file, from its beginning.
 class JournalReader final {
  public:
-  explicit JournalReader(int descriptor) : descriptor_(descriptor) {}
+  /// Closes the descriptor at the end.
+  explicit JournalReader(int descriptor) : file_(::fdopen(descriptor, "r"), std::fclose) {
+    std::rewind(file_.get());
+  }
   /// False at the end. A record that a process has not written whole is dropped.
   [[nodiscard]] bool next(Record& record);
 
  private:
-  [[nodiscard]] bool fill(std::size_t size);
-
-  int descriptor_;
-  std::string bytes_;
-  std::size_t at_ = 0;
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
 };
 
 }  // namespace pelorino

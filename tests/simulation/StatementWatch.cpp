@@ -18,10 +18,8 @@ struct State {
   std::function<void()> die;
 };
 
-State& state() {
-  static State& made = *new State;
-  return made;
-}
+/// Never destroyed: the library's threads may be at work while the process exits.
+State& state = *new State;
 
 Cell textOf(sqlite3_value* value) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
@@ -51,17 +49,16 @@ void changeRow(void*, sqlite3* database, int operation, const char*, const char*
     if (sqlite3_preupdate_new(database, i, &value) != SQLITE_OK) value = nullptr;
     fields.push_back(value == nullptr ? Cell() : textOf(value));
   }
-  state().listener(Record::Kind::rowChange, std::move(fields));
+  state.listener(Record::Kind::rowChange, std::move(fields));
 }
 
 int trace(unsigned kind, void*, void*, void* text) {
-  State& watch = state();
   if (kind == SQLITE_TRACE_STMT) {
-    if (watch.statementsLeft >= 0 && watch.statementsLeft-- == 0) watch.die();
-    watch.isUndone = false;
-    watch.listener(Record::Kind::statement, verbAndTable(static_cast<const char*>(text)));
+    if (state.statementsLeft >= 0 && state.statementsLeft-- == 0) state.die();
+    state.isUndone = false;
+    state.listener(Record::Kind::statement, verbAndTable(static_cast<const char*>(text)));
   } else {
-    watch.listener(Record::Kind::statementEnds, {watch.isUndone ? "undone" : "kept"});
+    state.listener(Record::Kind::statementEnds, {state.isUndone ? "undone" : "kept"});
   }
   return 0;
 }
@@ -69,22 +66,22 @@ int trace(unsigned kind, void*, void*, void* text) {
 int watchDatabase(sqlite3* database, const char**, const void*) {
   sqlite3_preupdate_hook(database, changeRow, nullptr);
   sqlite3_rollback_hook(
-      database, [](void*) { state().isUndone = true; }, nullptr);
+      database, [](void*) { state.isUndone = true; }, nullptr);
   return sqlite3_trace_v2(database, SQLITE_TRACE_STMT | SQLITE_TRACE_PROFILE, trace, nullptr);
 }
 
 }  // namespace
 
 void StatementWatch::install(Listener listener) {
-  state().listener = std::move(listener);
+  state.listener = std::move(listener);
   if (sqlite3_auto_extension(reinterpret_cast<void (*)()>(watchDatabase)) != SQLITE_OK) {
     throw std::runtime_error("SQLite cannot be watched");
   }
 }
 
 void StatementWatch::dieAfter(std::int64_t statements, std::function<void()> die) {
-  state().die = std::move(die);
-  state().statementsLeft = statements;
+  state.die = std::move(die);
+  state.statementsLeft = statements;
 }
 
 }  // namespace pelorino

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -13,9 +14,7 @@ constexpr const char* names[] = {"projects", "users",         "events",
 
 int addRow(void* table, int count, char** values, char**) {
   Row row;
-  for (int i = 0; i < count; ++i) {
-    row.push_back(values[i] == nullptr ? Cell() : Cell(values[i]));
-  }
+  for (int i = 0; i < count; ++i) row.push_back(values[i] ? Cell(values[i]) : Cell());
   static_cast<Tables::Table*>(table)->emplace(std::stoll(*row[0]), row);
   return 0;
 }
@@ -53,9 +52,7 @@ const Row* Tables::find(const std::string& table, RowKey key) const {
 }
 
 void Tables::apply(const Change& change) {
-  bool isKnown = false;
-  for (const char* name : names) isKnown = isKnown || change.table == name;
-  if (!isKnown) return;
+  if (std::ranges::find(names, change.table) == std::end(names)) return;
   Table& table = tables_[change.table];
   if (change.verb == "DELETE") {
     table.erase(change.key);

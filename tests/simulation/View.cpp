@@ -1,9 +1,14 @@
 #include "View.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 
 namespace pelorino {
+
+void View::failIf(bool isBroken, std::string_view finding, RowKey row) const {
+  if (isBroken) fail(std::string(finding) + (row == 0 ? "" : " " + std::to_string(row)));
+}
 
 const Row* View::project() const {
   const auto& projects = tables.of("projects");
@@ -15,34 +20,29 @@ bool View::isTracking() const {
   return row != nullptr && integer((*row)[3]) != 0;
 }
 
-boost::json::object View::configuration() const {
+std::optional<boost::json::value> View::configured(std::string_view pointer) const {
   const Row* row = project();
-  if (row == nullptr || !(*row)[7]) return {};
-  return boost::json::parse(*(*row)[7]).as_object();
+  if (row == nullptr || !(*row)[7]) return std::nullopt;
+  const boost::json::value all = boost::json::parse(*(*row)[7]);
+  boost::json::error_code missing;
+  const auto* found = all.find_pointer(pointer, missing);
+  return found == nullptr ? std::nullopt : std::optional(*found);
 }
 
 bool View::isEverythingExcluded() const {
-  const auto config = configuration();
-  const auto* exclude = config.if_contains("exclude");
-  if (exclude == nullptr) return false;
-  const auto* all = exclude->as_object().if_contains("all");
-  return all != nullptr && all->as_bool();
+  return configured("/exclude/all").value_or(false).as_bool();
 }
 
 bool View::isExcluded(std::string_view code, std::string_view argument) const {
   const auto* list = exclusions.if_contains(code);
   if (list == nullptr) return false;
   const auto& values = list->as_array();
-  if (values.empty()) return true;
-  for (const auto& value : values) {
-    if (value.as_string() == argument) return true;
-  }
-  return false;
+  return values.empty() || std::ranges::find(values, boost::json::value(argument)) != values.end();
 }
 
 RowKey View::activeUser() const {
   const Row* row = project();
-  return row == nullptr || !(*row)[2] ? 0 : integer((*row)[2]);
+  return row == nullptr ? 0 : integer((*row)[2]);
 }
 
 bool View::isTrackingGoingOff() const {

@@ -51,6 +51,9 @@ struct View {
   bool areExclusionsKnown = true;
   std::function<void(const std::string&)> fail;
 
+  /// Tells of a rule that is broken, and of the row by which it is.
+  void failIf(bool isBroken, std::string_view finding, RowKey row = 0) const;
+
   [[nodiscard]] bool isInDoubt(const std::string& table) const {
     return doubts.contains(table) || doubts.contains("*");
   }
@@ -58,7 +61,8 @@ struct View {
   /// The project's row, null before there is one.
   [[nodiscard]] const Row* project() const;
   [[nodiscard]] bool isTracking() const;
-  [[nodiscard]] boost::json::object configuration() const;
+  /// A value of the stored configuration, by its JSON pointer.
+  [[nodiscard]] std::optional<boost::json::value> configured(std::string_view pointer) const;
   [[nodiscard]] bool isEverythingExcluded() const;
   [[nodiscard]] bool isExcluded(std::string_view code, std::string_view argument = {}) const;
 

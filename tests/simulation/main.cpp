@@ -1,6 +1,7 @@
 // Plays with the library as seeds choose, on virtual time, killing its process again and again, and
 // tells where it broke a rule. A seed always plays the same.
 
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -8,7 +9,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <deque>
 #include <stdexcept>
 #include <string>
@@ -32,20 +32,16 @@ struct Options {
 
 /// Records of one life, from a process of its own.
 void playLife(const LifePlan& plan, const std::function<void(const Record&)>& hear) {
-  int ends[2];
-  if (::pipe(ends) != 0) throw std::runtime_error("no pipe");
+  const int journal = ::memfd_create("journal", MFD_CLOEXEC);
+  if (journal < 0) throw std::runtime_error("no journal");
+  std::fflush(stdout);  // Or the life, which may write to it too, would write it once more.
   const pid_t child = ::fork();
   if (child < 0) throw std::runtime_error("no process");
-  if (child == 0) {
-    ::close(ends[0]);
-    live(plan, Journal(ends[1]));
-  }
-  ::close(ends[1]);
-  JournalReader reader(ends[0]);
-  for (Record record; reader.next(record);) hear(record);
-  ::close(ends[0]);
+  if (child == 0) live(plan, Journal(journal));
   int status = 0;
   if (::waitpid(child, &status, 0) != child) throw std::runtime_error("the process is lost");
+  JournalReader reader(journal);
+  for (Record record; reader.next(record);) hear(record);
   if (status != 0) {
     hear({.kind = Record::Kind::finding,
           .time = plan.clock,
@@ -59,7 +55,7 @@ bool play(std::uint64_t seed, const Options& options) {
   LifePlan plan{.seed = seed, .clock = 1'700'000'000'000, .folder = folder.path()};
   Dice dice(seed);
   Ledger ledger;
-  std::deque<std::string> lastRecords;
+  std::deque<Record> lastRecords;
   const std::int64_t lives = 2 + dice.below(5);
   for (plan.number = 1; plan.number <= lives && ledger.findings().empty(); ++plan.number) {
     plan.isFaultless = plan.number == lives;
@@ -67,7 +63,7 @@ bool play(std::uint64_t seed, const Options& options) {
     ledger.beginLife();
     playLife(plan, [&](const Record& record) {
       if (options.isTelling) std::printf("%s\n", record.description().c_str());
-      if (ledger.findings().empty()) lastRecords.push_back(record.description());
+      if (ledger.findings().empty()) lastRecords.push_back(record);
       if (lastRecords.size() > 40) lastRecords.pop_front();
       if (record.kind == Record::Kind::end) {
         plan.keyStore.clear();
@@ -84,7 +80,9 @@ bool play(std::uint64_t seed, const Options& options) {
   if (ledger.findings().empty()) ledger.endPlay();
   if (ledger.findings().empty()) return true;
   std::string text;
-  for (const std::string& record : lastRecords) text += "    " + record.substr(0, 400) + "\n";
+  for (const Record& record : lastRecords) {
+    text += "    " + record.description().substr(0, 400) + "\n";
+  }
   text += "seed " + std::to_string(seed) + ", life " + std::to_string(plan.number - 1) + ":\n";
   for (const std::string& finding : ledger.findings()) text += "  " + finding + "\n";
   text += "  play it again: simulation --seed " + std::to_string(seed) + " --tell\n";
@@ -140,8 +138,7 @@ Options optionsOf(int count, char** words) {
       options.isTelling = true;
     } else {
       throw std::invalid_argument(
-          "usage: simulation [--seed N | --seeds FROM COUNT] [--jobs N] "
-          "[--tell]");
+          "usage: simulation [--seed N | --seeds FROM COUNT] [--jobs N] [--tell]");
     }
   }
   return options;
