@@ -123,7 +123,8 @@ void AccrualRule::remove(const StatementRecord& statement, bool isKept, View& vi
   RowKey flushed = std::exchange(flushed_, 0);
   if (!isKept) {
     // Where all events are excluded, no event tells whose sums are to go: the first of them does.
-    if (flushed == 0 && !statement.changes.empty()) {
+    // What a switch of tracking clears is read again.
+    if (flushed == 0 && !statement.changes.empty() && !view.isTrackingGoingOff()) {
       flushed = sums_[statement.changes.front().key].user;
     }
     if (flushed == 0 || view.isInDoubt("users")) isUnknown_ = true;
