@@ -42,7 +42,7 @@ TEST_F(Faults, DelayAReportAndNeverLoseIt) {
     EXPECT_EQ(backend().names(), names);
     EXPECT_EQ(host->linesWith("submission failed").size() > failures, fails);
   }
-  EXPECT_LT(host->peakMemory() - memory, hugeBody / 1024 / 4) << "kB";
+  EXPECT_LT(host->peakMemory() - memory, hugeBody / 1024 / 2) << "kB";
 }
 
 TEST_F(Faults, OfTheConfigurationLeaveTheLibraryWithTheStoredOne) {
