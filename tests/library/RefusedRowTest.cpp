@@ -1,3 +1,5 @@
+#include <pelorino/PLRUserCard.h>
+
 #include "LibraryTest.h"
 
 namespace pelorino {
@@ -27,6 +29,32 @@ TEST_F(RefusedRowTest, AUserWhoCouldNotBeStoredIsStoredWithTheNextEvent) {
   EXPECT_EQ(header(delivered.back(), "UserId"), "YmVydA==") << "bert, in Base64";
   EXPECT_EQ(rows("SELECT userId FROM users WHERE id = (SELECT activeUserId FROM projects)"),
             "bert");
+}
+
+TEST_F(RefusedRowTest, TheCardOfAUserWhoCouldNotBeStoredWaitsForHim) {
+  const auto name = [this] {
+    return answerOf<std::string>([](const auto& handler) { PLRUserCard::getName(handler); });
+  };
+  start("anna");
+  refuse("users");
+  PLRAnalytics::setUserId("bert");
+  PLRUserCard::setName("Bert");
+  PLRAnalytics::tutorial(1);
+  EXPECT_EQ(name(), "Bert");
+  allow();
+  PLRAnalytics::tutorial(1);
+  delivered.clear();
+  send();
+  EXPECT_EQ(name(), "Bert");
+  for (const std::string table : {"peopleCards", "tutorialMarkEntry"}) {
+    EXPECT_EQ(rows("SELECT count(*) FROM " + table + " WHERE userId < 0"), "0") << table;
+    EXPECT_EQ(rows("SELECT count(*) FROM " + table + " JOIN projects ON userId = activeUserId"),
+              "1")
+        << table;
+  }
+  ASSERT_FALSE(delivered.empty());
+  EXPECT_TRUE(holds(delivered.back(), R"("name":"Bert")"));
+  EXPECT_TRUE(holds(delivered.back(), R"("code":"tr")"));
 }
 
 TEST_F(RefusedRowTest, WhenTheActiveUserHasNoRowTheOneOfThatNameIsTaken) {

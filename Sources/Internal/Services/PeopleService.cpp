@@ -74,16 +74,28 @@ PeopleService::PeopleService(std::shared_ptr<StateManager> stateManager,
     : stateManager_(std::move(stateManager)), peopleRepository_(std::move(peopleRepository)) {}
 
 PeopleService::Card PeopleService::activeCard() {
-  const RowId userId = stateManager_->getActiveUser()->idKey;
-  if (const auto cards = peopleRepository_->ofUser(userId); !cards.empty()) return cards.front();
-  auto card = std::make_shared<PeopleCard>();
-  card->userId = userId;
-  peopleRepository_->insert(card);
+  const auto& user = stateManager_->getActiveUser();
+  if (const Card stored = peopleRepository_->findOfUser(user->idKey)) return stored;
+  if (userOfNewCard_ != user) {
+    newCard_ = std::make_shared<PeopleCard>();
+    userOfNewCard_ = user;
+  }
+  const Card card = newCard_;
+  insert(card);
   return card;
 }
 
+/// A card that the disk refuses, or whose user it has refused, waits for the next occasion.
+void PeopleService::insert(const Card& card) {
+  if (!stateManager_->activeUserIsStored()) return;
+  card->userId = userOfNewCard_->idKey;
+  if (!peopleRepository_->insert(card)) return;
+  newCard_.reset();
+  userOfNewCard_.reset();
+}
+
 void PeopleService::store(const Card& card) {
-  peopleRepository_->update(card);
+  card == newCard_ ? insert(card) : peopleRepository_->update(card);
 }
 
 void PeopleService::storeUpdated(const Card& card) {

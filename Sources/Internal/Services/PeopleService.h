@@ -61,12 +61,15 @@ class PeopleService final {
   using Card = std::shared_ptr<PeopleCard>;
 
   [[nodiscard]] Card activeCard();
+  void insert(const Card& card);
   void store(const Card& card);
   /// After a change of the properties.
   void storeUpdated(const Card& card);
 
   std::shared_ptr<StateManager> stateManager_;
   std::shared_ptr<PeopleRepository> peopleRepository_;
+  Card newCard_;                         ///< The active user's, while it has no row.
+  std::shared_ptr<User> userOfNewCard_;  ///< Null without such a card.
 };
 
 }  // namespace pelorino

@@ -61,8 +61,9 @@ void ProjectService::applyConfig(const Config& received) {
 }
 
 bool ProjectService::isCurrencyPaymentMarked(const std::string& orderId) const {
-  const auto marks = realPaymentRepository_->ofProject(stateManager_->getActiveProject()->idKey);
-  return std::ranges::any_of(marks, [&](const auto& mark) { return mark->orderId == orderId; });
+  return realPaymentRepository_->findOfProject(
+             stateManager_->getActiveProject()->idKey,
+             [&](const RealPaymentMark& mark) { return mark.orderId == orderId; }) != nullptr;
 }
 
 void ProjectService::markCurrencyPayment(const std::string& orderId) {

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -57,12 +56,13 @@ void UserService::clearLocation(bool writeLog) {
 }
 
 bool UserService::isTutorialStepMarked(std::int64_t step) const {
-  const auto marks = tutorialRepository_->ofUser(stateManager_->getActiveUser()->idKey);
-  return std::ranges::any_of(marks, [&](const auto& mark) { return mark->step == step; });
+  return tutorialRepository_->findOfUser(
+             stateManager_->getActiveUser()->idKey,
+             [&](const TutorialMark& mark) { return mark.step == step; }) != nullptr;
 }
 
 void UserService::markTutorialStep(std::int64_t step) {
-  if (isTutorialStepMarked(step)) return;
+  if (!stateManager_->activeUserIsStored() || isTutorialStepMarked(step)) return;
   tutorialRepository_->insert(std::make_shared<TutorialMark>(
       TutorialMark{.userId = stateManager_->getActiveUser()->idKey, .step = step}));
 }

@@ -72,10 +72,13 @@ class UserRowsRepository : public CachedRepository<Model> {
   [[nodiscard]] std::vector<Item> firstOfUser(RowId userId, std::size_t count) {
     return this->table_.rows().of(userId).template first<Model>(count);
   }
-  /// The first of them that `matches` holds for; null when there is none.
+  /// The first of them that `matches` holds for; null when there is none. Copies none on the way.
   template <class Predicate>
   [[nodiscard]] Item findOfUser(RowId userId, Predicate matches) {
     return this->table_.rows().of(userId).template findIf<Model>(matches);
+  }
+  [[nodiscard]] Item findOfUser(RowId userId) {
+    return findOfUser(userId, [](const Model&) { return true; });
   }
   [[nodiscard]] std::size_t countOfUser(RowId userId) {
     return this->table_.rows().of(userId).size();
@@ -101,6 +104,11 @@ class ProjectRowsRepository : public CachedRepository<Model> {
   [[nodiscard]] std::vector<Item> ofProject(RowId projectId) {
     const RowList& rows = this->table_.rows().of(projectId);
     return rows.template first<Model>(rows.size());
+  }
+  /// The first of them that `matches` holds for; null when there is none. Copies none on the way.
+  template <class Predicate>
+  [[nodiscard]] Item findOfProject(RowId projectId, Predicate matches) {
+    return this->table_.rows().of(projectId).template findIf<Model>(matches);
   }
 
  protected:
