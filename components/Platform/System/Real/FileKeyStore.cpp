@@ -1,12 +1,12 @@
 #include "FileKeyStore.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 
 #include <cerrno>
 #include <utility>
 
 #include "ForkedChild.h"
+#include "LockedFile.h"
 #include "PrivateFiles.h"
 
 namespace pelorino {
@@ -14,13 +14,6 @@ namespace {
 
 /// The store holds three identifiers. What is beyond this was not written by this library.
 constexpr std::size_t readLimit = std::size_t{1} << 20U;
-
-bool lock(const FileDescriptor& file) {
-  while (::flock(file.get(), LOCK_EX) != 0) {
-    if (errno != EINTR) return false;
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -62,10 +55,9 @@ template <class Edit>
 bool FileKeyStore::change(Edit edit) {
   ForkedChild::endStrayThread();
   if (path_.empty()) return false;
-  // A file of its own: the store's file is another one after each change. It is never removed,
-  // since two processes could then hold locks on two files of that name.
-  const FileDescriptor lockFile = openPrivate(path_ + ".lock", O_RDWR | O_CREAT);
-  if (!lockFile.isOpen() || !lock(lockFile)) return false;
+  // A file of its own: the store's file is another one after each change.
+  const LockedFile lock(path_ + ".lock", LockedFile::Wait::untilFree);
+  if (lock.error() != 0) return false;
   auto values = read();
   return values && edit(*values) && replaceFile(path_, KeyFileFormat::write(*values));
 }

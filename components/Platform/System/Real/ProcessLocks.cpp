@@ -1,28 +1,11 @@
 #include "ProcessLocks.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-
 #include <cerrno>
 #include <memory>
 #include <system_error>
 #include <utility>
 
-#include "ForkedChild.h"
-#include "LockDescriptors.h"
-
 namespace pelorino {
-namespace {
-
-/// Zero or the error.
-int tryLock(const FileDescriptor& file) {
-  while (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (errno != EINTR) return errno;
-  }
-  return 0;
-}
-
-}  // namespace
 
 class ProcessLocks::Share final : public FileLock {
  public:
@@ -35,7 +18,6 @@ class ProcessLocks::Share final : public FileLock {
 };
 
 Files::LockAttempt ProcessLocks::lock(const std::string& path) {
-  ForkedChild::arm();
   const int error = locks_.update([&](Locks& locks) { return acquire(locks, path); });
   if (error == EWOULDBLOCK) return {.lock = {}, .failure = "another process has locked it"};
   if (error != 0) return {.lock = {}, .failure = std::generic_category().message(error)};
@@ -48,27 +30,17 @@ int ProcessLocks::acquire(Locks& locks, const std::string& path) {
     ++known->second.shares;
     return 0;
   }
-  FileDescriptor opened = openPrivate(path, O_RDWR | O_CREAT | O_NOFOLLOW);
-  if (!opened.isOpen()) return errno;
-  // Known to a fork before it is locked: a child must never be left with a lock.
-  if (!LockDescriptors::add(opened.get())) return EMFILE;
-  const auto held = locks.emplace(path, Held{.file = std::move(opened), .shares = 1}).first;
-  const int error = tryLock(held->second.file);
-  if (error != 0) letGo(locks, held);
+  auto file = std::make_unique<LockedFile>(path, LockedFile::Wait::no);
+  const int error = file->error();
+  if (error == 0) locks.emplace(path, Held{.file = std::move(file), .shares = 1});
   return error;
 }
 
 void ProcessLocks::release(const std::string& path) {
   locks_.update([&](Locks& locks) {
     const auto held = locks.find(path);
-    if (--held->second.shares == 0) letGo(locks, held);
+    if (--held->second.shares == 0) locks.erase(held);
   });
-}
-
-// Closing the descriptor releases the lock.
-void ProcessLocks::letGo(Locks& locks, Locks::iterator held) {
-  LockDescriptors::remove(held->second.file.get());
-  locks.erase(held);
 }
 
 }  // namespace pelorino

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 
 #include "Files.h"
 #include "Guarded.h"
-#include "PrivateFiles.h"
+#include "LockedFile.h"
 
 namespace pelorino {
 
@@ -20,16 +21,14 @@ class ProcessLocks final {
  private:
   class Share;
 
-  /// An open file that carries a lock, known to LockDescriptors.
   struct Held {
-    FileDescriptor file;
+    std::unique_ptr<LockedFile> file;
     int shares = 0;
   };
   using Locks = std::map<std::string, Held>;
 
   /// Zero or the error.
   [[nodiscard]] static int acquire(Locks& locks, const std::string& path);
-  static void letGo(Locks& locks, Locks::iterator held);
   void release(const std::string& path);
 
   Guarded<Locks> locks_;
