@@ -1,3 +1,4 @@
+#include <atomic>
 #include <cstdlib>
 
 #include "AnyCall.h"
@@ -28,6 +29,27 @@ TEST_F(Threads, MayAllCallAtOnceWhileTheLibraryComesAndGoes) {
   end();
   EXPECT_FALSE(PLREventsRouter::isAnalyticsInited());
   RecordProperty("rounds", rounds);
+}
+
+TEST(Exit, GoesOnWhileThreadsOfTheHostAskThatItJoins) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  static std::atomic<int> answers{0};
+  static std::atomic<bool> isOver{false};
+  static std::thread* asking = nullptr;
+  const auto live = [] {
+    // Runs after the library has begun to keep its own threads from the host's code.
+    std::atexit([] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      isOver = true;
+      asking->join();
+    });
+    asking = new std::thread([] {
+      while (!isOver) PLRAnalytics::getTestProxyUrl([](const std::string&) { ++answers; });
+    });
+    while (answers == 0) std::this_thread::yield();
+    std::exit(7);
+  };
+  EXPECT_EXIT(live(), ::testing::ExitedWithCode(7), "");
 }
 
 }  // namespace

@@ -123,7 +123,8 @@ void PLRAnalytics::setTestProxyUrl(std::string_view url) noexcept {
 
 void PLRAnalytics::getTestProxyUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  publicCall("getTestProxyUrl", [&] { callHost(urlHandler, BackendConfigUrl::testProxyUrl()); });
+  publicCall("getTestProxyUrl",
+             [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testProxyUrl()); });
 }
 
 void PLRAnalytics::setTestCustomUrl(std::string_view url) noexcept {
@@ -132,7 +133,8 @@ void PLRAnalytics::setTestCustomUrl(std::string_view url) noexcept {
 
 void PLRAnalytics::getTestCustomUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  publicCall("getTestCustomUrl", [&] { callHost(urlHandler, BackendConfigUrl::testCustomUrl()); });
+  publicCall("getTestCustomUrl",
+             [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testCustomUrl()); });
 }
 
 std::string PLRAnalytics::sdkFolderPath() {

@@ -9,12 +9,9 @@
 
 namespace pelorino {
 
-/// Calls a closure of the host, if there is one. What it throws ends here, and it is not called
-/// once the process has begun to exit: what it refers to may be gone.
+/// Calls a closure of the host, and ends here what it throws.
 template <class Handler, class... Arguments>
-void callHost(const Handler& handler, Arguments&&... arguments) {
-  if (!handler) return;
-  const ExitGate::Pass pass;
+void callGuarded(const Handler& handler, Arguments&&... arguments) {
   try {
     handler(std::forward<Arguments>(arguments)...);
   } catch (const std::exception& error) {
@@ -24,6 +21,23 @@ void callHost(const Handler& handler, Arguments&&... arguments) {
   } catch (...) {
     Logger::writeLog(PLRLogLevel::error, "A completion handler of the host ended with an error");
   }
+}
+
+/// Calls a closure of the host, if there is one, on a thread of the library. It is not called once
+/// the process has begun to exit: what it refers to may be gone.
+template <class Handler, class... Arguments>
+void callHost(const Handler& handler, Arguments&&... arguments) {
+  if (!handler) return;
+  const ExitGate::Pass pass;
+  callGuarded(handler, std::forward<Arguments>(arguments)...);
+}
+
+/// The same on the thread of the host that asks.
+template <class Handler, class... Arguments>
+void callHostAtOnce(const Handler& handler, Arguments&&... arguments) {
+  if (!handler) return;
+  const ExitGate::TryPass pass;
+  if (pass.isInside()) callGuarded(handler, std::forward<Arguments>(arguments)...);
 }
 
 }  // namespace pelorino
