@@ -1,3 +1,4 @@
+#include "Core.h"
 #include "LibraryTest.h"
 #include "ProjectService.h"
 #include "Validator.h"
@@ -62,6 +63,19 @@ TEST_F(LibraryTest, TheConfigurationIsAskedForUntilItComes) {
   stop();
   start();
   EXPECT_EQ(boost::json::parse(*configuration.requests.back().body).at("sbsConfigVersion"), 3);
+}
+
+TEST_F(LibraryTest, AnAnswerForALibraryThatWasTornDownChangesNothing) {
+  configure();
+  configuration.answer(404, "");
+  system.http().setLatency(5s);
+  start("bert");
+  const auto kept = Core::shared();  // As by a thread of the host that is amid a call.
+  stop();
+  start("bert");
+  PLRAnalytics::setUserId("anna");
+  system.advance(1min);
+  EXPECT_EQ(rows("SELECT userId FROM users JOIN projects ON activeUserId = users.id"), "anna");
 }
 
 TEST_F(LibraryTest, AnAnswerThatIsNoConfigurationLeavesTheStoredOne) {

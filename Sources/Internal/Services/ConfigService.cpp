@@ -49,7 +49,7 @@ void ConfigService::requestConfig(const std::string& applicationKey, const Ident
   QueueManager::incomeQueue().addOperation(
       [weak = weak_from_this(), config = std::move(answer.config)] {
         const auto self = weak.lock();
-        if (self && self->onSdkConfigUpdate) self->onSdkConfigUpdate(config);
+        if (self && !self->isStopped_ && self->onSdkConfigUpdate) self->onSdkConfigUpdate(config);
       });
 }
 

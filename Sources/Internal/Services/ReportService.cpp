@@ -173,12 +173,17 @@ std::deque<ReportService::Share> ReportService::savedReports() const {
 }
 
 void ReportService::continueBatch() {
-  ReportList reports = nextReports();
-  if (reports.empty()) return endBatch(true);
-  QueueManager::networkSerialQueue().addOperation(
-      [weak = weak_from_this(), reports = std::move(reports), removals = removals_.load()] {
-        sendReports(weak, reports, removals);
-      });
+  try {
+    ReportList reports = nextReports();
+    if (reports.empty()) return endBatch(true);
+    QueueManager::networkSerialQueue().addOperation(
+        [weak = weak_from_this(), reports = std::move(reports), removals = removals_.load()] {
+          sendReports(weak, reports, removals);
+        });
+  } catch (...) {  // No memory: without its end, a batch would keep all later ones from beginning.
+    endBatch(false);
+    throw;
+  }
 }
 
 /// Those handed over before have been deleted, so that the next ones are the first of their user.

@@ -103,6 +103,12 @@ void SubscriptionService::cancelRequest() {
   dropRequest();
 }
 
+void SubscriptionService::stop() {
+  ++lastRequest_;
+  requestRetry_.reset();
+  cancelRequest();
+}
+
 void SubscriptionService::dropRequest() {
   const ExitGate::Pass pass;  // The end of the request is code of the host, too.
   productRequest_.reset();

@@ -76,6 +76,9 @@ class SubscriptionService final : public std::enable_shared_from_this<Subscripti
   void storeProducts();
   [[nodiscard]] std::optional<SubscriptionProduct> findLocalProduct(const std::string& productId);
 
+  /// What a store still answers no longer matters: the tables are the next library's.
+  void stop();
+
  private:
   /// The row of the active project, made on demand.
   [[nodiscard]] std::shared_ptr<SubscriptionInfo> info();

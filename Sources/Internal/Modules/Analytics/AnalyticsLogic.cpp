@@ -117,6 +117,7 @@ void AnalyticsLogic::stopSDK() {
   lifeCycle_->setLifeCycleListener({});
   stopActivity();
   services_.configService->stop();
+  services_.subscriptionService->stop();
 }
 
 void AnalyticsLogic::receiveConfig(const Config& config) {
