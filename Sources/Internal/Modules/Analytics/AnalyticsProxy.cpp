@@ -38,33 +38,32 @@ void AnalyticsProxy::initialize(std::shared_ptr<AnalyticsProtocol> analyticsLogi
   analyticsLogic_.set(std::move(analyticsLogic));
 }
 
-template <class Work, class Refuse>
-void AnalyticsProxy::perform(const char* label, Work work, Refuse refuse) {
-  QueueManager::incomeQueue().addOperation([weak = weak_from_this(), label, work = std::move(work),
-                                            refuse = std::move(refuse)]() mutable {
-    const auto self = weak.lock();
-    if (!self) return;
-    const Logic logic = self->analyticsLogic_.get();
-    if (validateInitialization(label, logic != nullptr)) {
-      work(*logic);
-    } else {
-      refuse();
-    }
-  });
+template <class Work>
+void AnalyticsProxy::post(const char* label, Work work) {
+  QueueManager::incomeQueue().addOperation(
+      [weak = weak_from_this(), label, work = std::move(work)]() mutable {
+        const auto self = weak.lock();
+        if (!self) return;
+        const Logic logic = self->analyticsLogic_.get();
+        work(validateInitialization(label, logic != nullptr) ? logic.get() : nullptr);
+      });
 }
 
 template <class Work>
 void AnalyticsProxy::perform(const char* label, Work work) {
-  perform(label, std::move(work), [] {});
+  post(label, [work = std::move(work)](AnalyticsProtocol* logic) mutable {
+    if (logic != nullptr) work(*logic);
+  });
 }
 
 template <class Handler, class Fallback>
 void AnalyticsProxy::answer(const char* label, Handler completionHandler,
                             void (AnalyticsProtocol::*getter)(Handler), Fallback fallback) {
-  perform(
-      label,
-      [completionHandler, getter](AnalyticsProtocol& logic) { (logic.*getter)(completionHandler); },
-      [completionHandler, fallback] { callHost(completionHandler, fallback); });
+  post(label, [handler = std::move(completionHandler), getter,
+               fallback = std::move(fallback)](AnalyticsProtocol* logic) mutable {
+    if (logic == nullptr) return callHost(handler, fallback);
+    (logic->*getter)(std::move(handler));
+  });
 }
 
 template <class Call, class Rule, class IsExcluded>

@@ -59,9 +59,11 @@ class AnalyticsProxy final : public AnalyticsProtocol,
  private:
   using Logic = std::shared_ptr<AnalyticsProtocol>;
 
-  /// Runs `work(logic)` on the incomeQueue, or `refuse()` behind the line that refuses the call.
-  template <class Work, class Refuse>
-  void perform(const char* label, Work work, Refuse refuse);
+  /// Runs `work(logic)` on the incomeQueue: with null, behind the line that refuses the call, when
+  /// the library has not been started.
+  template <class Work>
+  void post(const char* label, Work work);
+  /// Runs `work(*logic)` there when it has been.
   template <class Work>
   void perform(const char* label, Work work);
   template <class Handler, class Fallback>

@@ -33,24 +33,23 @@ std::optional<PeopleValidatorRules::Property> validateChanges(const char* method
 
 }  // namespace
 
-template <class Work, class Refuse>
-void PeopleLogic::perform(const char* method, Work work, Refuse refuse) {
-  QueueManager::incomeQueue().addOperation([weak = weak_from_this(), method, work = std::move(work),
-                                            refuse = std::move(refuse)]() mutable {
-    const auto self = weak.lock();
-    if (!self) return;
-    const auto service = self->peopleService_;
-    if (AnalyticsProxy::validateInitialization(method, service != nullptr)) {
-      work(*service);
-    } else {
-      refuse();
-    }
-  });
+template <class Work>
+void PeopleLogic::post(const char* method, Work work) {
+  QueueManager::incomeQueue().addOperation(
+      [weak = weak_from_this(), method, work = std::move(work)]() mutable {
+        const auto self = weak.lock();
+        if (!self) return;
+        const auto service = self->peopleService_;
+        const bool isThere = AnalyticsProxy::validateInitialization(method, service != nullptr);
+        work(isThere ? service.get() : nullptr);
+      });
 }
 
 template <class Work>
 void PeopleLogic::perform(const char* method, Work work) {
-  perform(method, std::move(work), [] {});
+  post(method, [work = std::move(work)](PeopleService* service) mutable {
+    if (service != nullptr) work(*service);
+  });
 }
 
 void PeopleLogic::setPeopleService(std::shared_ptr<PeopleService> peopleService) {
@@ -86,15 +85,14 @@ void PeopleLogic::change(std::string key, PeopleValueType value, const char* met
 }
 
 void PeopleLogic::getValue(std::string key, ValueHandler handler, const char* method) {
-  perform(
-      method,
-      [key = std::move(key), handler, method](PeopleService& service) mutable {
-        auto checked = PeopleValidatorRules::validateKey(method, std::move(key));
-        if (!checked) return callHost(handler, std::nullopt);
-        service.getValue(normalized(*std::move(checked)),
-                         [&](const auto& value) { callHost(handler, value); });
-      },
-      [handler] { callHost(handler, std::nullopt); });
+  post(method, [key = std::move(key), handler = std::move(handler),
+                method](PeopleService* service) mutable {
+    if (service == nullptr) return callHost(handler, std::nullopt);
+    auto checked = PeopleValidatorRules::validateKey(method, std::move(key));
+    if (!checked) return callHost(handler, std::nullopt);
+    service->getValue(normalized(*std::move(checked)),
+                      [&](const auto& value) { callHost(handler, value); });
+  });
 }
 
 void PeopleLogic::unset(std::vector<std::string> properties, const char* method) {

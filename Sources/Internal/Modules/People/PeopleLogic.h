@@ -36,9 +36,11 @@ class PeopleLogic final : public std::enable_shared_from_this<PeopleLogic> {
  private:
   using Change = void (PeopleService::*)(const std::string& key, const PeopleValueType& value);
 
-  /// Runs `work(service)` on the incomeQueue, or `refuse()` behind the line that refuses the call.
-  template <class Work, class Refuse>
-  void perform(const char* method, Work work, Refuse refuse);
+  /// Runs `work(service)` on the incomeQueue: with null, behind the line that refuses the call,
+  /// when the library has not been started.
+  template <class Work>
+  void post(const char* method, Work work);
+  /// Runs `work(*service)` there when it has been.
   template <class Work>
   void perform(const char* method, Work work);
   void change(std::string key, PeopleValueType value, const char* method, Change operation);
