@@ -1,7 +1,8 @@
 # Shared by the scripts of this project, which source it. Works from any directory.
 #
 #   install_dependencies [PACKAGE...]   what building and testing needs, and these too
-#   build_preset NAME [TARGET...]       configures and builds one of CMakePresets.json
+#   build_preset NAME [TARGET...]       configures and builds one of CMakePresets.json; CMake is told
+#                                       $CONFIGURE, too
 #   run_tests NAME                      runs the tests of a preset that is built
 
 set -euo pipefail
@@ -46,7 +47,7 @@ build_preset() {
   shift
   # Set each time, so that a build folder follows when ccache comes or goes.
   (cd "$root" && cmake --preset "$preset" \
-    -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)")
+    -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" ${CONFIGURE:-})
   cmake --build "$root/build/$preset" -j "$jobs" ${1:+--target "$@"}
 }
 
