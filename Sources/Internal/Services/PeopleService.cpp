@@ -75,12 +75,12 @@ PeopleService::PeopleService(std::shared_ptr<StateManager> stateManager,
 
 PeopleService::Card PeopleService::activeCard() {
   const auto& user = stateManager_->getActiveUser();
-  if (const Card stored = peopleRepository_->findOfUser(user->idKey)) return stored;
+  if (Card stored = peopleRepository_->findOfUser(user->idKey)) return stored;
   if (userOfNewCard_ != user) {
     newCard_ = std::make_shared<PeopleCard>();
     userOfNewCard_ = user;
   }
-  const Card card = newCard_;
+  Card card = newCard_;
   insert(card);
   return card;
 }
