@@ -39,12 +39,18 @@ namespace {
 constexpr std::int64_t now = 1'700'000'000'000;
 const Resources threeAmounts{{"gold", 500}, {"gems", 12}, {"energy", 70}};
 
-AnyCodable::Object fiveValues() {
-  return {{"boss", "hydra"},
-          {"heads", 9},
-          {"ratio", 0.25},
-          {"alone", true},
-          {"weapon", "two-handed sword"}};
+CustomEvent validEvent() {
+  auto call = ValidatorRules::validateCustomEvent({"boss_beaten",
+                                                   {{"boss", "hydra"},
+                                                    {"heads", 9},
+                                                    {"ratio", 0.25},
+                                                    {"alone", true},
+                                                    {"weapon", "two-handed sword"}}});
+  return {.timestamp = now,
+          .sessionId = now,
+          .level = 3,
+          .name = std::move(call->name),
+          .parameters = {call->params.begin(), call->params.end()}};
 }
 
 /// Microseconds for one of many runs of `work`, which gives the size of what it has made.
@@ -72,14 +78,7 @@ std::string textOf(Record record) {
 }
 
 void addEvents() {
-  addEvent("Checking and encoding: customEvent, 5 parameters", [] {
-    auto call = ValidatorRules::validateCustomEvent({"boss_beaten", fiveValues()});
-    return textOf(CustomEvent{.timestamp = now,
-                              .sessionId = now,
-                              .level = 3,
-                              .name = std::move(call->name),
-                              .parameters = std::move(call->params)});
-  });
+  addEvent("Checking and encoding: customEvent, 5 parameters", [] { return textOf(validEvent()); });
   addEvent("Checking and encoding: levelUp, 3 balances", [] {
     auto call = ValidatorRules::validateLevelUp({4, threeAmounts});
     return textOf(LevelUp{.sessionId = now,
@@ -172,11 +171,7 @@ void addPacking(std::size_t count, const char* work) {
           {{.work = work, .unit = "us", .value = "time"},
            {.work = "  for each event", .unit = "us", .value = "each"}},
           [count](Values& values) {
-            const std::string event = textOf(CustomEvent{.timestamp = now,
-                                                         .sessionId = now,
-                                                         .level = 3,
-                                                         .name = "boss_beaten",
-                                                         .parameters = fiveValues()});
+            const std::string event = textOf(validEvent());
             const std::vector<std::string> waiting(count, event);
             const auto packed = [&] {
               std::vector<Package> packages;
@@ -214,11 +209,7 @@ void addWaitingEvents() {
       [](Values& values) {
         const TemporaryFolder folder;
         const auto database = std::make_shared<SQLiteProvider>("key", folder.path());
-        const std::string text = textOf(CustomEvent{.timestamp = now,
-                                                    .sessionId = now,
-                                                    .level = 3,
-                                                    .name = "boss_beaten",
-                                                    .parameters = fiveValues()});
+        const std::string text = textOf(validEvent());
         BareStore store(folder.path() + "/pelorino/pelorino.db");
         store.run(
             "WITH RECURSIVE numbers(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM numbers "

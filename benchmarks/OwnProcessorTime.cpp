@@ -104,15 +104,24 @@ int main(int argc, char** argv) {
           {{.work = "The library's own processor time per event, store excluded",
             .unit = "us",
             .value = "own",
-            .goal = Goal::valueAtMost(5)}},
+            .goal = Goal::valueAtMost(5)},
+           {.work = "  of it in the kernel: fresh memory, waking the queue",
+            .unit = "us",
+            .value = "kernel"}},
           [](Values& values) {
-            constexpr int count = 20'000;
+            // In bursts, as a game calls. A queue of 20,000 calls would measure the memory for them.
+            constexpr int bursts = 20;
+            constexpr int burst = 1'000;
+            constexpr int count = bursts * burst;
             const PLRCustomEventParameters parameters = fiveParameters();
             const sqlite3_int64 before = eventsStored;
             const ProcessorTime time;
-            for (int i = 0; i < count; ++i) PLRAnalytics::customEvent("boss_beaten", parameters);
-            Library::drain();
+            for (int i = 0; i < bursts; ++i) {
+              for (int j = 0; j < burst; ++j) PLRAnalytics::customEvent("boss_beaten", parameters);
+              Library::drain();
+            }
             values["own"] = time.microseconds() / count;
+            values["kernel"] = time.inKernel() / count;
             if (eventsStored - before < count) throw std::runtime_error("the store was not there");
           });
   return run(argc, argv);

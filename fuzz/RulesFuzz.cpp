@@ -202,7 +202,7 @@ void checkEvents(FuzzedDataProvider& input) {
   CustomEventCall custom{.name = textFrom(input), .params = {}};
   for (int i = input.ConsumeIntegralInRange(0, 4); i > 0; --i) {
     std::string key = textFrom(input);
-    custom.params.insert_or_assign(std::move(key), valueFrom(input));
+    custom.params.emplace_back(std::move(key), valueFrom(input));
   }
   check(Rules::validateCustomEvent, custom, [](const CustomEventCall& call) {
     filled(call.name, 72);

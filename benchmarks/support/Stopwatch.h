@@ -21,18 +21,21 @@ class Stopwatch final {
 /// Microseconds of processor time that all threads of the process have used since it was made.
 class ProcessorTime final {
  public:
-  [[nodiscard]] double microseconds() const { return used() - start_; }
+  [[nodiscard]] double microseconds() const { return inProcess() + inKernel(); }
+  [[nodiscard]] double inKernel() const { return microseconds(used().ru_stime) - kernelStart_; }
 
  private:
-  static double used() {
+  [[nodiscard]] double inProcess() const { return microseconds(used().ru_utime) - processStart_; }
+  static rusage used() {
     rusage usage{};
     ::getrusage(RUSAGE_SELF, &usage);
-    return microseconds(usage.ru_utime) + microseconds(usage.ru_stime);
+    return usage;
   }
   static double microseconds(const timeval& time) {
     return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_usec);
   }
-  double start_ = used();
+  double processStart_ = microseconds(used().ru_utime);
+  double kernelStart_ = microseconds(used().ru_stime);
 };
 
 }  // namespace pelorino::bench

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "Limits.h"
@@ -10,34 +11,43 @@ namespace {
 
 constexpr const char* networkNameLabel = "The social network name argument value";
 
-/// The value as it is stored. What is neither a number with a fraction nor a text needs no repair.
-AnyCodable checkParameter(Rule& entry, const Label& argument, const AnyCodable& value) {
+/// Repairs the value as it is stored. What is neither a number with a fraction nor a text needs
+/// none.
+void checkParameter(Rule& entry, const Label& argument, AnyCodable& value) {
   if (const double* number = value.floating()) {
     entry.inInterval(argument, *number, -finiteMaximum, finiteMaximum);
   } else if (const std::string* text = value.text()) {
     std::string repaired = *text;
     entry.text(argument, repaired, 255);
-    return repaired;
+    value = std::move(repaired);
   }
-  return value;
 }
 
-AnyCodable::Object checkParameters(std::string_view method, const AnyCodable::Object& params) {
+/// Of parameters whose keys have become equal the last one stays.
+CustomEventCall::Params uniqueByKey(CustomEventCall::Params params) {
+  std::ranges::stable_sort(params, {}, &CustomEventCall::Params::value_type::first);
+  const auto sameKey = [](const auto& a, const auto& b) { return a.first == b.first; };
+  params.erase(params.begin(), std::unique(params.rbegin(), params.rend(), sameKey).base());
+  return params;
+}
+
+CustomEventCall::Params checkParameters(std::string_view method, CustomEventCall::Params params) {
   const Label keyLabel = "The key of the parameters dictionary";
-  AnyCodable::Object kept;
-  for (const auto& [rawKey, value] : params) {
-    const std::string key = cleaned(rawKey);
-    const Label valueLabel("The value of the parameters dictionary by [", key, "] key");
+  CustomEventCall::Params kept;
+  kept.reserve(params.size());
+  for (auto& [rawKey, value] : params) {
+    std::string key = cleaned(std::move(rawKey));
+    const std::string cleanKey = key;
+    const Label valueLabel("The value of the parameters dictionary by [", cleanKey, "] key");
     Rule entry(method);
     entry.notEmpty(keyLabel, key);
     entry.validType(valueLabel, value);
     if (!entry.passed()) continue;
-    std::string cutKey = key;
-    entry.bound(keyLabel, cutKey, 32);
-    AnyCodable checked = checkParameter(entry, valueLabel, value);
-    if (entry.passed()) kept.insert_or_assign(std::move(cutKey), std::move(checked));
+    entry.bound(keyLabel, key, 32);
+    checkParameter(entry, valueLabel, value);
+    if (entry.passed()) kept.emplace_back(std::move(key), std::move(value));
   }
-  return kept;
+  return uniqueByKey(std::move(kept));
 }
 
 void dropWhenEmpty(std::optional<std::string>& value) {
@@ -50,7 +60,7 @@ std::optional<CustomEventCall> ValidatorRules::validateCustomEvent(CustomEventCa
   Rule rule("CustomEvent");
   const Label nameLabel = "The custom event name";
   rule.bound(nameLabel, call.name, 72);
-  call.params = checkParameters(rule.method(), call.params);
+  call.params = checkParameters(rule.method(), std::move(call.params));
   rule.notEmpty(nameLabel, call.name);
   return rule.verdict(std::move(call));
 }

@@ -16,7 +16,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using R = ValidatorRules;
-using Parameters = AnyCodable::Object;
+using Parameters = CustomEventCall::Params;
 
 std::string error(const std::string& method, const std::string& rest) {
   return "ERROR In the " + method + " method an error has occurred: \n\t" + rest;
@@ -108,7 +108,7 @@ TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
   };
   const auto parameterText = [](const Text& text) -> Result {
     const auto kept = R::validateCustomEvent({"n", {{"k", text}}})->params;
-    return kept.empty() ? std::nullopt : Result(*kept.at("k").text());
+    return kept.empty() ? std::nullopt : Result(*kept.front().second.text());
   };
   const auto referrer = [](const Text& text) -> Result {
     const auto kept = R::validateReferrer({{"source", "s"}, {"term", text}});

@@ -15,10 +15,12 @@ using namespace pelorino;
 
 namespace {
 
-AnyCodable::Object copied(const PLRCustomEventParameters& parameters) {
-  AnyCodable::Object values;
+CustomEventCall::Params copied(const PLRCustomEventParameters& parameters) {
+  CustomEventCall::Params values;
+  values.reserve(parameters.getAllParameters().size());
   for (const auto& [key, value] : parameters.getAllParameters()) {
-    values.emplace(key, std::visit([](const auto& plain) { return AnyCodable(plain); }, value));
+    values.emplace_back(key,
+                        std::visit([](const auto& plain) { return AnyCodable(plain); }, value));
   }
   return values;
 }

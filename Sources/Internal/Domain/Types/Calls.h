@@ -8,6 +8,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "AnyCodable.h"
@@ -29,8 +30,12 @@ struct LevelUpCall {
 };
 
 struct CustomEventCall {
+  /// By key, in order. A list, since it is one piece of memory for the caller's thread to allocate
+  /// and for the queue to give back.
+  using Params = std::vector<std::pair<std::string, AnyCodable>>;
+
   std::string name;
-  AnyCodable::Object params;
+  Params params;
 };
 
 struct CurrencyAccrualCall {

@@ -1,5 +1,6 @@
 // What the host reports, one event a call.
 
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -19,7 +20,9 @@ bool AnalyticsLogic::hasSession() const {
 
 void AnalyticsLogic::customEvent(CustomEventCall call) {
   if (!hasSession()) return;
-  addEvent(CustomEvent{.name = std::move(call.name), .parameters = std::move(call.params)});
+  addEvent(CustomEvent{.name = std::move(call.name),
+                       .parameters = {std::move_iterator(call.params.begin()),
+                                      std::move_iterator(call.params.end())}});
 }
 
 void AnalyticsLogic::socialNetworkConnect(std::string name) {

@@ -15,22 +15,36 @@
 namespace pelorino {
 namespace {
 
-// What the backend may have switched off: never, the event, the event with one value of the call.
+// What the backend may have switched off: never, the event, the event with one value of the call,
+// as the host gave it or as the rule repaired it. Each takes the call as it came in and returns
+// what judges the repaired one, so that the rule can have the call itself instead of a copy.
 
-constexpr auto never = [](const auto&, const auto&) { return false; };
+constexpr auto never = [](const auto&) { return [](const auto&) { return false; }; };
 
 auto event(const char* code) {
-  return [code](const auto&, const auto&) { return Validator::isExcluded(code); };
+  return
+      [code](const auto&) { return [code](const auto&) { return Validator::isExcluded(code); }; };
 }
 
 template <class Value>
-auto eventWith(const char* code, Value value) {
-  return [code, value](const auto& call, const auto& valid) {
-    return Validator::isExcluded(code, AnyCodable(value(call, valid)));
+auto eventWithGiven(const char* code, Value value) {
+  return [code, value](const auto& call) {
+    return [code, given = AnyCodable(value(call))](const auto&) {
+      return Validator::isExcluded(code, given);
+    };
   };
 }
 
-constexpr auto noRule = [](const auto& call) { return std::optional(call); };
+template <class Value>
+auto eventWithValid(const char* code, Value value) {
+  return [code, value](const auto&) {
+    return [code, value](const auto& valid) {
+      return Validator::isExcluded(code, AnyCodable(value(valid)));
+    };
+  };
+}
+
+constexpr auto noRule = [](auto call) { return std::optional(std::move(call)); };
 
 }  // namespace
 
@@ -66,14 +80,14 @@ void AnalyticsProxy::answer(const char* label, Handler completionHandler,
   });
 }
 
-template <class Call, class Rule, class IsExcluded>
-void AnalyticsProxy::track(const char* label, Call call, Rule rule, IsExcluded isExcluded,
+template <class Call, class Rule, class Exclusion>
+void AnalyticsProxy::track(const char* label, Call call, Rule rule, Exclusion exclusion,
                            void (AnalyticsProtocol::*operation)(Call)) {
   perform(label,
-          [call = std::move(call), rule, isExcluded, operation](AnalyticsProtocol& logic) mutable {
-            // The exclusions name some values as the host does, before anything was cut.
-            std::optional<Call> valid = rule(call);
-            if (!valid || isExcluded(call, *valid)) return;
+          [call = std::move(call), rule, exclusion, operation](AnalyticsProtocol& logic) mutable {
+            const auto isExcluded = exclusion(call);
+            std::optional<Call> valid = rule(std::move(call));
+            if (!valid || isExcluded(*valid)) return;
             (logic.*operation)(std::move(*valid));
           });
 }
@@ -162,20 +176,20 @@ void AnalyticsProxy::currentBalance(Resources balance) {
 
 void AnalyticsProxy::customEvent(CustomEventCall call) {
   track("customEvent(_:_:)", std::move(call), ValidatorRules::validateCustomEvent,
-        eventWith("ce", [](const auto& given, const auto&) { return given.name; }),
+        eventWithGiven("ce", [](const auto& given) { return given.name; }),
         &AnalyticsProtocol::customEvent);
 }
 
 void AnalyticsProxy::currencyAccrual(CurrencyAccrualCall call) {
   track("currencyAccrual(_:_:_:_:)", std::move(call), ValidatorRules::validateCurrencyAccrual,
-        eventWith("ca", [](const auto& given, const auto&) { return given.source; }),
+        eventWithGiven("ca", [](const auto& given) { return given.source; }),
         &AnalyticsProtocol::currencyAccrual);
 }
 
 void AnalyticsProxy::virtualCurrencyPayment(VirtualCurrencyPaymentCall call) {
   track("virtualCurrencyPayment(_:_:_:_:)", std::move(call),
         ValidatorRules::validateVirtualCurrencyPayment,
-        eventWith("vp", [](const auto& given, const auto&) { return given.purchaseId; }),
+        eventWithGiven("vp", [](const auto& given) { return given.purchaseId; }),
         &AnalyticsProtocol::virtualCurrencyPayment);
 }
 
@@ -188,32 +202,32 @@ void AnalyticsProxy::realCurrencyPayment(RealCurrencyPaymentCall call) {
 void AnalyticsProxy::startProgressionEvent(StartProgressionEventCall call) {
   track("startProgressionEvent(_:_:)", std::move(call),
         ValidatorRules::validateStartProgressionEvent,
-        eventWith("pe", [](const auto& given, const auto&) { return given.eventName; }),
+        eventWithGiven("pe", [](const auto& given) { return given.eventName; }),
         &AnalyticsProtocol::startProgressionEvent);
 }
 
 void AnalyticsProxy::finishProgressionEvent(FinishProgressionEventCall call) {
   track("finishProgressionEvent(_:_:)", std::move(call),
         ValidatorRules::validateFinishProgressionEvent,
-        eventWith("pe", [](const auto& given, const auto&) { return given.eventName; }),
+        eventWithGiven("pe", [](const auto& given) { return given.eventName; }),
         &AnalyticsProtocol::finishProgressionEvent);
 }
 
 void AnalyticsProxy::tutorial(std::int64_t step) {
   track("tutorial(_:)", step, ValidatorRules::validateTutorial,
-        eventWith("tr", [](const auto& given, const auto&) { return given; }),
+        eventWithGiven("tr", [](const auto& given) { return given; }),
         &AnalyticsProtocol::tutorial);
 }
 
 void AnalyticsProxy::socialNetworkConnect(std::string name) {
   track("socialNetworkConnect(_:)", std::move(name), ValidatorRules::validateSocialNetworkConnect,
-        eventWith("sc", [](const auto&, const auto& valid) { return valid; }),
+        eventWithValid("sc", [](const auto& valid) { return valid; }),
         &AnalyticsProtocol::socialNetworkConnect);
 }
 
 void AnalyticsProxy::socialNetworkPost(SocialNetworkPostCall call) {
   track("socialNetworkPost(_:_:)", std::move(call), ValidatorRules::validateSocialNetworkPost,
-        eventWith("sp", [](const auto&, const auto& valid) { return valid.name; }),
+        eventWithValid("sp", [](const auto& valid) { return valid.name; }),
         &AnalyticsProtocol::socialNetworkPost);
 }
 

@@ -69,10 +69,10 @@ class AnalyticsProxy final : public AnalyticsProtocol,
   template <class Handler, class Fallback>
   void answer(const char* label, Handler completionHandler,
               void (AnalyticsProtocol::*getter)(Handler), Fallback fallback);
-  /// Runs `operation` with what `rule` makes of the call, unless the rule rejects it or
-  /// `isExcluded` is true for the call as it came in and as the rule repaired it.
-  template <class Call, class Rule, class IsExcluded>
-  void track(const char* label, Call call, Rule rule, IsExcluded isExcluded,
+  /// Runs `operation` with what `rule` makes of the call, unless the rule rejects it or what
+  /// `exclusion` returns for the call as it came in is true for the call as the rule repaired it.
+  template <class Call, class Rule, class Exclusion>
+  void track(const char* label, Call call, Rule rule, Exclusion exclusion,
              void (AnalyticsProtocol::*operation)(Call));
 
   Guarded<Logic> analyticsLogic_;
