@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Shows that the simulation sees: breaks the library in one way after the other, in a copy of the
-# last commit, and counts the seeds that notice. tests/simulation/broken.sh [COUNT], 300 seeds each
+# last commit, and counts the seeds that notice. simulation/broken.sh [COUNT], 300 seeds each
 # unless said otherwise. Fails when a break goes unnoticed, or can no longer be made.
-source "$(dirname -- "${BASH_SOURCE[0]}")/../../scripts/lib.sh"
+source "$(dirname -- "${BASH_SOURCE[0]}")/../scripts/lib.sh"
 
 count=${1:-300}
 copy=$(mktemp -d)
@@ -39,7 +39,7 @@ for entry in "${breaks[@]}"; do
     continue
   fi
   cmake --build build/debug -j "$jobs" --target simulation >build.log 2>&1 || { tail -20 build.log; exit 1; }
-  tally=$(build/debug/tests/simulation --seeds 1 "$count" --jobs "$jobs" | tail -1) || true
+  tally=$(build/debug/simulation/simulation --seeds 1 "$count" --jobs "$jobs" | tail -1) || true
   echo "$tally: $what"
   if [[ $tally == *", 0 broke a rule" ]]; then unnoticed=1; fi
   git checkout --quiet -- "$file"
