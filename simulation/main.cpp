@@ -96,6 +96,9 @@ std::uint64_t playSeeds(const Options& options, std::uint64_t job) {
   std::uint64_t broken = 0;
   for (std::uint64_t i = job; i < options.count; i += options.jobs) {
     if (!play(options.first + i, options)) ++broken;
+    if (i > 0 && i % 5'000 == 0) {
+      std::fprintf(stderr, "about %llu seeds played\n", static_cast<unsigned long long>(i));
+    }
   }
   return broken;
 }

@@ -31,7 +31,8 @@ CustomEventCall::Params uniqueByKey(CustomEventCall::Params params) {
   return params;
 }
 
-CustomEventCall::Params checkParameters(std::string_view method, CustomEventCall::Params params) {
+/// Repairs the parameters in place and drops those that cannot be.
+void checkParameters(std::string_view method, CustomEventCall::Params& params) {
   const Label keyLabel = "The key of the parameters dictionary";
   CustomEventCall::Params kept;
   kept.reserve(params.size());
@@ -47,7 +48,7 @@ CustomEventCall::Params checkParameters(std::string_view method, CustomEventCall
     checkParameter(entry, valueLabel, value);
     if (entry.passed()) kept.emplace_back(std::move(key), std::move(value));
   }
-  return uniqueByKey(std::move(kept));
+  params = uniqueByKey(std::move(kept));
 }
 
 void dropWhenEmpty(std::optional<std::string>& value) {
@@ -60,7 +61,7 @@ std::optional<CustomEventCall> ValidatorRules::validateCustomEvent(CustomEventCa
   Rule rule("CustomEvent");
   const Label nameLabel = "The custom event name";
   rule.bound(nameLabel, call.name, 72);
-  call.params = checkParameters(rule.method(), std::move(call.params));
+  checkParameters(rule.method(), call.params);
   rule.notEmpty(nameLabel, call.name);
   return rule.verdict(std::move(call));
 }
