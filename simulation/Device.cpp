@@ -73,6 +73,8 @@ void Device::setDisk(FaultyDisk::Fault fault, std::int64_t percent) {
 }
 
 void Device::start(bool inBackground) {
+  // An application that becomes active says so, or an earlier start goes on waiting for it.
+  if (isPaused_ && !inBackground) return becomeActive();
   PLRHost::setApplicationState(inBackground ? PLRApplicationState::background
                                             : PLRApplicationState::active);
   isPaused_ = inBackground;

@@ -42,6 +42,7 @@ class DeliveryRule final : public Rule {
     Answer answer = Answer::none;
     std::int64_t answerLife = 0;
     std::int64_t start = 0;           ///< In which it was stored.
+    std::int64_t stored = 0;          ///< When, in records.
     std::int64_t due = 0;             ///< To be sent since this moment, in records.
     bool isForgottenByBatch = false;  ///< Stored between a failure and the end of its batch.
     bool isForgotten = false;
