@@ -109,7 +109,8 @@ int main(int argc, char** argv) {
             .unit = "us",
             .value = "kernel"}},
           [](Values& values) {
-            // In bursts, as a game calls. A queue of 20,000 calls would measure the memory for them.
+            // In bursts, as a game calls. A queue of 20,000 calls would measure the memory for
+            // them.
             constexpr int bursts = 20;
             constexpr int burst = 1'000;
             constexpr int count = bursts * burst;

@@ -11,10 +11,9 @@ namespace json = boost::json;
 
 namespace {
 
-std::vector<std::string> commandLine(const std::string& dataFile, int port,
+std::vector<std::string> commandLine(const std::string& dataFile,
                                      const std::vector<std::string>& options) {
-  std::vector<std::string> words = {PELORINO_BACKEND, "--data", dataFile, "--port",
-                                    std::to_string(port)};
+  std::vector<std::string> words = {PELORINO_BACKEND, "--data", dataFile, "--port", "0"};
   words.insert(words.end(), options.begin(), options.end());
   return words;
 }
@@ -45,9 +44,8 @@ json::object Arrived::content() const {
   return content;
 }
 
-BackendProcess::BackendProcess(const std::string& dataFile, int port,
-                               const std::vector<std::string>& options)
-    : process_(commandLine(dataFile, port, options)) {
+BackendProcess::BackendProcess(const std::string& dataFile, const std::vector<std::string>& options)
+    : process_(commandLine(dataFile, options)) {
   const std::string greeting = "listening on ";
   const auto lines =
       process_.waitForLines([&](const std::string& line) { return line.starts_with(greeting); });
@@ -57,11 +55,6 @@ BackendProcess::BackendProcess(const std::string& dataFile, int port,
 
 int BackendProcess::port() const {
   return std::stoi(url_.substr(url_.rfind(':') + 1));
-}
-
-void BackendProcess::stop() {
-  process_.signal(SIGTERM);
-  if (process_.waitForExit() != 0) throw std::runtime_error("the backend does not stop cleanly");
 }
 
 void BackendProcess::control(const std::string& what, const json::object& order) {
@@ -98,10 +91,9 @@ std::vector<Arrived> BackendProcess::events(const std::string& code) {
     const std::string user = textOf(exchange.at("headers"), "UserId");
     const json::array& packages = exchange.at("body").at("reports").at(0).at("packages").as_array();
     for (const json::value& package : packages) {
-      const json::array& inPackage = package.at("events").as_array();
-      for (const json::value& event : inPackage) {
-        if (!code.empty() && event.at("code") != json::string(code)) continue;
-        list.push_back({textOf(event, "name"), user, event.as_object(), inPackage.size()});
+      for (const json::value& event : package.at("events").as_array()) {
+        if (event.at("code") != json::string(code)) continue;
+        list.push_back({textOf(event, "name"), user, event.as_object()});
       }
     }
   }

@@ -13,7 +13,6 @@ struct Arrived {
   std::string name;  ///< Empty for events that have none.
   std::string userId;
   boost::json::object event;
-  std::size_t packageSize = 0;  ///< Events in its package.
 
   /// The event but for its code, its times and its session.
   [[nodiscard]] boost::json::object content() const;
@@ -22,15 +21,12 @@ struct Arrived {
 /// pelorino-backend as a child process.
 class BackendProcess final {
  public:
-  /// 0 takes any port. `options` are further arguments of the program.
-  explicit BackendProcess(const std::string& dataFile, int port = 0,
+  /// `options` are further arguments of the program.
+  explicit BackendProcess(const std::string& dataFile,
                           const std::vector<std::string>& options = {});
 
   [[nodiscard]] const std::string& url() const { return url_; }
   [[nodiscard]] int port() const;
-
-  /// Ends it; the port is free afterwards.
-  void stop();
 
   /// From now on the endpoint answers this, whatever it is asked.
   void answer(const std::string& endpoint, const boost::json::object& body, int status = 200);
@@ -38,13 +34,16 @@ class BackendProcess final {
   /// What goes wrong with the next exchange of the endpoint, or with the next "times".
   void fault(const std::string& endpoint, boost::json::object order);
 
+  /// Forgets answers, faults and everything received.
+  void reset() { control("reset", {}); }
+
   /// Posts a body with correct headers, as a client would, and returns the status.
   int post(const std::string& endpoint, const std::string& body);
 
   /// The exchanges of an endpoint, or of all for the empty text.
   [[nodiscard]] boost::json::array received(const std::string& endpoint);
 
-  /// Accepted events with this code, in their order; all for the empty text.
+  /// Accepted events with this code, in their order.
   [[nodiscard]] std::vector<Arrived> events(const std::string& code);
 
   /// What has arrived of a user: counts of events by code, sessions, level and card.

@@ -21,15 +21,6 @@ std::vector<std::string> commandLine(const DatabaseFile& file, const std::string
   return {PELORINO_HOST, "--backend", backendUrl, "--describe", json::serialize(fields)};
 }
 
-/// A number from a status file of the system; -1 where there is none.
-long statusNumber(const std::string& file, std::string_view field) {
-  std::ifstream status(file);
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with(field)) return std::stol(line.substr(field.size() + 1));
-  }
-  return -1;
-}
-
 auto contains(std::string_view text) {
   return [text](const std::string& line) { return line.find(text) != std::string::npos; };
 }
@@ -108,12 +99,6 @@ std::vector<std::string> HostProcess::linesWith(std::string_view text) {
   return list;
 }
 
-json::value HostProcess::resultOf(std::string_view op) {
-  const std::string start = json::serialize(json::object{{"op", op}});
-  const auto lines = process_.waitForLines(contains(start.substr(0, start.size() - 1) + ","));
-  return lines.empty() ? json::value() : json::parse(lines.front()).at("result");
-}
-
 int HostProcess::end() {
   process_.closeInput();
   return exitCode();
@@ -124,17 +109,16 @@ void HostProcess::kill() {
   process_.waitForExit();
 }
 
-long HostProcess::peakMemory() const {
-  return statusNumber("/proc/" + std::to_string(process_.pid()) + "/status", "VmHWM:");
-}
-
 std::map<std::string, long> HostProcess::sleeps() const {
   std::map<std::string, long> counts;
   const std::string tasks = "/proc/" + std::to_string(process_.pid()) + "/task";
   for (const auto& task : std::filesystem::directory_iterator(tasks)) {
-    // A thread may end meanwhile.
-    const long count = statusNumber(task.path() / "status", "voluntary_ctxt_switches:");
-    if (count >= 0) counts[task.path().filename()] = count;
+    const std::string field = "voluntary_ctxt_switches:";
+    std::ifstream status(task.path() / "status");
+    for (std::string line; std::getline(status, line);) {
+      if (!line.starts_with(field)) continue;
+      counts[task.path().filename()] = std::stol(line.substr(field.size()));
+    }
   }
   return counts;
 }

@@ -49,18 +49,12 @@ class HostProcess final {
   /// All lines written so far that hold this text.
   [[nodiscard]] std::vector<std::string> linesWith(std::string_view text);
 
-  /// The "result" that an operation has answered; null when it does not.
-  [[nodiscard]] boost::json::value resultOf(std::string_view op);
-
   /// Closes the input and returns the exit code; -1 for a process that hangs.
   int end();
   /// Waits for a process that ends by itself.
   int exitCode() { return process_.waitForExit().value_or(-1); }
 
   void kill();
-
-  /// The most memory that it has had so far, in kilobytes.
-  [[nodiscard]] long peakMemory() const;
 
   /// How often each of its threads has gone to sleep by itself so far, by thread id.
   [[nodiscard]] std::map<std::string, long> sleeps() const;

@@ -1,5 +1,3 @@
-#include <sqlite3.h>
-
 #include <filesystem>
 #include <fstream>
 
@@ -8,42 +6,36 @@
 namespace pelorino::blackbox {
 namespace {
 
-/// Another process's connection to the database, which holds it for itself alone.
-class Holder {
- public:
-  explicit Holder(const DatabaseFile& file) {
-    EXPECT_EQ(sqlite3_open(file.path().c_str(), &database_), SQLITE_OK);
-    sqlite3_busy_timeout(database_, 10'000);
-    EXPECT_EQ(sqlite3_exec(database_, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
-  }
-  ~Holder() { sqlite3_close(database_); }
-  Holder(const Holder&) = delete;
-  Holder& operator=(const Holder&) = delete;
-
- private:
-  sqlite3* database_ = nullptr;
-};
+namespace json = boost::json;
 
 class Start : public BlackBoxTest {};
 
-TEST_F(Start, MakesItsFolderWhateverTheNameAndHoweverDeep) {
-  for (const char* name : {"with blanks", "Jürgens Spiele/日本語/🐢", "quote's \"double\" %41"}) {
-    SCOPED_TRACE(name);
-    const DatabaseFile file{name};
-    HostProcess host(file, url_);
+TEST_F(Start, TellsOfItsFolder) {
+  const auto host = startedHost();
+  host->run(R"({"op":"sdkFolderPath"})");
+  EXPECT_TRUE(host->logs(
+      json::serialize(json::object{{"op", "sdkFolderPath"}, {"result", file_.folder()}})));
+}
+
+TEST_F(Start, KnowsTheDeviceWhoseDataWereDeleted) {
+  for (const char* vendor : {"VENDOR-1", "VENDOR-2"}) {
+    std::filesystem::remove_all(file_.folder());
+    HostProcess host(file_, backend_.url(), {{"vendorIdentifier", vendor}});
     host.initialize();
-    host.run(R"({"op":"sdkFolderPath"})");
-    EXPECT_EQ(host.resultOf("sdkFolderPath"), boost::json::string(file.folder()));
-    host.customEvent(name);
-    ASSERT_TRUE(host.drain());
-    EXPECT_EQ(file.run("SELECT count(*) FROM events WHERE code = 'ce'"), "1");
+    ASSERT_TRUE(host.deliver());
     EXPECT_EQ(host.end(), 0);
   }
+  const json::value headers = backend_.received("/analytics/report").back().at("headers");
+  EXPECT_EQ(headers.at("DeviceId"), "VENDOR-2");
+  EXPECT_EQ(headers.at("PreviousDeviceId"), "VENDOR-1");
+  const std::vector<Arrived> identifiers = backend_.events("di");
+  ASSERT_EQ(identifiers.size(), 2U);
+  EXPECT_EQ(identifiers[0].event.at("uuid"), identifiers[1].event.at("uuid"));
 }
 
 TEST_F(Start, IsRefusedWhileAnotherProcessUsesTheStore) {
   const auto first = startedHost();
-  HostProcess second(file_, url_);
+  HostProcess second(file_, backend_.url());
   second.initialize();
   EXPECT_TRUE(second.logs("pelorino.lock: another process has locked it"));
   EXPECT_TRUE(second.logs("Can't init submodules"));
@@ -62,46 +54,19 @@ TEST_F(Start, IsRefusedWhileAnotherProcessUsesTheStore) {
   second.customEvent("of the second");
   ASSERT_TRUE(second.deliver());
   EXPECT_EQ(second.end(), 0);
-  EXPECT_EQ(backend().names(),
+  EXPECT_EQ(backend_.names(),
             (std::vector<std::string>{"of the first", "left behind", "of the second"}));
 }
 
-TEST_F(Start, IsRefusedWhereTheDatabaseCannotBe) {
+TEST_F(Start, IsRefusedWhereItsFolderCannotBe) {
   const std::string plainFile = folder_.file("plain file");
   std::ofstream(plainFile) << "no folder";
-  const DatabaseFile corrupt;
-  const std::string garbage(8192, 'x');
-  std::filesystem::create_directories(corrupt.folder());
-  std::ofstream(corrupt.path()) << garbage;
-  const DatabaseFile held;
-  held.run("CREATE TABLE other (id INTEGER)");
-  const Holder holder(held);
-  // Not even root writes below /proc.
-  for (const std::string& folder :
-       {std::string("/proc/pelorino"), plainFile, corrupt.support(), held.support()}) {
-    SCOPED_TRACE(folder);
-    HostProcess host(file_, url_, {{"supportDirectory", folder}});
-    host.initialize();
-    host.customEvent("lost");
-    EXPECT_TRUE(host.logs("Can't init submodules"));
-    EXPECT_TRUE(host.logs("In the customEvent(_:_:) method an error has occurred: "));
-    EXPECT_EQ(host.end(), 0);
-  }
-  EXPECT_EQ(std::filesystem::file_size(corrupt.path()), garbage.size()) << "left alone";
-}
-
-TEST_F(Start, LivesWithADatabaseThatIsLockedForAWhile) {
-  const auto host = startedHost();
-  {
-    const Holder holder(file_);
-    host->customEvent("while locked");
-    EXPECT_TRUE(host->logs("[Database Module] Error in inserting: "));
-    EXPECT_TRUE(host->drain());
-  }
-  host->customEvent("afterwards");
-  ASSERT_TRUE(host->deliver());
-  EXPECT_EQ(backend().names().back(), "afterwards");
-  EXPECT_EQ(host->end(), 0);
+  HostProcess host(file_, backend_.url(), {{"supportDirectory", plainFile}});
+  host.initialize();
+  host.customEvent("lost");
+  EXPECT_TRUE(host.logs("Can't init submodules"));
+  EXPECT_TRUE(host.logs("In the customEvent(_:_:) method an error has occurred: "));
+  EXPECT_EQ(host.end(), 0);
 }
 
 }  // namespace

@@ -101,19 +101,12 @@ void CrashLoop::takeDown(HostProcess& host) {
 
 CrashLoop::Account CrashLoop::account() {
   Account account;
-  account.kills = lives_;
   account.stored = stored_.size();
   account.sentAfterSuccess = sentAfterSuccess_;
   account.integrity = file_.run("PRAGMA integrity_check");
-  countDeliveries(account);
-  return account;
-}
-
-void CrashLoop::countDeliveries(Account& account) {
   std::set<std::string> taken;
   for (const json::value& exchange : backend_.received("/analytics/report")) {
     if (exchange.at("status") != 200) continue;
-    ++account.deliveries;
     const auto fault = json::value_to<std::string>(exchange.at("fault"));
     if (fault.find("truncate") != std::string::npos) ++account.lostAnswers;
     bool isRepeated = false;
@@ -128,6 +121,7 @@ void CrashLoop::countDeliveries(Account& account) {
   for (const std::string& name : stored_) {
     if (!taken.contains(name)) account.lost.push_back(name);
   }
+  return account;
 }
 
 }  // namespace pelorino::blackbox

@@ -24,11 +24,9 @@ class CrashLoop final {
   [[nodiscard]] bool recover();
 
   struct Account {
-    int kills = 0;
     std::size_t stored = 0;                     ///< Events that the library said it had stored.
     std::vector<std::string> lost;              ///< Stored and never delivered.
-    std::size_t deliveries = 0;                 ///< Reports that the backend took.
-    std::size_t repeatedDeliveries = 0;         ///< With an event that it had taken before.
+    std::size_t repeatedDeliveries = 0;         ///< Reports with an event that was there before.
     std::size_t lostAnswers = 0;                ///< Taken, and the answer spoilt on purpose.
     std::vector<std::string> sentAfterSuccess;  ///< Reports sent again after success, in one life.
     std::string integrity;                      ///< What SQLite says of the database.
@@ -41,7 +39,6 @@ class CrashLoop final {
   void load(HostProcess& host);
   void waitABit(HostProcess& host);
   void takeDown(HostProcess& host);
-  void countDeliveries(Account& account);
 
   std::mt19937 random_;
   DatabaseFile file_;

@@ -17,15 +17,14 @@ int main(int count, char** arguments) {
   for (int i = 0; i < lives; ++i) loop.live();
   const bool isRecovered = loop.recover();
   const CrashLoop::Account account = loop.account();
-  std::cout << "seed " << seed << ", kills " << account.kills << ", stored " << account.stored
-            << ", reports delivered " << account.deliveries << ", of these repeated "
-            << account.repeatedDeliveries << ", answers lost " << account.lostAnswers
-            << ", database " << account.integrity << "\n";
+  std::cout << "seed " << seed << ", kills " << lives << ", stored " << account.stored
+            << ", reports repeated " << account.repeatedDeliveries << ", answers lost "
+            << account.lostAnswers << ", database " << account.integrity << "\n";
   for (const auto& name : account.lost) std::cout << "lost: " << name << "\n";
   for (const auto& uuid : account.sentAfterSuccess) std::cout << "sent again: " << uuid << "\n";
   if (!isRecovered) std::cout << "the last life has not delivered everything\n";
   // A kill can interrupt one delivery; so many repeats at the most have a reason.
-  const auto reasons = static_cast<std::size_t>(account.kills) + account.lostAnswers;
+  const auto reasons = static_cast<std::size_t>(lives) + account.lostAnswers;
   const bool isGood = isRecovered && account.stored > 0 && account.lost.empty() &&
                       account.sentAfterSuccess.empty() && account.repeatedDeliveries <= reasons &&
                       account.integrity == "ok";

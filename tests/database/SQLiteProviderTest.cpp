@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -104,22 +102,14 @@ TEST(SQLiteProvider, OnlyVersion0RunsStatements) {
   };
   expectVersion("1", "", "1");
   expectVersion("2", "", "1");
-  expectVersion("3", "The database has the unknown version 3 (code: 1)", "3");
   expectVersion("-1", "The database has the unknown version -1 (code: 1)", "-1");
 }
 
 TEST(SQLiteProvider, RefusesWhatItCannotOpen) {
   EXPECT_EQ(failureToOpen(std::nullopt), "SQLite error (code: 1)");
-
   const DatabaseFile folderForFile;
   std::filesystem::create_directories(folderForFile.path());
   EXPECT_EQ(failureToOpen(folderForFile.support()), "SQLite error (code: 14)");
-
-  const DatabaseFile corrupt;
-  std::filesystem::create_directories(corrupt.folder());
-  std::ofstream(corrupt.path()) << std::string(4096, 'x');
-  EXPECT_EQ(failureToOpen(corrupt.support()), "file is not a database (code: 26)");
-  EXPECT_EQ(bytesOf(corrupt.path()), std::string(4096, 'x'));
 }
 
 class SQLiteProviderOperations : public ::testing::Test {
@@ -180,23 +170,6 @@ TEST_F(SQLiteProviderOperations, FailuresAreLoggedAndShowAsEmptyResults) {
                 "ERROR [Database Module] Error in delete: SQLite error (code: 1)",
                 "ERROR [Database Module] Error in query: SQLite error (code: 1)",
                 "ERROR [Database Module] Error in query: row (code: 1)"}));
-}
-
-TEST_F(SQLiteProviderOperations, AFullDiskFailsAndRecovers) {
-  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit oldLimit{};
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &oldLimit), 0);
-  rlimit full = oldLimit;
-  full.rlim_cur = std::filesystem::file_size(file_.path());
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
-  const auto stored = insertProject(std::string(100'000, 'x').c_str());
-  setrlimit(RLIMIT_FSIZE, &oldLimit);
-  std::signal(SIGXFSZ, oldHandler);
-
-  EXPECT_EQ(stored, std::nullopt);
-  EXPECT_EQ(log_.lines().size(), 1U);
-  EXPECT_EQ(insertProject("a"), 1);
-  EXPECT_EQ(file_.run("PRAGMA integrity_check"), "ok");
 }
 
 }  // namespace

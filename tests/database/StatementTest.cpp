@@ -38,17 +38,6 @@ TEST_F(StatementTest, BindsEachKindOfValueAsOneStorageClass) {
   expectStored(std::string("up to a NUL\0cd", 14), "text 'up to a NUL'");
 }
 
-TEST_F(StatementTest, ReadsOnlyTheStorageClassThatIsAskedFor) {
-  Statement statement(database_, "SELECT 7, 'x', 0.5, NULL, x'00', 'a' || char(0) || 'b'");
-  const auto row = statement.failableNext();
-  ASSERT_TRUE(row);
-  for (const int column : {0, 3, 4, row->columnCount()}) EXPECT_EQ((*row)[column], std::nullopt);
-  EXPECT_EQ(row->integer(0), 7);
-  EXPECT_EQ(row->integer(1), std::nullopt);
-  EXPECT_EQ(row->value(2), SQLiteValue(0.5));
-  EXPECT_EQ((*row)[5], "a");
-}
-
 TEST_F(StatementTest, FailuresSayWhatWasWrong) {
   const std::vector<std::optional<SQLiteValue>> two(2);
   EXPECT_EQ(failure("SELECT ?", two), "1 values expected, 2 passed (SELECT ?) (code: 21)");

@@ -4,7 +4,6 @@
 
 #include "Config.h"
 #include "JsonHelpers.h"
-#include "MessagingConfig.h"
 
 namespace pelorino {
 namespace {
@@ -39,35 +38,6 @@ TEST(Config, IsReadWholeOrNotAtAll) {
   for (const std::string& text : {std::string("[]"), std::string("null"), with("") + " {"}) {
     EXPECT_FALSE(from<Config>(text)) << text;
   }
-}
-
-TEST(Config, IsWrittenAsItIsRead) {
-  for (const std::string& text :
-       {with(""), with(",\"currencyAggregationTimeout\":7,\"sbsBundles\":[\"a\"],"
-                       "\"sbsConfigVersion\":8,\"exclude\":{\"version\":9,\"all\":true,"
-                       "\"events\":{\"ce\":[\"a\",1,true],\"pe\":[]}},"
-                       "\"userProperties\":{\"country\":\"CY\"}")}) {
-    EXPECT_EQ(encodeJson(decodeJson<Config>(text)), text);
-  }
-}
-
-TEST(Config, DefaultsKeepTheTimeOfTheirFirstUse) {
-  const Config& defaults = Config::defaulConfiguration();
-  EXPECT_GT(defaults.serverTime, 1'600'000'000'000);
-  EXPECT_EQ(defaults.serverTime, Config::defaulConfiguration().serverTime);
-}
-
-TEST(MessagingConfig, NeedsItsKeysButNotTheirValues) {
-  const auto categories = [](const std::string& fields) -> std::optional<std::size_t> {
-    const auto config = from<MessagingConfig>("{\"pushCategories\":{" + fields + "}}");
-    return config ? std::optional(config->categories.size()) : std::nullopt;
-  };
-  const std::string button =
-      R"("version":1,"categories":[{"id":"c","buttons":[{"id":"b","text":"t")";
-  EXPECT_EQ(categories(R"("version":1,"categories":null)"), 0U);
-  EXPECT_EQ(categories(button + R"(,"activationMode":null}]}],"removed":["d"])"), 1U);
-  EXPECT_EQ(categories(R"("version":1)"), std::nullopt);
-  EXPECT_EQ(categories(button + "}]}]"), std::nullopt);
 }
 
 }  // namespace

@@ -118,15 +118,10 @@ TEST(Event, IsStoredAsJson) {
       // What is absent is left out.
       {LevelUp{2, 1, 3}, R"("lu","sessionId":2,"timestamp":1,"level":3)"},
       {ProgressionEvent{1, 2, 3}, R"("pe",%,"name":"","parameters":{"success":false})"},
-      {CurrencyAccrual{1, 2, 3}, R"("ca",%)"},
-      {CustomEvent{1, 2, 3}, R"("ce",%,"name":"")"},
-      {Referral{1, 2}, R"("rf","timestamp":1,"sessionId":2)"},
       {AdImpression{},
        R"("adrv","timestamp":0,"sessionId":0,"source":"sdk","ad_network":"","revenue":0.0)"},
       {PeopleEvent{1, 2, 3}, R"("pl",%,"parameters":null)"},
       {PeopleEvent{1, 2, 3, AnyCodable::Object()}, R"("pl",%,"parameters":{})"},
-      {RestoredTransactionsEvent{1}, R"("sbsr","timestamp":1,"currencyCode":"","transactions":[])"},
-      {SubscriptionProductsEvent{1}, R"("sbsp","timestamp":1,"products":[])"},
   };
   for (const auto& [event, want] : rows) EXPECT_EQ(event->getJson(), filled(want));
 }
@@ -140,14 +135,6 @@ TEST(Event, HasATextWithALineForEachField) {
        "\t code: lu\n" + shared +
            "\t balance: \n\t\t resource: g amount: 1\n\t\t resource: h amount: -5\n"
            "\t inProgress: a, b\n\t inExperiments: e\n"},
-      {ProgressionEvent{1, 2, 3, "n", {}, {}, {true, 4, {}, "r"}, {}},
-       "\t code: pe\n" + shared +
-           "\t name: n\n\t parameters:\n\t\t success: true\n\t\t duration: 4\n"
-           "\t\t source: r\n"},
-      {VirtualCurrencyPayment{1, 2, 3, "i", 4, {{"g", 7}}, "t", {}, {}},
-       "\t code: vp\n" + shared +
-           "\t purchaseId: i\n\t purchaseAmount: 4\n\t purchasePrice: \n"
-           "\t\t currency: g price: 7\n\t purchaseType: t\n"},
       {CurrencyAccrual{1, 2, 3, {{{"s", {{"a", 1}, {"b", 2}}}, {"t", {{"c", 3}}}}}, {}, {}},
        "\t code: ca\n" + shared +
            "\t earned: \n\t\tsource: s \n\t\tresources:\n\t\t\tresource: a amount: 1\n"
@@ -157,9 +144,6 @@ TEST(Event, HasATextWithALineForEachField) {
        "\t code: ce\n" + shared +
            "\t name: n\"\n\t parameters: \n\t\t parameter key: b value: true\n"
            "\t\t parameter key: d value: 0.5\n"},
-      {AdImpression{1, 2, "sdk", "n", {}, "u", 2.0, {}, {}},
-       "\t code: adrv\n\t timestamp: 1\n\t sessionId: 2\n\t source: sdk\n\t network: n\n"
-       "\t unit: u\n\t revenue: 2.0\n"},
       {RestoredTransactionsEvent{1, "EUR", {{"p", {"x", "y"}}, {"q", {}}}},
        "\t code: sbsr\n\t timestamp: 1\n\t currencyCode: EUR\n\t transactions: \n"
        "\t\t product p \n\t\t transactionIds: \n \t\t\t x \n\t\t\t y \n"
@@ -169,7 +153,6 @@ TEST(Event, HasATextWithALineForEachField) {
        "\t code: sbsp\n\t timestamp: 1\n\t products: \n\t\t product 1 \n"
        "\t\t\t productId: p\n\t\t\t price: 0\n\t\t\t regionCode: DE\n"
        "\t\t\t currencyCode: EUR\n\t\t\t discounts: \n\t\t\t\t d: 0.1\n"},
-      {SubscriptionProductsEvent{1}, "\t code: sbsp\n\t timestamp: 1\n"},
   };
   for (const auto& [event, want] : rows) EXPECT_EQ(event->description(), want);
 }

@@ -136,6 +136,10 @@ TEST_F(FrontTest, ExclusionsNameSomeValuesAsTheHostGaveThemAndOthersAsRepaired) 
       logged("ERROR In the LevelUp method an error has occurred: \n\tThe [] key of the "
              "balances dictionary is empty!"))
       << "the rule comes first";
+  const Operation empty{"", [] { PLREngineWrapper::engineSubscriprtonPayment("", ""); }, "sbs"};
+  EXPECT_TRUE(isDropped(empty, wholeEvent));
+  EXPECT_FALSE(logged("ERROR Execution of the SubscriptionPayment method was canceled!"))
+      << "the exclusion comes first";
   Validator::setExcludedOptions(std::nullopt);
 }
 

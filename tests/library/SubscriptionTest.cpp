@@ -89,8 +89,7 @@ TEST_F(SubscriptionTest, AProductIsReportedWithWhatItsLocaleAndTheSystemTell) {
   const std::array<std::string, 3> locales[] = {
       {"de-DE", "DE", "EUR"}, {"zh_Hant_TW.UTF-8", "TW", "TWD"},
       {"es-419", "419", ""},  {"en_AD@collation=x;currency=gbp", "AD", "GBP"},
-      {"en_ZW", "ZW", "USD"}, {"en_ZZ", "ZZ", ""},
-      {"en", "", ""},         {"\xFF", "", ""},
+      {"en_ZW", "ZW", "USD"}, {"\xFF", "", ""},
   };
   for (const auto& [locale, region, currency] : locales) {
     EXPECT_EQ(
@@ -104,7 +103,7 @@ TEST_F(SubscriptionTest, AProductIsReportedWithWhatItsLocaleAndTheSystemTell) {
   full.introductoryPrice = {{.identifier = {}, .price = 0.5}};
   full.discounts = {{"d", 3}, {{}, 9}, {"e", SKDecimal("1.10")}, {"d", 2}};
   const std::pair<std::optional<std::string>, bool> systems[] = {
-      {{}, true},     {"12.2", true},    {"12.10.1", true}, {"13", true},
+      {{}, true},     {"12.2", true},    {"12.10.1", true},
       {"9.3", false}, {"12.1.9", false}, {"none", false},
   };
   for (const auto& [version, hasDiscounts] : systems) {
@@ -119,45 +118,41 @@ TEST_F(SubscriptionTest, AProductIsReportedWithWhatItsLocaleAndTheSystemTell) {
 }
 
 TEST_F(SubscriptionTest, AStoreThatFailsIsAskedAgainLaterAndLater) {
-  const auto fail = [&] { store->fault = "broken"; };
   const struct {
-    std::function<void()> begin;
     std::string error;
     std::int64_t wait;
+    std::function<void()> next;  ///< What the store does from then on.
   } faults[] = {
-      {[] { PLRHost::setStore(nullptr); }, "The host has set no store", 60},
-      {[&] { store->answer = {.products = {}, .error = "offline"}; }, "offline", 120},
-      {[&] { store->makesNone = true; }, "The store has made no request", 180},
-      {fail, "broken", 240},
-      {fail, "broken", 240},
+      {"The host has set no store", 60,
+       [&] {
+         PLRHost::setStore(store);
+         store->answer = {.products = {}, .error = "offline"};
+       }},
+      {"offline", 120, [&] { store->makesNone = true; }},
+      {"The store has made no request", 180, [&] { store->fault = "broken"; }},
+      {"broken", 240, [] {}},
+      {"broken", 240,
+       [&] {
+         store->fault.reset();
+         store->makesNone = false;
+         store->answer = {.products = {product("p", 1)}, .error = {}};
+       }},
   };
   configure(R"(,"sbsBundles":["p"],"sbsConfigVersion":1)");
-  std::chrono::seconds wait{0};
-  for (const auto& fault : faults) {
+  PLRHost::setStore(nullptr);
+  restart("ann");
+  for (const auto& [error, wait, next] : faults) {
+    EXPECT_TRUE(logged("DEBUG Request products failed with error: " + error));
+    EXPECT_TRUE(logged("DEBUG Retry request products after " + std::to_string(wait) + " seconds"));
+    next();
     const auto asked = store->asked.size();
-    fault.begin();
-    if (wait == 0s) {
-      restart("ann");
-    } else {
-      system.advance(wait - 1ms);
-      EXPECT_EQ(store->asked.size(), asked);
-      system.advance(1ms);
-    }
-    EXPECT_TRUE(logged("DEBUG Request products failed with error: " + fault.error));
-    EXPECT_TRUE(
-        logged("DEBUG Retry request products after " + std::to_string(fault.wait) + " seconds"));
-    wait = std::chrono::seconds(fault.wait);
-    PLRHost::setStore(store);
+    system.advance(std::chrono::seconds(wait) - 1ms);
+    EXPECT_EQ(store->asked.size(), asked);
+    system.advance(1ms);
+    EXPECT_EQ(store->asked.size(), asked + 1);
   }
-  store->fault.reset();
-  store->makesNone = false;
-  store->answer = {.products = {product("p", 1)}, .error = {}};
-  system.advance(wait);
   EXPECT_EQ(told(), "sbsp|");
-  const auto asked = store->asked.size();
   store->handlers.back()({.products = {}, .error = "a second answer"});
-  system.advance(std::chrono::hours(1));
-  EXPECT_EQ(store->asked.size(), asked);
   EXPECT_FALSE(logged("DEBUG Request products failed with error: a second answer"));
 }
 
@@ -194,10 +189,8 @@ TEST_F(SubscriptionTest, ProductsAreReportedWhenTheyChangeAndTheHistoryOncePerCh
       {"another price", 4, {product("p", SKDecimal("4.9901"))}, "sbsp|", true},
       {"another version", 5, {product("p", SKDecimal("4.9901"))}, "", true},
       {"a version of 0", 0, {product("p", SKDecimal("4.9901"))}, "", false},
-      {"a version after 0", 6, {product("p", SKDecimal("4.9901"))}, "", false},
-      {"one more", 6, {product("p", SKDecimal("4.9901")), product("q", 1)}, "sbsp|", true},
       {"none at all", 6, {}, "", false},
-      {"back again", 6, {p}, "sbsp|", true},
+      {"one more", 6, {product("p", SKDecimal("4.9901")), product("q", 1)}, "sbsp|", true},
   };
   for (const auto& c : starts) {
     SCOPED_TRACE(c.label);
@@ -216,35 +209,20 @@ TEST_F(SubscriptionTest, ProductsAreReportedWhenTheyChangeAndTheHistoryOncePerCh
 }
 
 TEST_F(SubscriptionTest, TheHistoryWaitsUntilACurrencyIsKnown) {
-  using Table = std::map<std::string, std::vector<std::string>>;
-  const struct {
-    const char* label;
-    std::vector<SKPaymentTransaction> transactions;
-    Table ofEngine;
-    std::string kept;
-  } cases[] = {
-      {"none", {}, {}, "[]"},
-      {"no original", {transaction("p", {}, "X")}, {}, "[]"},
-      {"one that comes again begins the list anew",
-       {transaction("p", "A"), transaction("p", "B"), transaction("q", "C"), transaction("p", "A")},
-       {},
-       R"([{"productID":"p","transactionIds":["A"]},{"productID":"q","transactionIds":["C"]}])"},
-      {"of an engine",
-       {},
-       {{"p", {"A", "B", "A"}}},
-       R"([{"productID":"p","transactionIds":["A","B","A"]}])"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.label);
-    stop();
-    rows("DELETE FROM subscriptions");
-    start("ann");
-    if (c.ofEngine.empty()) PLRAnalytics::subscriptionHistory(c.transactions);
-    PLREngineWrapper::engineSubscriptionHistory(c.ofEngine);
-    PLREngineWrapper::engineSubscriptionHistory(Table{{"late", {"Z"}}});
-    EXPECT_FALSE(isHistoryRequired());
-    EXPECT_EQ(history(), c.kept);
-  }
+  PLREngineWrapper::engineSubscriptionHistory({{"p", {"A", "B", "A"}}});
+  EXPECT_EQ(history(), R"([{"productID":"p","transactionIds":["A","B","A"]}])");
+  stop();
+  rows("DELETE FROM subscriptions");
+  start("ann");
+  PLRAnalytics::subscriptionHistory({transaction("p", "A"), transaction("p", "B"),
+                                     transaction("q", "C"), transaction("p", "A"),
+                                     transaction("without an original", {}, "X")});
+  PLREngineWrapper::engineSubscriptionHistory({{"late", {"Z"}}});
+  EXPECT_FALSE(isHistoryRequired());
+  EXPECT_EQ(
+      history(),
+      R"([{"productID":"p","transactionIds":["A"]},{"productID":"q","transactionIds":["C"]}])")
+      << "one that comes again begins the list of its product anew";
   EXPECT_EQ(timesLogged("DEBUG SubscriptionsHistory: Not enough data to send the event, \n"
                         "\tmissing product CurrencyCode"),
             2);
@@ -274,7 +252,6 @@ TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
       {"restored", pay(transaction("p", "A", "A"), known), ""},
       {"renewed", pay(transaction("p", "A", "A2"), known), ""},
       {"renewed, new product", pay(transaction("q", "A", "A3"), q), "sbsp|\npl|"},
-      {"renewed, the same product", pay(transaction("q", "A", "A4"), q), ""},
       {"without an original", pay(transaction("p", {}, "B"), known), "sbs|GB\npl|"},
       {"known, without an original", pay(transaction("p", {}, "B"), known), ""},
       {"new product", pay(transaction("r", "C"), r), "sbs|US\nsbsp|\npl|"},
@@ -282,7 +259,6 @@ TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
       {"of an engine", payIds("p", "D"), "sbs|GB"},
       {"known, of an engine", payIds("p", "C"), ""},
       {"unknown product of an engine", payIds("\x01x", "E"), "sbs|"},
-      {"engine without an order", payIds("p", "\x01"), ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.label);
@@ -291,26 +267,13 @@ TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
     EXPECT_EQ(told(), c.wanted);
     EXPECT_EQ(rows("SELECT count(*) FROM events"), "0") << "it leaves at once";
   }
-  for (const auto& [order, times] : {std::pair("A", 3), {"B", 1}, {"C", 1}}) {
+  for (const auto& [order, times] : {std::pair("A", 2), {"B", 1}, {"C", 1}}) {
     EXPECT_EQ(timesLogged("DEBUG Subscription payment with orderId [" + std::string(order) +
                           "] is renewal"),
               times);
   }
   EXPECT_TRUE(logged("ERROR Subscription payment transactionIdentifier is nil"));
-  EXPECT_TRUE(logged("ERROR Execution of the SubscriptionPayment method was canceled!"));
   EXPECT_EQ(rows("SELECT group_concat(orderId, ' ') FROM realPaymentMarks"), "A B C D E");
-}
-
-TEST_F(SubscriptionTest, ExclusionsComeBeforeTheRule) {
-  configure(R"(,"exclude":{"version":1,"events":{"sbs":[],"sbsr":[]}})");
-  restart("ann");
-  PLREngineWrapper::engineSubscriprtonPayment("", "");
-  PLRAnalytics::subscriptionPayment(transaction("p", "A"), product("p", 1));
-  PLRAnalytics::subscriptionHistory({});
-  EXPECT_TRUE(isHistoryRequired());
-  EXPECT_EQ(timesLogged("INFO Event [sbs] is excluded by project configuration"), 2);
-  EXPECT_FALSE(logged("ERROR Execution of the SubscriptionPayment method was canceled!"));
-  EXPECT_EQ(told(), "");
 }
 
 }  // namespace

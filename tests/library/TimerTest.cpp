@@ -9,78 +9,43 @@ namespace {
 using namespace std::chrono_literals;
 
 TEST(TimerPeriod, IsWholeSecondsAndNeverNothing) {
-  using Integers = std::numeric_limits<std::int64_t>;
-  const std::pair<std::int64_t, std::chrono::seconds> cases[] = {
-      {300'000, 300s},
-      {1999, 1s},
-      {999, 1s},
-      {-5000, 1s},
-      {Integers::min(), 1s},
-      {Integers::max(), std::chrono::days(3650)},
-  };
-  for (const auto& [milliseconds, period] : cases) EXPECT_EQ(timerPeriod(milliseconds), period);
-}
-
-std::string configWith(const std::string& more) {
-  return R"({"timeForRequest":5000,"countForRequest":10,"eventParamsCount":2,"sessionTimeout":1000,)"
-         R"("serverTime":1,"aliveTimeout":3000,"userCounting":true)" +
-         more + "}";
+  EXPECT_EQ(timerPeriod(1999), 1s);
+  EXPECT_EQ(timerPeriod(999), 1s);
+  EXPECT_EQ(timerPeriod(-5000), 1s);
+  EXPECT_EQ(timerPeriod(std::numeric_limits<std::int64_t>::max()), std::chrono::days(3650));
 }
 
 TEST_F(LibraryTest, TimersSendStoredEventsSignsOfLifeAndTheTimeOfTheLastSight) {
   start();
-  delivered.clear();
-  report("boss");
   EXPECT_EQ(system.pendingTimers(), 4U + 1) << "the four, and the retry of the configuration";
-  system.advance(119s);
-  EXPECT_TRUE(delivered.empty());
-  const auto seen = std::stoll(rows("SELECT lastBackgroundTime FROM users"));
-  EXPECT_EQ(seen, DeterministicSystem::startTime + 105'000) << "every 15 seconds";
-  system.advance(1s);
-  EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"boss"});
-  delivered.clear();
-  system.advance(180s);
-  EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"al"});
-  EXPECT_EQ(rows("SELECT count(*) FROM events"), "0") << "a sign of life is never stored";
-  system.advance(60s);
-  EXPECT_EQ(timesLogged("DEBUG Currency accrual timer tick"), 1);
-}
-
-TEST_F(LibraryTest, ASentReportPutsTheNextPeriodicSendAWholePeriodAway) {
-  start();
   system.advance(100s);
   report("first");
   send();
   report("second");
   delivered.clear();
   system.advance(119s);
-  EXPECT_EQ(timesDelivered("second"), 0);
+  EXPECT_TRUE(delivered.empty()) << "a report puts the next periodic send a whole period away";
+  const auto seen = std::stoll(rows("SELECT lastBackgroundTime FROM users"));
+  EXPECT_EQ(seen, DeterministicSystem::startTime + 210'000) << "every 15 seconds";
   system.advance(1s);
-  EXPECT_EQ(timesDelivered("second"), 1);
-}
-
-TEST_F(LibraryTest, TimersRunInTheForegroundOnly) {
-  start();
-  const auto running = system.pendingTimers();
+  EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"second"});
+  delivered.clear();
+  system.advance(80s);
+  EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"al"});
+  EXPECT_EQ(rows("SELECT count(*) FROM events"), "0") << "a sign of life is never stored";
+  system.advance(60s);
+  EXPECT_EQ(timesLogged("DEBUG Currency accrual timer tick"), 1);
   PLRHost::didEnterBackground();
   system.runUntilIdle();
-  EXPECT_EQ(system.pendingTimers(), running - 4);
-  for (int i = 0; i < 1000; ++i) {
-    PLRHost::didBecomeActive();
-    PLRHost::willResignActive();
-  }
-  system.runUntilIdle();
-  EXPECT_EQ(system.pendingTimers(), running - 4) << "none is left behind";
-  PLRHost::didBecomeActive();
-  system.runUntilIdle();
-  EXPECT_EQ(system.pendingTimers(), running);
-  stop();
-  EXPECT_EQ(system.pendingTimers(), 0U);
+  EXPECT_EQ(system.pendingTimers(), 1U) << "in the foreground only";
 }
 
 TEST_F(LibraryTest, AConfigurationChangesThePeriodsOfARunningLibraryAtOnce) {
   configuration.answer(503, "");
-  configuration.answer(200, configWith(R"(,"currencyAggregationTimeout":7000)"));
+  configuration.answer(
+      200,
+      R"({"timeForRequest":5000,"countForRequest":10,"eventParamsCount":2,"sessionTimeout":1000,)"
+      R"("serverTime":1,"aliveTimeout":3000,"currencyAggregationTimeout":7000,"userCounting":true})");
   start();
   system.advance(60s);
   delivered.clear();
@@ -101,27 +66,6 @@ TEST_F(LibraryTest, AConfigurationChangesThePeriodsOfARunningLibraryAtOnce) {
   delivered.clear();
   PLRHost::didBecomeActive();
   EXPECT_EQ(deliveredEvents(), std::vector<std::string>{"ss"}) << "and its session time-out";
-}
-
-TEST_F(LibraryTest, AConfigurationThatArrivesLateStartsTimersUnlessTrackingIsOff) {
-  configuration.answer(200, configWith(""));
-  system.http().setLatency(2s);
-  start();
-  PLRHost::didEnterBackground();
-  system.advance(30s);
-  EXPECT_EQ(system.pendingTimers(), 4U) << "in the background too";
-  stop();
-  EXPECT_EQ(system.pendingTimers(), 0U);
-
-  PLRHost::setApplicationState(PLRApplicationState::active);
-  start();
-  PLRAnalytics::setTrackingAvailability(false);
-  system.advance(30s);
-  EXPECT_EQ(configuration.requests.size(), 2U);
-  EXPECT_EQ(system.pendingTimers(), 0U);
-  delivered.clear();
-  system.advance(1h);
-  EXPECT_EQ(deliveredEvents(), std::vector<std::string>());
 }
 
 }  // namespace

@@ -12,8 +12,8 @@ class TrackingTest : public LibraryTest {
   TrackingTest() {
     start("ann");
     rows(
-        "CREATE TABLE seen (event); CREATE TRIGGER see AFTER INSERT ON events "
-        "BEGIN INSERT INTO seen VALUES (new.eventJson); END");
+        "CREATE TABLE seen (event, userId); CREATE TRIGGER see AFTER INSERT ON events "
+        "BEGIN INSERT INTO seen VALUES (new.eventJson, new.userId); END");
   }
 
   /// Events of the given codes (`'lu','ca'`) since the last look, but for what `without` names.

@@ -4,12 +4,8 @@
 #include <random>
 
 #include "CachedRepository.h"
-#include "DatabaseFile.h"
 #include "EventRepository.h"
-#include "LogCapture.h"
-#include "SQLiteProvider.h"
 #include "ScriptedDatabase.h"
-#include "UserRepository.h"
 
 namespace pelorino {
 namespace {
@@ -64,71 +60,6 @@ TEST_F(RepositoryOnScript, IdsAreDeletedInAsManyStatementsAsTheyTake) {
   events_.deleteForDataForUsers({});
   EXPECT_EQ(calls(), (Calls{"delete events userId IN (?, ?, ?, ?)", "delete events userId IN (?)",
                             "delete events userId IN ()"}));
-}
-
-class RepositoryOnFile : public ::testing::Test {
- protected:
-  void SetUp() override { open(); }
-  void open() { database_ = std::make_shared<SQLiteProvider>("key", file_.support()); }
-
-  DatabaseFile file_;
-  std::shared_ptr<SQLiteProvider> database_;
-};
-
-TEST_F(RepositoryOnFile, TheFirstInsertFindsTheStoredRows) {
-  file_.run("INSERT INTO events (code, userId, eventJson) VALUES ('a', 1, '{}'), ('b', 2, '{}')");
-  EventRepository events(database_);
-  EXPECT_TRUE(events.insert(eventOf(1)));
-  EXPECT_EQ(events.countOfUser(1), 2U);
-  EXPECT_EQ(events.ofUser(1)[0]->code, "a");
-  EXPECT_EQ(events.ofUser(1)[1]->idKey, 3);
-}
-
-TEST_F(RepositoryOnFile, RowsThatCannotBeDeletedComeBackWithTheNextProcessOnly) {
-  LogCapture log(PLRLogLevel::error);
-  EventRepository events(database_);
-  const auto event = eventOf(1);
-  ASSERT_TRUE(events.insert(event));
-  file_.run("CREATE TRIGGER full BEFORE DELETE ON events BEGIN SELECT RAISE(ABORT, 'full'); END");
-  events.deleteItems(std::vector{event});
-  EXPECT_EQ(log.lines().size(), 1U);
-  EXPECT_TRUE(events.list().empty());
-  EXPECT_EQ(events.countOfUser(1), 0U);
-
-  open();
-  EXPECT_EQ(EventRepository(database_).countOfUser(1), 1U);
-}
-
-TEST_F(RepositoryOnFile, ASecondRowOfTheSameUserIsRefused) {
-  UserRepository users(database_);
-  EXPECT_TRUE(users.insert(std::make_shared<User>(1, "u")));
-  EXPECT_FALSE(users.insert(std::make_shared<User>(1, "u")));
-  EXPECT_EQ(users.ofProject(1).size(), 1U);
-}
-
-TEST_F(RepositoryOnFile, UpdateStoresWhetherCachedOrNot) {
-  EventRepository events(database_);
-  ASSERT_TRUE(events.insert(eventOf(1)));
-  file_.run("INSERT INTO events (code, userId, eventJson) VALUES ('a', 1, '{}')");
-  for (const RowId idKey : {1, 2}) {
-    const auto replacement = eventOf(3);
-    replacement->idKey = idKey;
-    events.update(replacement);
-    EXPECT_EQ(events.get(idKey), idKey == 1 ? replacement : nullptr);
-  }
-  EXPECT_EQ(file_.run("SELECT code, userId FROM events"), "ce|3\nce|3");
-}
-
-TEST(RowList, RemovingTheOldestOneByOneDoesNotWalk) {
-  constexpr RowId count = 300'000;
-  RowList rows;
-  const auto item = std::make_shared<int>(0);
-  for (RowId id = 1; id <= count; ++id) rows.set(id, item);
-  for (RowId id = 1; id < count; ++id) {
-    rows.remove(id);
-    ASSERT_EQ(rows.find(id), nullptr);
-  }
-  EXPECT_EQ(rows.size(), 1U);
 }
 
 TEST_F(RepositoryOnScript, IndexesAgreeWithAPlainListUnderRandomOperations) {

@@ -165,6 +165,13 @@ TEST_F(StoredModels, ComeBackAsTheyWere) {
 2|2|[{"productId":"p","price":4.990000000000000001,"regionCode":"US","currencyCode":"USD","introductoryPrice":0,"discounts":{"d":1e-07}}]|[{"productID":"p","transactionIds":["t1","t2"]}]|1|0|0)");
 }
 
+TEST_F(StoredModels, ASecondRowOfTheSameUserIsRefused) {
+  UserRepository users(open());
+  EXPECT_TRUE(users.insert(std::make_shared<User>(1, "u")));
+  EXPECT_FALSE(users.insert(std::make_shared<User>(1, "u")));
+  EXPECT_EQ(users.ofProject(1).size(), 1U);
+}
+
 TEST_F(StoredModels, RowsWithoutARequiredValueAreSkippedAndStay) {
   const auto events = read<EventRepository>(
       "INSERT INTO events (code, userId, eventJson) VALUES ('a', 1, '{}'), ('b', 1, NULL), "
@@ -174,7 +181,7 @@ TEST_F(StoredModels, RowsWithoutARequiredValueAreSkippedAndStay) {
   EXPECT_EQ(file_.run("SELECT count(*) FROM events"), "6");
 }
 
-TEST_F(StoredModels, OddValuesReadAsDefaults) {
+TEST_F(StoredModels, OddValuesOfAProjectReadAsDefaults) {
   const auto projects = read<ProjectRepository>(
       "INSERT INTO projects (applicationKey, activeUserId, configuration) "
       "VALUES ('a', 'text', 'garbage')");
@@ -182,20 +189,6 @@ TEST_F(StoredModels, OddValuesReadAsDefaults) {
   EXPECT_FALSE(projects[0]->trackingAvailable);
   EXPECT_EQ(projects[0]->activeUserId, std::nullopt);
   EXPECT_EQ(encodeJson(projects[0]->configuration), encodeJson(Config::defaulConfiguration()));
-
-  const auto cards = read<PeopleRepository>(
-      "INSERT INTO peopleCards (userId, json, updated, changedKeys) VALUES "
-      "(1, '{\"b\":true,\"d\":1.5,\"n\":null,\"l\":[1],\"o\":{}}', 5, NULL)");
-  ASSERT_EQ(cards.size(), 1U);
-  EXPECT_EQ(peopleJson(cards[0]->properties), R"({"b":true,"d":1.5,"n":null})");
-  EXPECT_TRUE(cards[0]->updated);
-  EXPECT_TRUE(cards[0]->changedKeys.empty());
-
-  const auto resources = read<LevelResourcesRepository>(
-      "INSERT INTO levelResource (userId, type, name, amount) VALUES (1, 7, '', 0), (1, -1, '', "
-      "0)");
-  ASSERT_EQ(resources.size(), 2U);
-  for (const auto& each : resources) EXPECT_EQ(each->type, LevelResourceType::earned);
 }
 
 }  // namespace

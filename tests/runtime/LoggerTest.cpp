@@ -44,15 +44,15 @@ TEST(Logger, OutlivesAClosureThatThrowsOrLogsItself) {
   EXPECT_EQ(calls, 2);
 }
 
-TEST(QueueManager, LogsWhatABlockThrows) {
+TEST(QueueManager, LogsWhatABlockThrowsAndGoesOn) {
   const LogCapture log;
   QueueManager& queue = QueueManager::networkSerialQueue();
   queue.addOperation([] { throw std::runtime_error("no memory"); });
+  queue.addOperation([] { throw 7; });
   queue.waitUntilAllOperationsAreFinished();
-  EXPECT_EQ(
-      log.lines(),
-      std::vector<std::string>{
-          "ERROR [Queue] A block on com.pelorino.networkQueue ended with an error: no memory"});
+  const std::string line =
+      "ERROR [Queue] A block on com.pelorino.networkQueue ended with an error: ";
+  EXPECT_EQ(log.lines(), (std::vector{line + "no memory", line + "an exception of unknown type"}));
 }
 
 }  // namespace

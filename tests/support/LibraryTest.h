@@ -76,17 +76,14 @@ class LibraryTest : public DeterministicTest {
     system.runUntilIdle();
   }
 
-  /// A configuration as the backend sends it, with `more` behind what it must hold.
-  static std::string configurationWith(const std::string& more, bool isCountingUsers = true) {
-    return std::string(R"({"timeForRequest":120000,"countForRequest":10,"eventParamsCount":20,)"
-                       R"("sessionTimeout":600000,"serverTime":1,"aliveTimeout":300000,)"
-                       R"("userCounting":)") +
-           (isCountingUsers ? "true" : "false") + more + "}";
-  }
-  /// From now on the backend sends such a one.
+  /// From now on the backend sends a configuration with `more` behind what it must hold.
   void configure(const std::string& more = "", bool isCountingUsers = true) {
     configuration.answers.clear();
-    configuration.answer(200, configurationWith(more, isCountingUsers));
+    configuration.answer(
+        200, std::string(R"({"timeForRequest":120000,"countForRequest":10,"eventParamsCount":20,)"
+                         R"("sessionTimeout":600000,"serverTime":1,"aliveTimeout":300000,)"
+                         R"("userCounting":)") +
+                 (isCountingUsers ? "true" : "false") + more + "}");
   }
 
   /// What the backend answers. To reports: the scripted statuses in turn, then `usualStatus`. No

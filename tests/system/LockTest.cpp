@@ -5,7 +5,6 @@
 
 #include <cstdlib>
 
-#include "Process.h"
 #include "ProcessLocks.h"
 #include "TemporaryFolder.h"
 
@@ -39,22 +38,6 @@ TEST(FileLock, KeepsOthersOutUntilThisProcessNeedsItNoMoreAndAForkedChildHasNone
   EXPECT_TRUE(isFree(path)) << "the child holds it";
   ::kill(child, SIGKILL);
   ::waitpid(child, nullptr, 0);
-}
-
-TEST(FileLock, IsRefusedWhileAnotherProcessHasIt) {
-  const TemporaryFolder folder;
-  const std::string path = folder.file("lock");
-  ProcessLocks locks;
-  Process other({"/usr/bin/flock", path, "/bin/sh", "-c", "echo held; read line"});
-  ASSERT_EQ(other.waitForLines([](const std::string& line) { return line == "held"; }).size(), 1U);
-  for (int attempt = 0; attempt < 100; ++attempt) {  // A refusal leaves nothing behind.
-    const auto refused = locks.lock(path);
-    EXPECT_FALSE(refused.lock);
-    EXPECT_EQ(refused.failure, "another process has locked it");
-  }
-  other.closeInput();
-  ASSERT_TRUE(other.waitForExit());
-  EXPECT_TRUE(locks.lock(path).lock);
   EXPECT_EQ(locks.lock(folder.file("no folder/lock")).failure, "No such file or directory");
 }
 

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <csignal>
-#include <stdexcept>
 #include <vector>
 
 #include "RealQueue.h"
@@ -87,19 +86,6 @@ TEST_F(QueueTest, ABlockIsCurrentDoesNotWaitForItsQueueAndLetsGoBeforeTheNext) {
   queue_.waitUntilAllBlocksAreFinished();
   EXPECT_EQ(ran_, (std::vector{1, 2, 3}));
   EXPECT_FALSE(queue_.isCurrent());
-}
-
-TEST_F(QueueTest, AnExceptionEndsItsBlockAloneAndIsReported) {
-  std::vector<std::string> reports;
-  outlet_->setHandler([&](std::string_view queue, std::string_view what) {
-    reports.push_back(std::string(queue) + ": " + std::string(what));
-    throw std::runtime_error("of the handler");
-  });
-  queue_.add([] { throw std::runtime_error("broken"); });
-  queue_.add([] { throw 7; });
-  queue_.waitUntilAllBlocksAreFinished();
-  EXPECT_EQ(reports, (std::vector<std::string>{"com.pelorino.test: broken",
-                                               "com.pelorino.test: an exception of unknown type"}));
 }
 
 TEST_F(QueueTest, ABlockMayDestroyItsQueueWhichDropsWhatWaits) {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "MainThread.h"
-#include "RealExecutor.h"
 #include "RealSemaphore.h"
 #include "SystemTestSupport.h"
 #include "TimerSchedule.h"
@@ -98,15 +97,6 @@ TEST(MainThread, ReleasingTheLastHandleReleasesTheBlockAndTheThread) {
   timer.reset();
   EXPECT_TRUE(released.expired());
   EXPECT_TRUE(comesTrue([] { return threadsNamed("main") == 0; }));
-}
-
-TEST(RealExecutor, RunsADelayedBlockOnceAndRaisesShortPeriods) {
-  RealExecutor executor;
-  const auto semaphore = executor.makeSemaphore();
-  const auto delayed = executor.after(1ms, [&] { semaphore->signal(); });
-  const auto timer = executor.repeat(0ms, 0ms, [&] { semaphore->signal(); });
-  EXPECT_TRUE(semaphore->wait(milliseconds::max()));
-  EXPECT_FALSE(semaphore->wait(50ms)) << "one signal ends one wait";
 }
 
 }  // namespace

@@ -16,11 +16,10 @@ class Threads : public AnyCallTest {};
 
 TEST_F(Threads, MayAllCallAtOnceWhileTheLibraryComesAndGoes) {
   PLRAnalytics::initialize("key");
-  int rounds = 0;
   {
     const Callers callers(16);
     const auto over = std::chrono::steady_clock::now() + duration();
-    for (; rounds < 3 || std::chrono::steady_clock::now() < over; ++rounds) {
+    for (int rounds = 0; rounds < 3 || std::chrono::steady_clock::now() < over; ++rounds) {
       PLREngineWrapper::destroySDK();
       PLRAnalytics::initialize("key");
       drain();
@@ -28,7 +27,6 @@ TEST_F(Threads, MayAllCallAtOnceWhileTheLibraryComesAndGoes) {
   }
   end();
   EXPECT_FALSE(PLREventsRouter::isAnalyticsInited());
-  RecordProperty("rounds", rounds);
 }
 
 TEST(Exit, GoesOnWhileThreadsOfTheHostAskThatItJoins) {
