@@ -89,16 +89,24 @@ TEST_F(LibraryTest, ABatchStopsAtItsFirstFailureAndBeginsWithTheOldestSession) {
       << "the backend's identifiers are those of the active user";
 }
 
-TEST_F(LibraryTest, AllThatWaitGoOutInOrderHoweverManyTheyAre) {
-  usualStatus.reset();
-  start();
-  rows(
-      "DELETE FROM events; DELETE FROM reports; INSERT INTO reports (userId, packagesJson, uuid) "
-      "WITH RECURSIVE n(i) AS "
-      "(SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) SELECT 1, "
-      "'[{\"language\":null,\"appVersion\":null,\"appBuildVersion\":null,\"sdkVersion\":\"2\","
-      "\"sdkCodeVersion\":10,\"bundle\":null,\"events\":[{\"code\":\"' || i || '\"}]}]', i FROM n");
-  stop();
+/// Leaves a hundred reports behind, each with one event, whose code is its number.
+class ManyReports : public LibraryTest {
+ protected:
+  ManyReports() {
+    usualStatus.reset();
+    start();
+    rows(
+        "DELETE FROM events; DELETE FROM reports; INSERT INTO reports (userId, packagesJson, uuid) "
+        "WITH RECURSIVE n(i) AS "
+        "(SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) SELECT 1, "
+        "'[{\"language\":null,\"appVersion\":null,\"appBuildVersion\":null,\"sdkVersion\":\"2\","
+        "\"sdkCodeVersion\":10,\"bundle\":null,\"events\":[{\"code\":\"' || i || '\"}]}]', i FROM "
+        "n");
+    stop();
+  }
+};
+
+TEST_F(ManyReports, GoOutInOrder) {
   usualStatus = 200;
   statuses = {200, 200, 503};
   start();
@@ -139,6 +147,25 @@ TEST_F(LibraryTest, ALibraryThatIsKeptByAnExchangeSendsNothingBesideTheNextOne) 
   start();
   system.advance(2min);
   for (const char* name : {"al", "first", "second"}) EXPECT_EQ(timesDelivered(name), 1) << name;
+}
+
+/// A batch hands its reports to the network a few at a time.
+TEST_F(ManyReports, AreLeftToTheNextLibraryByOneThatIsKeptByAnExchange) {
+  start();
+  system.http().setLatency([](const HttpRequest& request) {
+    return holds(request, R"("al")") ? 50s : holds(request, R"("code":"16")") ? 20s : 0s;
+  });
+  system.advance(5min);
+  delivered.clear();
+  usualStatus = 200;
+  send();
+  stop();
+  start();
+  system.advance(2min);
+  auto sent = deliveredEvents();
+  std::erase_if(sent, [](const std::string& code) { return !std::isdigit(code.front()); });
+  EXPECT_EQ(std::set(sent.begin(), sent.end()).size(), 100U);
+  EXPECT_EQ(sent.size(), 100U);
 }
 
 TEST_F(LibraryTest, EditorModeLeavesTheApplicationsVersionsOut) {

@@ -140,9 +140,7 @@ std::vector<Package> ReportService::createPackages(
 }
 
 void ReportService::sendSavedReports() {
-  // An exchange under way may keep a torn down service for a while: what is stored is the next
-  // one's.
-  if (generation_ != newestGeneration) return;
+  if (isReplaced()) return;
   resendWhenFinish_ = isSending_;
   if (isSending_) return;
   batch_ = savedReports();
@@ -172,7 +170,14 @@ std::deque<ReportService::Share> ReportService::savedReports() const {
   return batch;
 }
 
+/// An exchange under way may keep a torn down service for a while. What is stored by then is the
+/// next one's, which cannot know what this one would send of it.
+bool ReportService::isReplaced() const {
+  return generation_ != newestGeneration;
+}
+
 void ReportService::continueBatch() {
+  if (isReplaced()) return endBatch(false);
   try {
     ReportList reports = nextReports();
     if (reports.empty()) return endBatch(true);

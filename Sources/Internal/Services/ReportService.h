@@ -62,6 +62,7 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
   void packEventsOf(const User& user);
   [[nodiscard]] std::vector<Package> createPackages(
       std::span<const std::shared_ptr<EventObject>> events) const;
+  [[nodiscard]] bool isReplaced() const;
   void sendSavedReports();
   [[nodiscard]] std::deque<Share> savedReports() const;
   void continueBatch();
