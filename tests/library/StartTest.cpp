@@ -1,6 +1,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "Core.h"
 #include "LibraryTest.h"
 
 namespace pelorino {
@@ -39,6 +40,21 @@ TEST_F(LibraryTest, OnlyTheFirstInitializeIsAccepted) {
   EXPECT_TRUE(
       logged("ERROR In the Initialize method an error has occurred: SDK is already initialized"));
   EXPECT_EQ(rows("SELECT applicationKey FROM projects"), "key");
+}
+
+TEST_F(LibraryTest, ACallThatStillFindsALibraryTornDownIsRefused) {
+  start();
+  const auto kept = Core::shared();  // As by a thread of the host that is amid a call.
+  stop();
+  start();
+  kept->analyticsProxy().setTrackingAvailability(false);
+  kept->peopleLogic().clearUser("clearUser()");
+  system.runUntilIdle();
+  EXPECT_EQ(rows("SELECT trackingAvailable FROM projects"), "1");
+  for (const std::string label : {"setTrackingAvailability(_:)", "clearUser()"}) {
+    EXPECT_TRUE(logged("ERROR In the " + label +
+                       " method an error has occurred: The SDK is not initialized yet!"));
+  }
 }
 
 TEST_F(LibraryTest, ARejectedKeyKeepsTheLibraryDownUntilItIsDestroyed) {

@@ -26,9 +26,17 @@ std::shared_ptr<Core> Core::shared() {
 void Core::destroy() {
   static_cast<void>(shared());
   QueueManager::incomeQueue().addOperation([] {
-    if (const auto core = privateShared().get()) core->analyticsProxy_->stopSDK();
+    if (const auto core = privateShared().get()) core->stop();
     privateShared().set(nullptr);
   });
+}
+
+/// The fronts are emptied, and refuse what still comes: a thread of the host may hold the core amid
+/// a call, and two libraries must not work on one store.
+void Core::stop() {
+  analyticsProxy_->stopSDK();
+  analyticsProxy_->initialize(nullptr);
+  peopleLogic_->setPeopleService(nullptr);
 }
 
 Core::Core()

@@ -50,6 +50,8 @@ class Core final : public std::enable_shared_from_this<Core> {
  private:
   static Guarded<std::shared_ptr<Core>>& privateShared();
 
+  /// On the incomeQueue.
+  void stop();
   void startInitialize(std::string applicationKey,
                        std::optional<PLRAnalyticsConfigurationLocal> configuration);
   void waitForActive();

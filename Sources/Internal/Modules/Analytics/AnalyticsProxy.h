@@ -18,7 +18,7 @@ namespace pelorino {
 class AnalyticsProxy final : public AnalyticsProtocol,
                              public std::enable_shared_from_this<AnalyticsProxy> {
  public:
-  /// Gives the logic; there is no way back but the end of this object.
+  /// Gives the logic; none takes it away, and calls are refused again.
   void initialize(std::shared_ptr<AnalyticsProtocol> analyticsLogic);
   void isInited(BoolHandler completionHandler);
 

@@ -21,7 +21,7 @@ class PeopleLogic final : public std::enable_shared_from_this<PeopleLogic> {
  public:
   using ValueHandler = PeopleService::ValueHandler;
 
-  /// There is no way back but the end of this object.
+  /// None takes it away, and calls are refused again.
   void setPeopleService(std::shared_ptr<PeopleService> peopleService);
 
   /// The caller answers for the type of the value.
