@@ -212,8 +212,7 @@ void DeliveryRule::receiveFlash(const json::array& packages, View& view) {
 void DeliveryRule::receiveStored(StoredReport& report, RowKey key, const Record& request,
                                  View& view) {
   const bool isAnswered = report.answer == Answer::arrived && report.answerLife == view.life;
-  view.failIf(isAnswered && !report.isDeletionRefused,
-              "a report is sent again although its answer has arrived:", key);
+  view.failIf(isAnswered, "a report is sent again although its answer has arrived:", key);
   view.failIf(report.isGone && report.goneLife < view.life,
               "a report is sent that is not stored any more:", key);
   for (const auto& [number, row] : view.tables.of("reports")) {

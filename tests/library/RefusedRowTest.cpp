@@ -5,11 +5,12 @@
 namespace pelorino {
 namespace {
 
-/// Makes the database refuse new rows of a table, or take them again.
+/// Makes the database refuse changes of a table, new rows unless said otherwise, or take them
+/// again.
 class RefusedRowTest : public LibraryTest {
  protected:
-  void refuse(const std::string& table) const {
-    rows("CREATE TRIGGER refusal BEFORE INSERT ON " + table +
+  void refuse(const std::string& table, const std::string& change = "INSERT") const {
+    rows("CREATE TRIGGER refusal BEFORE " + change + " ON " + table +
          " BEGIN SELECT RAISE(ABORT, 'refused'); END");
   }
   void allow() const { rows("DROP TRIGGER refusal"); }
@@ -68,6 +69,20 @@ TEST_F(RefusedRowTest, WithoutAStoredProjectTheLibraryDoesNotStart) {
   report("boss");
   send();
   EXPECT_EQ(deliveredEvents().back(), "boss");
+}
+
+TEST_F(RefusedRowTest, AReportThatHasArrivedAndCannotBeDeletedIsNotSentAgainByTheNextLibrary) {
+  start();
+  report("boss");
+  refuse("reports", "DELETE");
+  send();
+  stop();
+  allow();
+  EXPECT_EQ(rows("SELECT count(*) FROM reports WHERE packagesJson LIKE '%boss%'"), "1");
+  start();
+  send();
+  EXPECT_EQ(timesDelivered("boss"), 1);
+  EXPECT_EQ(rows("SELECT count(*) FROM reports"), "0");
 }
 
 }  // namespace

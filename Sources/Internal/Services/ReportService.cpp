@@ -278,9 +278,9 @@ void ReportService::removeReport(const std::shared_ptr<Report>& report) {
                                             generation = generation_] {
     const ReportList arrived =
         list->update([](ReportList& reports) { return std::exchange(reports, {}); });
-    repository->deleteItems(arrived);
     // A library that has started meanwhile has read the rows before, and may hold them to be there.
-    if (generation == newestGeneration) {
+    // What the disk does not let go is read by the next one.
+    if (repository->deleteItems(arrived) && generation == newestGeneration) {
       for (const auto& one : arrived) DeliveredReports::remove(one->uuid);
     }
     const auto self = weak.lock();

@@ -40,12 +40,13 @@ class CachedRepository {
   /// Stores the fields of a model. In the cache it takes the place of the one with its row id.
   void update(const Item& item) { table_.update(item); }
 
-  /// Deletes the rows of the models. Those that cannot be deleted come back with the next process.
-  void deleteItems(std::span<const Item> items) {
+  /// Deletes the rows of the models. False when some cannot be deleted: they come back with the
+  /// next start.
+  bool deleteItems(std::span<const Item> items) {
     std::vector<RowId> ids;
     ids.reserve(items.size());
     for (const Item& item : items) ids.push_back(item->idKey);
-    table_.remove(ids);
+    return table_.remove(ids);
   }
 
   /// Deletes all rows.

@@ -50,12 +50,12 @@ void CachedTable::update(const Row& row) {
   database_->update(description_.name, prepareContetsValues(row), "id=?", {&idKey, 1});
 }
 
-void CachedTable::remove(std::span<const RowId> ids) {
-  if (ids.empty()) return;
-  // Where the deletion fails, say on a full disk, this process does not read the rows again:
+bool CachedTable::remove(std::span<const RowId> ids) {
+  if (ids.empty()) return true;
+  // Where the deletion fails, say on a full disk, this library does not read the rows again:
   // otherwise reports that have been delivered would go out at every occasion.
   for (const RowId id : ids) cache_.remove(id);
-  deleteRows(idColumn, ",", ids);
+  return deleteRows(idColumn, ",", ids) == static_cast<std::int64_t>(ids.size());
 }
 
 void CachedTable::removeOfOwners(std::span<const RowId> owners, std::string_view ownerColumn) {
@@ -97,15 +97,18 @@ std::vector<ColumnValue> CachedTable::prepareContetsValues(const Row& row) const
   return content;
 }
 
-/// In as many statements as the number of values takes.
-void CachedTable::deleteRows(std::string_view column, std::string_view separator,
-                             std::span<const RowId> values) {
+/// In as many statements as the number of values takes. Returns how many rows have gone.
+std::int64_t CachedTable::deleteRows(std::string_view column, std::string_view separator,
+                                     std::span<const RowId> values) {
+  std::int64_t deleted = 0;
   do {
     const auto part = values.first(std::min(values.size(), database_->argumentLimit()));
     const std::vector<std::optional<SQLiteValue>> arguments(part.begin(), part.end());
-    database_->deleteRows(description_.name, isOneOf(column, separator, part.size()), arguments);
+    deleted += database_->deleteRows(description_.name, isOneOf(column, separator, part.size()),
+                                     arguments);
     values = values.subspan(part.size());
   } while (!values.empty());
+  return deleted;
 }
 
 }  // namespace pelorino

@@ -30,7 +30,8 @@ class CachedTable final {
 
   bool insert(const Row& row);
   void update(const Row& row);
-  void remove(std::span<const RowId> ids);
+  /// False when some of these rows may still be in the file.
+  bool remove(std::span<const RowId> ids);
   /// Deletes all rows whose `ownerColumn` holds one of these ids.
   void removeOfOwners(std::span<const RowId> owners, std::string_view ownerColumn);
   void clear();
@@ -40,8 +41,8 @@ class CachedTable final {
   [[nodiscard]] Row rowOf(const Cursor& cursor) const;
   [[nodiscard]] RowId& idOf(const Row& row) const { return description_.idKey(row.get()); }
   [[nodiscard]] std::vector<ColumnValue> prepareContetsValues(const Row& row) const;
-  void deleteRows(std::string_view column, std::string_view separator,
-                  std::span<const RowId> values);
+  std::int64_t deleteRows(std::string_view column, std::string_view separator,
+                          std::span<const RowId> values);
 
   const TableDescription& description_;
   std::shared_ptr<DatabaseProtocol> database_;
