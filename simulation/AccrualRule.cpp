@@ -159,15 +159,28 @@ void AccrualRule::onStart(View& view) {
     if (known->second.isReported) repeated_ += sum.amount;
   }
   sums_ = std::move(fresh);
+  checkBalance(view);
+  if (!std::exchange(isUnknown_, false)) return;
+  // From here on the account is that of what the file holds.
+  reported_ = repeated_ = dropped_ = 0;
+  credited_ = left();
 }
 
 void AccrualRule::onEndOfPlay(View& view) {
+  checkBalance(view);
+}
+
+std::int64_t AccrualRule::left() const {
   std::int64_t left = 0;
   for (const auto& [key, sum] : sums_) left += sum.amount;
-  if (!isUnknown_ && credited_ + repeated_ != reported_ + dropped_ + left) {
+  return left;
+}
+
+void AccrualRule::checkBalance(const View& view) const {
+  if (!isUnknown_ && credited_ + repeated_ != reported_ + dropped_ + left()) {
     view.fail("the host has credited " + std::to_string(credited_) + ", repeated were " +
               std::to_string(repeated_) + ", reported " + std::to_string(reported_) + ", dropped " +
-              std::to_string(dropped_) + ", left " + std::to_string(left));
+              std::to_string(dropped_) + ", left " + std::to_string(left()));
   }
 }
 

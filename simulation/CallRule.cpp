@@ -35,6 +35,10 @@ bool CallRule::mustBeStored(const View& view) {
 
 void CallRule::onRecord(const Record& record, View& view) {
   using Kind = Record::Kind;
+  if (record.kind == Kind::hostCall && record.text(0) != "0") lastCall_ = record.text(0);
+  if (record.kind == Kind::callEnds) lastEnded_ = record.text(0);
+  view.failIf(record.kind == Kind::settled && lastEnded_ != lastCall_,
+              "the queue stands still: the host's last call has not run");
   if (record.kind == Kind::callBegins) {
     isDemanded_ = mustBeStored(view);
     found_ = 0;

@@ -103,11 +103,14 @@ class AccrualRule final : public Rule {
   void addAmount(Sum& sum, const Change& change, bool isKept, View& view);
   void report(const StatementRecord& statement, View& view);
   void remove(const StatementRecord& statement, bool isKept, View& view);
+  [[nodiscard]] std::int64_t left() const;
+  void checkBalance(const View& view) const;
 
   std::map<RowKey, Sum> sums_;
   RowKey flushed_ = 0;  ///< The user whose sums have just been reported, or refused by the disk.
   bool isDeletionDue_ = false;
-  bool isUnknown_ = false;  ///< The disk has failed in a way that leaves the tally open.
+  bool isUnknown_ = false;  ///< The disk has failed in a way that leaves the tally open, until the
+                            ///< library reads the sums again.
   std::int64_t credited_ = 0;
   std::int64_t reported_ = 0;
   std::int64_t repeated_ = 0;
@@ -143,7 +146,7 @@ class ActivityRule final : public Rule {
 
 /// What the host reports is stored: the call of an operation leaves its event, or its sum, unless
 /// the library has not started, tracking is off, there is no session, the backend has excluded the
-/// event, or the disk refuses it.
+/// event, or the disk refuses it. No call waits for ever.
 class CallRule final : public Rule {
  public:
   void onRecord(const Record& record, View& view) override;
@@ -155,6 +158,8 @@ class CallRule final : public Rule {
 
   bool isDemanded_ = false;
   int found_ = 0;
+  std::string lastCall_;   ///< Of the host.
+  std::string lastEnded_;  ///< That the queue has run.
 };
 
 }  // namespace pelorino
