@@ -1,6 +1,8 @@
 #include "CrashLoop.h"
 
+#include <algorithm>
 #include <chrono>
+#include <functional>
 #include <thread>
 
 namespace pelorino::blackbox {
@@ -56,7 +58,9 @@ bool CrashLoop::recover() {
   HostProcess host(file_, backend_.url());
   host.initialize(quiet);
   const bool isDone = host.deliver();
-  return host.end() == 0 && isDone;
+  const bool isEnded = host.end() == 0;
+  takeDown(host);
+  return isEnded && isDone;
 }
 
 /// Orders something to go wrong with the next exchanges.
@@ -90,19 +94,31 @@ void CrashLoop::load(HostProcess& host) {
 void CrashLoop::takeDown(HostProcess& host) {
   static_cast<void>(host.logs("no line holds this: the end of the output is waited for"));
   std::set<std::string> succeeded;
+  std::vector<Arrival>& arrivals = arrivals_.emplace_back();
   for (const std::string& line : host.linesWith("INFO ")) {
     const std::string name = between(line, "t name: ", "\\n");
     if (!name.empty()) stored_.insert(name);
-    succeeded.insert(between(line, "The report [", "] has been sent successfully"));
+    const std::string taken = between(line, "The report [", "] has been sent successfully");
+    if (!taken.empty() && succeeded.insert(taken).second) arrivals.push_back({taken});
     const std::string sent = between(line, "Trying to send the Report [", "]");
-    if (!sent.empty() && succeeded.contains(sent)) sentAfterSuccess_.push_back(sent);
+    if (succeeded.contains(sent)) sentAfterSuccess_.push_back(sent);
+    const auto earlier = lastArrivals_.find(sent);
+    if (earlier != lastArrivals_.end()) earlier->second->isRepeated = true;
   }
+  for (Arrival& arrival : arrivals) lastArrivals_[arrival.uuid] = &arrival;
 }
 
 CrashLoop::Account CrashLoop::account() {
   Account account;
   account.stored = stored_.size();
   account.sentAfterSuccess = sentAfterSuccess_;
+  // Reports are deleted in the order in which they arrive: a kill keeps the last ones of its life.
+  for (const auto& arrivals : arrivals_) {
+    const auto kept = std::ranges::find_if(arrivals, &Arrival::isRepeated);
+    if (!std::all_of(kept, arrivals.end(), std::mem_fn(&Arrival::isRepeated))) {
+      account.keptTooLong.push_back(kept->uuid);
+    }
+  }
   account.integrity = file_.run("PRAGMA integrity_check");
   std::set<std::string> taken;
   for (const json::value& exchange : backend_.received("/analytics/report")) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
+#include <map>
 #include <random>
 #include <set>
 #include <string>
@@ -29,11 +31,19 @@ class CrashLoop final {
     std::size_t repeatedDeliveries = 0;         ///< Reports with an event that was there before.
     std::size_t lostAnswers = 0;                ///< Taken, and the answer spoilt on purpose.
     std::vector<std::string> sentAfterSuccess;  ///< Reports sent again after success, in one life.
+    std::vector<std::string> keptTooLong;       ///< Sent again by a later life, though one that
+                                                ///< arrived after them was deleted by then.
     std::string integrity;                      ///< What SQLite says of the database.
   };
   [[nodiscard]] Account account();
 
  private:
+  /// A report that arrived, and whether a later life has sent it again.
+  struct Arrival {
+    std::string uuid;
+    bool isRepeated = false;
+  };
+
   [[nodiscard]] int upTo(int most) { return std::uniform_int_distribution(0, most)(random_); }
   void spoil();
   void load(HostProcess& host);
@@ -47,6 +57,8 @@ class CrashLoop final {
   int lives_ = 0;
   std::set<std::string> stored_;
   std::vector<std::string> sentAfterSuccess_;
+  std::deque<std::vector<Arrival>> arrivals_;     ///< In their order, a list a life.
+  std::map<std::string, Arrival*> lastArrivals_;  ///< By uuid, of earlier lives.
 };
 
 }  // namespace pelorino::blackbox

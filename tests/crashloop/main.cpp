@@ -22,11 +22,12 @@ int main(int count, char** arguments) {
             << account.lostAnswers << ", database " << account.integrity << "\n";
   for (const auto& name : account.lost) std::cout << "lost: " << name << "\n";
   for (const auto& uuid : account.sentAfterSuccess) std::cout << "sent again: " << uuid << "\n";
+  for (const auto& uuid : account.keptTooLong) std::cout << "kept too long: " << uuid << "\n";
   if (!isRecovered) std::cout << "the last life has not delivered everything\n";
-  // A kill can interrupt one delivery; so many repeats at the most have a reason.
+  // A kill can interrupt one delivery, and seldom keeps more than one from being deleted.
   const auto reasons = static_cast<std::size_t>(lives) + account.lostAnswers;
   const bool isGood = isRecovered && account.stored > 0 && account.lost.empty() &&
-                      account.sentAfterSuccess.empty() && account.repeatedDeliveries <= reasons &&
-                      account.integrity == "ok";
+                      account.sentAfterSuccess.empty() && account.keptTooLong.empty() &&
+                      account.repeatedDeliveries <= reasons && account.integrity == "ok";
   return isGood ? EXIT_SUCCESS : EXIT_FAILURE;
 }
