@@ -5,8 +5,10 @@
 #include <pelorino/PLREngineWrapper.h>
 #include <pelorino/PLREventsRouter.h>
 #include <pelorino/PLRHost.h>
+#include <pelorino/PLRStore.h>
 #include <pelorino/PLRUserCard.h>
 
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <map>
@@ -20,17 +22,35 @@
 
 namespace pelorino {
 
-/// Returns when everything handed over before has run. A start in the background holds the queue
-/// back until the application becomes active.
-inline void drain() {
+/// Returns when everything handed over before has run, whether the library had then started. A
+/// start in the background holds the queue back until the application becomes active.
+inline bool drain() {
+  std::atomic<bool> hasStarted = false;
   auto done = std::make_shared<std::promise<void>>();
   const auto hasRun = done->get_future();
-  PLRAnalytics::getSDKVersion([done](const std::string&) { done->set_value(); });
+  PLRAnalytics::getSDKVersion([done, &hasStarted](const std::string& version) {
+    hasStarted = !version.empty();
+    done->set_value();
+  });
   done.reset();
   while (hasRun.wait_for(std::chrono::milliseconds(50)) != std::future_status::ready) {
     PLRHost::didBecomeActive();
   }
+  return hasStarted;
 }
+
+/// Answers at once.
+struct AnyStore final : PLRStore {
+  struct Request final : SKProductsRequest {
+    void start() override {}
+    void cancel() override {}
+  };
+  std::shared_ptr<SKProductsRequest> makeProductsRequest(const std::set<std::string>&,
+                                                         ProductsHandler handler) override {
+    handler({.products = {{.productIdentifier = "product"}}, .error = {}});
+    return std::make_shared<Request>();
+  }
+};
 
 /// Every operation that a host can call from any thread, with arguments that are good.
 inline const std::vector<void (*)()>& anyCalls() {
@@ -76,7 +96,8 @@ inline const std::vector<void (*)()>& anyCalls() {
       [] { PLRAnalytics::setLogLevel(PLRLogLevel::debug); },
       [] { PLRAnalytics::setLoggerMessageClosure(PLRAnalytics::loggerMessageClosure()); },
       [] { PLRAnalytics::setTestCustomUrl(""); },
-      [] { PLRAnalytics::getTestProxyUrl([](const std::string&) {}); },
+      [] { PLRAnalytics::getTestProxyUrl(PLRAnalytics::setTestProxyUrl); },
+      [] { PLRAnalytics::getTestCustomUrl([](const std::string&) {}); },
       [] { PLRAnalytics::clearKeychain(); },
       [] { static_cast<void>(PLRAnalytics::sdkFolderPath()); },
       [] {
@@ -86,11 +107,25 @@ inline const std::vector<void (*)()>& anyCalls() {
       [] { PLREngineWrapper::setSDKVersion("2.1.2"); },
       [] { PLREngineWrapper::enableEditorMode(); },
       [] { PLREngineWrapper::testString("text"); },
+      [] { static_cast<void>(PLREngineWrapper::unitySdkFolderPath()); },
+      [] {
+        PLREngineWrapper::engineSubscriptionHistory({{"product", {"t"}}});
+      },
+      [] { PLREngineWrapper::engineSubscriprtonPayment("product", "t"); },
       [] { static_cast<void>(PLREventsRouter::isAnalyticsInited()); },
+      [] { PLRHost::setStore(std::make_shared<AnyStore>()); },
       [] { PLRHost::setStore(nullptr); },
+      [] { PLRHost::setApplicationState(PLRApplicationState::background); },
       [] { PLRHost::didBecomeActive(); },
       [] { PLRHost::didEnterBackground(); },
+      [] { PLRHost::willTerminate(); },
       [] { PLRUserCard::setName("ann"); },
+      [] { PLRUserCard::setEmail("ann@example.com"); },
+      [] { PLRUserCard::setPhone("1"); },
+      [] { PLRUserCard::setPhoto("photo"); },
+      [] { PLRUserCard::setGender(PLRGender::Female); },
+      [] { PLRUserCard::setAge(30); },
+      [] { PLRUserCard::setCheater(true); },
       [] { PLRUserCard::set("key", 1.5); },
       [] { PLRUserCard::increment("key", 1); },
       [] { PLRUserCard::getValue("key", [](const std::optional<PLRUserCard::Value>&) {}); },

@@ -2,9 +2,12 @@
 #include <cstdlib>
 
 #include "AnyCall.h"
+#include "BackendProcess.h"
 
 namespace pelorino {
 namespace {
+
+using namespace std::chrono_literals;
 
 /// PELORINO_THREADS_SECONDS makes it longer.
 std::chrono::seconds duration() {
@@ -12,21 +15,47 @@ std::chrono::seconds duration() {
   return std::chrono::seconds(told ? std::atoi(told) : 1);
 }
 
-class Threads : public AnyCallTest {};
+/// With a backend that answers at once and wants to hear of everything soon.
+class Threads : public AnyCallTest {
+ protected:
+  Threads() {
+    backend_.answer(
+        "/analytics/config",
+        boost::json::parse(R"({"timeForRequest":1000,"countForRequest":3,"eventParamsCount":20,)"
+                           R"("sessionTimeout":1000,"serverTime":1,"aliveTimeout":1000,)"
+                           R"("userCounting":true,"sbsBundles":["product"],"sbsConfigVersion":1})")
+            .as_object());
+    PLRAnalytics::setTestProxyUrl(backend_.url());
+  }
+
+  blackbox::BackendProcess backend_{file_.support() + ".backend"};
+};
 
 TEST_F(Threads, MayAllCallAtOnceWhileTheLibraryComesAndGoes) {
   PLRAnalytics::initialize("key");
+  int restarts = 0;
+  const auto isAllSeen = [&] {  // A slow machine takes its time.
+    return restarts > 0 && !backend_.received("/analytics/identification").empty() &&
+           !backend_.names().empty();
+  };
   {
     const Callers callers(16);
     const auto over = std::chrono::steady_clock::now() + duration();
-    for (int rounds = 0; rounds < 3 || std::chrono::steady_clock::now() < over; ++rounds) {
+    const auto lasts = [&](auto more) { return std::chrono::steady_clock::now() < over + more; };
+    for (int rounds = 0; rounds < 8 || lasts(0s) || (lasts(1min) && !isAllSeen()); ++rounds) {
       PLREngineWrapper::destroySDK();
+      // Before the end has come this start is refused, and the next one is that of another thread.
+      const bool hasEnded = rounds % 2 == 1 && !drain();
       PLRAnalytics::initialize("key");
-      drain();
+      restarts += static_cast<int>(drain() && hasEnded);
+      for (int lives = 0; lives < rounds % 4; ++lives) drain();  // Answers queue behind calls.
     }
   }
   end();
   EXPECT_FALSE(PLREventsRouter::isAnalyticsInited());
+  EXPECT_TRUE(isAllSeen()) << restarts;
+  EXPECT_EQ(file_.run("SELECT configuration LIKE '%\"countForRequest\":3%' FROM projects"), "1");
+  EXPECT_EQ(backend_.findings(), std::vector<std::string>());
 }
 
 TEST(Exit, GoesOnWhileThreadsOfTheHostAskThatItJoins) {
