@@ -72,12 +72,25 @@ int main(int argc, char** argv) {
             .unit = "us",
             .value = "later",
             .reference = "thread",
+            .goal = Goal::valueAtMost(50)},
+           {.work = "  with another thread started before, as for a bare one then",
+            .unit = "us",
+            .value = "used",
+            .reference = "usedThread",
             .goal = Goal::valueAtMost(50)}},
           [&, launch = 0](Values& values) mutable {
             const std::string data = folder.file("launch" + std::to_string(++launch));
-            values["first"] = startOf({PELORINO_IDLE_HOST, data, backend.url()});
-            values["later"] = startOf({PELORINO_IDLE_HOST, data, backend.url()});
-            values["thread"] = startOf({PELORINO_BARE_HOST, data, backend.url(), "thread"});
+            values.inTurn(
+                [&] {
+                  values["first"] = startOf({PELORINO_IDLE_HOST, data, backend.url()});
+                  values["later"] = startOf({PELORINO_IDLE_HOST, data, backend.url()});
+                  values["used"] = startOf({PELORINO_IDLE_HOST, data, backend.url(), "used"});
+                },
+                [&] {
+                  values["thread"] = startOf({PELORINO_BARE_HOST, data, backend.url(), "thread"});
+                  values["usedThread"] =
+                      startOf({PELORINO_BARE_HOST, data, backend.url(), "thread", "used"});
+                });
           });
   measure("idle", 3,
           {{.work = "Idle memory that is the process's own (written to), over a bare host",

@@ -1,10 +1,12 @@
 // A host for others to look at: `bench_idle_host FOLDER BACKEND` starts the library on a folder,
 // prints how many microseconds `initialize` has kept it, and sleeps until its input ends.
 // Built a second time without the library (BARE_HOST), it is what the first is compared with: with
-// a third argument it starts a thread and prints how long that has kept it.
+// the further argument `thread` it starts a thread and prints how long that has kept it.
+// With `used` the process has started another thread before, and has seen it end.
 
+#include <algorithm>
 #include <cstdio>
-#include <string>
+#include <string_view>
 #include <thread>
 
 #include "Stopwatch.h"
@@ -16,6 +18,10 @@ using namespace pelorino::bench;
 
 int main(int argc, char** argv) {
   if (argc < 3) return 2;
+  const auto isAsked = [&](std::string_view word) {
+    return std::find(argv + 3, argv + argc, word) != argv + argc;
+  };
+  if (isAsked("used")) std::thread([] {}).join();
 #ifndef BARE_HOST
   Library::describe(argv[1], argv[2]);
   const Stopwatch time;
@@ -24,7 +30,7 @@ int main(int argc, char** argv) {
   Library::drain();
   std::printf("%f\n", microseconds);
 #else
-  if (argc > 3) {
+  if (isAsked("thread")) {
     const Stopwatch time;
     std::thread thread([] {});
     const double microseconds = time.microseconds();

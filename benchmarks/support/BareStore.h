@@ -2,10 +2,12 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <span>
 #include <stdexcept>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace pelorino::bench {
 
@@ -50,6 +52,40 @@ class BareStore final {
     return bytes;
   }
 
+  /// Does with the waiting events what packing does to the store: reads them all, stores one report
+  /// with the text of them all, and deletes them by their ids, each in a transaction of its own.
+  void packEvents() {
+    std::vector<sqlite3_int64> ids;
+    std::string texts;
+    sqlite3_stmt* statement = prepare("SELECT * FROM events");
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+      ids.push_back(sqlite3_column_int64(statement, 0));
+      if (const auto* text = sqlite3_column_text(statement, 3)) {
+        texts.append(reinterpret_cast<const char*>(text)) += ',';
+      }
+    }
+    finish(statement);
+
+    statement = prepare("INSERT INTO reports (userId, packagesJson, uuid) VALUES(1, ?, 'bare')");
+    sqlite3_bind_text(statement, 1, texts.c_str(), -1, SQLITE_STATIC);
+    sqlite3_step(statement);
+    finish(statement);
+
+    const auto limit =
+        static_cast<std::size_t>(sqlite3_limit(database_, SQLITE_LIMIT_VARIABLE_NUMBER, -1));
+    for (std::span<const sqlite3_int64> left = ids; !left.empty();) {
+      const auto part = left.first(std::min(left.size(), limit));
+      std::string sql = "DELETE FROM events WHERE id IN (?";
+      for (std::size_t i = 1; i < part.size(); ++i) sql += ",?";
+      statement = prepare((sql + ")").c_str());
+      int at = 0;
+      for (const sqlite3_int64 id : part) sqlite3_bind_int64(statement, ++at, id);
+      sqlite3_step(statement);
+      finish(statement);
+      left = left.subspan(part.size());
+    }
+  }
+
   /// The first column of the first row; empty when there is none.
   std::string value(const std::string& query) {
     sqlite3_stmt* statement = prepare(query.c_str());
@@ -68,6 +104,10 @@ class BareStore final {
     sqlite3_stmt* statement = nullptr;
     if (sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr) != SQLITE_OK) fail();
     return statement;
+  }
+  /// Also reports what has kept the last step from ending well.
+  void finish(sqlite3_stmt* statement) {
+    if (sqlite3_finalize(statement) != SQLITE_OK) fail();
   }
   [[noreturn]] void fail() const { throw std::runtime_error(sqlite3_errmsg(database_)); }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <exception>
 #include <memory>
 #include <stdexcept>
@@ -19,10 +20,14 @@ namespace {
 struct Measurement {
   std::string name;
   std::vector<Row> rows;
+  /// What has made a repetition fail. Google Benchmark is not told: its statistics do not survive a
+  /// first repetition that has failed.
+  std::string error = {};
 };
 
-std::vector<Measurement>& measurements() {
-  static auto& all = *new std::vector<Measurement>;
+/// A deque, since each is referred to by what it runs.
+std::deque<Measurement>& measurements() {
+  static auto& all = *new std::deque<Measurement>;
   return all;
 }
 
@@ -58,12 +63,14 @@ std::string verdict(const Row& row, const Samples& values, const Samples& ratios
 
 using Runs = std::vector<benchmark::BenchmarkReporter::Run>;
 
-std::string lineOf(const Row& row, const Runs& runs) {
+std::string lineOf(const Row& row, const Measurement& measurement, const Runs& runs) {
+  if (!measurement.error.empty()) {
+    return line(row.work, measurement.error, "", "", goalText(row), "NO");
+  }
   Samples values;
   Samples references;
   Samples ratios;
   for (const auto& one : runs) {
-    if (one.error_occurred) return line(row.work, one.error_message, "", "", goalText(row), "NO");
     values.add(one.counters.at(std::string(row.value)));
     if (row.reference.empty()) continue;
     references.add(one.counters.at(std::string(row.reference)));
@@ -96,9 +103,9 @@ class TableReporter final : public benchmark::BenchmarkReporter {
       return runs.front().run_name.function_name == measurement.name;
     });
     if (found == measurements().end()) return;
-    for (const Row& row : found->rows) std::fputs(lineOf(row, runs).c_str(), table_);
+    for (const Row& row : found->rows) std::fputs(lineOf(row, *found, runs).c_str(), table_);
     std::fflush(table_);
-    hasFailed_ |= std::ranges::any_of(runs, [](const Run& one) { return one.error_occurred; });
+    hasFailed_ |= !found->error.empty();
   }
 
   [[nodiscard]] bool hasFailed() const { return hasFailed_; }
@@ -112,19 +119,19 @@ class TableReporter final : public benchmark::BenchmarkReporter {
 
 void measure(std::string_view name, int repetitions, std::vector<Row> rows,
              std::function<void(Values&)> repetition) {
-  measurements().push_back({std::string(name), std::move(rows)});
+  Measurement& measurement =
+      measurements().emplace_back(Measurement{std::string(name), std::move(rows)});
   const auto count = std::make_shared<int>(0);
   benchmark::RegisterBenchmark(
-      measurements().back().name.c_str(),
-      [count, repetition = std::move(repetition)](benchmark::State& state) {
+      measurement.name.c_str(),
+      [&measurement, count, repetition = std::move(repetition)](benchmark::State& state) {
         Values values;
         values.referenceFirst_ = (*count)++ % 2 == 1;
         for (auto _ : state) {
           try {
             repetition(values);
           } catch (const std::exception& error) {
-            state.SkipWithError(error.what());
-            break;
+            measurement.error = error.what();
           }
         }
         for (const auto& [key, value] : values.all()) state.counters[key] = value;
