@@ -11,16 +11,26 @@
 namespace pelorino {
 namespace {
 
-/// Never destroyed: lines may be written while the process exits.
 struct State {
   std::atomic<PLRLogLevel> level{PLRLogLevel::error};
   Guarded<std::shared_ptr<const Logger::EngineClosure>> engineClosure;
   Guarded<std::shared_ptr<const Logger::Closure>> closure;
 };
 
+/// Never destroyed: lines may be written while the process exits. Not made on first use either: in
+/// a forked child, the thread that was making it may be gone, and whoever asks would wait for ever.
+union Lasting {
+  constexpr Lasting() : state() {}
+  constexpr ~Lasting() {}  // NOLINT(modernize-use-equals-default): that would be a deleted one.
+  Lasting(const Lasting&) = delete;
+  Lasting& operator=(const Lasting&) = delete;
+
+  State state;
+};
+constinit Lasting lasting;
+
 State& state() {
-  static State& instance = *new State;
-  return instance;
+  return lasting.state;
 }
 
 template <class Closure>

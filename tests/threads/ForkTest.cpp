@@ -99,13 +99,13 @@ TEST_F(Fork, OnAThreadOfTheLibraryNeitherStoresNorGoesOn) {
             "1");
 }
 
-TEST_F(Fork, IsToldOfOnce) {
+TEST_F(Fork, IsToldOfOnceEvenWhileTheStartWaitsForTheApplication) {
   static int lines = 0;
   PLREngineWrapper::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string& line) {
     if (line == "ERROR The library does not work in a forked process; calls are refused") ++lines;
   });
+  PLRHost::setApplicationState(PLRApplicationState::background);
   PLRAnalytics::initialize("key");
-  drain();
   const pid_t child = ::fork();
   if (child == 0) {
     for (int i = 0; i < 2; ++i) PLRAnalytics::customEvent("refused");

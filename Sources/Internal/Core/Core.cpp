@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "EndedOnIncomeQueue.h"
+#include "ForkedChild.h"
 #include "Host.h"
 #include "Logger.h"
 #include "QueueManager.h"
@@ -52,6 +53,8 @@ Core::~Core() {
 
 void Core::initialize(std::string applicationKey,
                       std::optional<PLRAnalyticsConfigurationLocal> configuration) {
+  // A start that waits for the application to become active has no thread yet that would do it.
+  ForkedChild::arm();
   const bool inBackground = Host::applicationState() == ApplicationState::background;
   if (inBackground) QueueManager::incomeQueue().pause();
   startInitialize(std::move(applicationKey), std::move(configuration));

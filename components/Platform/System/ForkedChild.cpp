@@ -24,9 +24,11 @@ void enterChild() {
 }  // namespace
 
 void ForkedChild::arm() {
-  if (armed.load(std::memory_order_acquire) || armed.exchange(true)) return;
+  // Two threads may both do it, which is harmless; neither goes on before it is done.
+  if (armed.load(std::memory_order_acquire)) return;
   // Without memory for it a forked child is not noticed; there is no remedy, and no thread either.
-  if (pthread_atfork(nullptr, nullptr, enterChild) != 0) armed.store(false);
+  if (pthread_atfork(nullptr, nullptr, enterChild) == 0)
+    armed.store(true, std::memory_order_release);
 }
 
 bool ForkedChild::isHere() noexcept {
