@@ -21,7 +21,7 @@ struct State {
 /// a forked child, the thread that was making it may be gone, and whoever asks would wait for ever.
 union Lasting {
   constexpr Lasting() : state() {}
-  constexpr ~Lasting() {}  // NOLINT(modernize-use-equals-default): that would be a deleted one.
+  ~Lasting() {}  // NOLINT(modernize-use-equals-default): that would be a deleted one.
   Lasting(const Lasting&) = delete;
   Lasting& operator=(const Lasting&) = delete;
 
