@@ -1,8 +1,11 @@
 #include "Logger.h"
 
 #include <atomic>
+#include <chrono>
 #include <exception>
 #include <memory>
+#include <thread>
+#include <utility>
 
 #include "ExitGate.h"
 #include "ForkedChild.h"
@@ -10,6 +13,13 @@
 
 namespace pelorino {
 namespace {
+
+using namespace std::chrono_literals;
+
+/// How long the host waits for the end of the closure that it replaces. One takes microseconds; one
+/// that hangs, or waits for the host, must not hang it.
+constexpr auto closurePatience = 200ms;
+constexpr auto closurePollInterval = 100us;
 
 struct State {
   std::atomic<PLRLogLevel> level{PLRLogLevel::error};
@@ -39,9 +49,21 @@ std::shared_ptr<const Closure> shared(Closure closure) {
   return std::make_shared<const Closure>(std::move(closure));
 }
 
+/// In a forked child a thread that is gone may have taken the lock of the slot, or, inside the
+/// closure, one of the host's own.
 std::shared_ptr<const Logger::EngineClosure> engineClosure() {
   const auto& slot = state().engineClosure;
-  return ForkedChild::isHere() ? slot.tryGet().value_or(nullptr) : slot.get();
+  if (!ForkedChild::isHere()) return slot.get();
+  return ExitGate::isOtherThreadInside() ? nullptr : slot.tryGet().value_or(nullptr);
+}
+
+/// Until no other thread runs the closure any more.
+void waitForEndOf(const std::shared_ptr<const Logger::EngineClosure>& closure) {
+  if (ExitGate::isThisThreadInside()) return;
+  const auto end = std::chrono::steady_clock::now() + closurePatience;
+  while (closure.use_count() > 1 && std::chrono::steady_clock::now() < end) {
+    std::this_thread::sleep_for(closurePollInterval);
+  }
 }
 
 }  // namespace
@@ -61,7 +83,9 @@ Logger::EngineClosure Logger::engineLoggerMessageClosure() {
 
 void Logger::setEngineLoggerMessageClosure(EngineClosure closure) {
   ExitGate::arm();
-  state().engineClosure.set(shared(std::move(closure)));
+  auto former = shared(std::move(closure));
+  state().engineClosure.update([&](auto& current) { std::swap(current, former); });
+  waitForEndOf(former);
 }
 
 Logger::Closure Logger::loggerMessageClosure() {
@@ -74,7 +98,7 @@ void Logger::setLoggerMessageClosure(Closure closure) {
 }
 
 void Logger::deliver(PLRLogLevel level, std::string_view message) {
-  const auto closure = engineClosure();
+  auto closure = engineClosure();
   if (!closure) return;
   std::string line = description(level);
   line.reserve(line.size() + 1 + message.size());
@@ -87,7 +111,7 @@ void Logger::deliver(PLRLogLevel level, std::string_view message) {
   } catch (...) {  // NOLINT(bugprone-empty-catch)
     // The host's own exception has nowhere to go: the closure is the only outlet there is.
   }
-  ForkedChild::endStrayThread();
+  closure = nullptr;  // Inside: it may be the last reference to what the host has put in there.
 }
 
 }  // namespace pelorino

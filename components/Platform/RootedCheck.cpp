@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ExitGate.h"
+#include "ForkedChild.h"
 #include "Logger.h"
 
 namespace pelorino {
@@ -18,11 +19,12 @@ void logFailure(std::string_view what) {
 
 // No probe begins while the process exits. One that is running then is left behind: it may take
 // long, so exit does not wait for it as it does for the host's other closures.
-bool answer(const RootedCheck::Probe& probe) {
-  if (!probe) return false;
+bool answer(const std::function<RootedCheck::Probe()>& source) {
   { const ExitGate::Pass pass; }
   try {
-    return probe();
+    const ForkedChild::HostCode hostCode;
+    const RootedCheck::Probe probe = source();
+    return probe && probe();
   } catch (const std::exception& error) {
     logFailure(error.what());
   } catch (...) {
@@ -42,7 +44,7 @@ void RootedCheck::isRooted(CompletionHandler completionHandler) {
     return;
   }
   mainQueue_.add(
-      [probe = probe_, handler = std::move(completionHandler)] { handler(answer(probe())); });
+      [probe = probe_, handler = std::move(completionHandler)] { handler(answer(probe)); });
 }
 
 }  // namespace pelorino

@@ -9,13 +9,13 @@ namespace pelorino {
 struct EndedOnIncomeQueue {
   template <class Object>
   void operator()(Object* object) const noexcept {
-    QueueManager& queue = QueueManager::incomeQueue();
-    if (queue.isCurrent()) {
-      delete object;
-      return;
-    }
     try {
-      queue.addOperation([object] { delete object; });
+      QueueManager& queue = QueueManager::incomeQueue();
+      if (queue.isCurrent()) {
+        delete object;
+      } else {
+        queue.addOperation([object] { delete object; });
+      }
     } catch (...) {  // NOLINT(bugprone-empty-catch)
       // Without memory for the block the object stays: better than its end on this thread.
     }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "EndedOnIncomeQueue.h"
+#include "ExitGate.h"
 #include "ForkedChild.h"
 #include "Host.h"
 #include "Logger.h"
@@ -55,6 +56,7 @@ void Core::initialize(std::string applicationKey,
                       std::optional<PLRAnalyticsConfigurationLocal> configuration) {
   // A start that waits for the application to become active has no thread yet that would do it.
   ForkedChild::arm();
+  ExitGate::arm();
   const bool inBackground = Host::applicationState() == ApplicationState::background;
   if (inBackground) QueueManager::incomeQueue().pause();
   startInitialize(std::move(applicationKey), std::move(configuration));

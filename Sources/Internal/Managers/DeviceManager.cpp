@@ -3,7 +3,6 @@
 #include <string>
 #include <utility>
 
-#include "Guarded.h"
 #include "SdkConstraints.h"
 #include "SdkTools.h"
 
@@ -11,15 +10,6 @@ namespace pelorino {
 namespace {
 
 constexpr const char* sdkVersionProperty = "sdkVersion";
-
-/// An answer and the wait for it. The answer may come after nobody waits any more.
-struct PendingDeviceData {
-  explicit PendingDeviceData(std::unique_ptr<Semaphore> semaphore)
-      : arrived(std::move(semaphore)) {}
-
-  std::unique_ptr<Semaphore> arrived;
-  Guarded<std::optional<DeviceData>> data;
-};
 
 }  // namespace
 
@@ -57,12 +47,15 @@ void DeviceManager::updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifi
 }
 
 std::optional<DeviceData> DeviceManager::getDeviceData() {
-  const auto pending = std::make_shared<PendingDeviceData>(executor_.makeSemaphore());
+  if (overdue_ && !overdue_->data.get()) return std::nullopt;
+  overdue_.reset();
+  const auto pending = std::make_shared<PendingDeviceData>();
+  pending->arrived = executor_.makeSemaphore();
   platform_->getDeviceData([pending](const DeviceData& data) {
     pending->data.set(data);
     pending->arrived->signal();
   });
-  if (!pending->arrived->wait(deviceDataTimeout)) return std::nullopt;
+  if (!pending->arrived->wait(deviceDataTimeout)) overdue_ = pending;
   return pending->data.get();
 }
 

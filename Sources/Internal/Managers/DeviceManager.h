@@ -6,6 +6,7 @@
 
 #include "DeviceIdentifiers.h"
 #include "Executor.h"
+#include "Guarded.h"
 #include "IdentifiersRepository.h"
 #include "PlatformProtocol.h"
 #include "Project.h"
@@ -28,7 +29,8 @@ class DeviceManager final {
 
   void updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifiers>& identifiers);
 
-  /// Waits for the platform's answer; absent when it does not come in time.
+  /// Waits for the platform's answer; absent when it does not come in time. While one is overdue
+  /// the platform is not asked again, and nobody waits.
   [[nodiscard]] std::optional<DeviceData> getDeviceData();
   [[nodiscard]] ApplicationData getAppData();
   [[nodiscard]] IdentifierData getIdentifiersData();
@@ -42,10 +44,17 @@ class DeviceManager final {
  private:
   std::shared_ptr<DeviceIdentifiers> identifiersOf(const Project& project) const;
 
+  /// An answer and the wait for it. The answer may come after nobody waits any more.
+  struct PendingDeviceData {
+    std::unique_ptr<Semaphore> arrived;
+    Guarded<std::optional<DeviceData>> data{};
+  };
+
   std::shared_ptr<IdentifiersRepository> identifiersRepository_;
   std::shared_ptr<ToolsRepository> toolsRepository_;
   std::shared_ptr<PlatformProtocol> platform_;
   Executor& executor_;
+  std::shared_ptr<PendingDeviceData> overdue_;
 };
 
 }  // namespace pelorino

@@ -82,15 +82,20 @@ void SubscriptionService::startRequest() {
   requestRetry_.reset();
   cancelRequest();
   const auto handler = handlerOf(++lastRequest_);
-  const auto error = callStore([&]() -> std::optional<std::string> {
+  auto error = callStore([&]() -> std::optional<std::string> {
     const auto store = store_();
     if (!store) return "The host has set no store";
     productRequest_ =
         store->makeProductsRequest({productList_.begin(), productList_.end()}, handler);
     if (!productRequest_) return "The store has made no request";
-    productRequest_->start();
     return std::nullopt;
   });
+  if (!error) {
+    error = callStore([this]() -> std::optional<std::string> {
+      productRequest_->start();
+      return std::nullopt;
+    });
+  }
   if (error) handler({.products = {}, .error = error});
 }
 

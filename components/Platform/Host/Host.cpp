@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "DescribedExchange.h"
+#include "ExitGate.h"
 #include "Guarded.h"
 #include "ResolvedHost.h"
 #include "System.h"
@@ -26,6 +27,7 @@ State& state() {
 }  // namespace
 
 void Host::describe(HostDescription description) {
+  ExitGate::arm();
   state().description.set(std::make_shared<const HostDescription>(std::move(description)));
 }
 
@@ -46,6 +48,7 @@ std::shared_ptr<PLRStore> Host::store() {
 }
 
 void Host::setStore(std::shared_ptr<PLRStore> store) {
+  ExitGate::arm();
   state().store.set(std::move(store));
 }
 

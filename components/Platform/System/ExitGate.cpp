@@ -37,10 +37,8 @@ void closeGate() {
   if (closed.exchange(true, std::memory_order_seq_cst)) return;
   // The threads that were inside at the fork are not in this process.
   if (ForkedChild::isHere()) return;
-  const int ownPass = depth > 0 ? 1 : 0;
   const auto end = std::chrono::steady_clock::now() + exitPatience;
-  while (threadsInside.load(std::memory_order_seq_cst) > ownPass &&
-         std::chrono::steady_clock::now() < end) {
+  while (ExitGate::isOtherThreadInside() && std::chrono::steady_clock::now() < end) {
     std::this_thread::sleep_for(exitPollInterval);
   }
 }
@@ -76,6 +74,14 @@ void ExitGate::arm() {
 
 bool ExitGate::isClosed() noexcept {
   return closed.load(std::memory_order_acquire);
+}
+
+bool ExitGate::isThisThreadInside() noexcept {
+  return depth > 0;
+}
+
+bool ExitGate::isOtherThreadInside() noexcept {
+  return threadsInside.load(std::memory_order_seq_cst) > (depth > 0 ? 1 : 0);
 }
 
 void ExitGate::parkIfClosed() noexcept {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ForkedChild.h"
+
 namespace pelorino {
 
 /// Keeps background threads out of code that must not run while the process exits: closures of the
@@ -19,6 +21,9 @@ class ExitGate {
     ~Pass();
     Pass(const Pass&) = delete;
     Pass& operator=(const Pass&) = delete;
+
+   private:
+    const ForkedChild::HostCode hostCode_;
   };
 
   /// The same for a thread that may be the host's: once the gate has closed it stays outside and
@@ -33,6 +38,7 @@ class ExitGate {
     [[nodiscard]] bool isInside() const { return isInside_; }
 
    private:
+    const ForkedChild::HostCode hostCode_;
     const bool isInside_;
   };
 
@@ -42,6 +48,12 @@ class ExitGate {
 
   /// True from the moment the gate has closed, for good.
   [[nodiscard]] static bool isClosed() noexcept;
+
+  /// True while the calling thread is inside.
+  [[nodiscard]] static bool isThisThreadInside() noexcept;
+
+  /// True while another one is inside. In a forked child: when another one was, at the fork.
+  [[nodiscard]] static bool isOtherThreadInside() noexcept;
 
   /// Does nothing while the gate is open. Afterwards it does not return, but on the exiting thread.
   static void parkIfClosed() noexcept;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <csignal>
+
 namespace pelorino {
 
 /// Tells a process that the host has forked off from the one in which the library works.
@@ -18,14 +20,34 @@ class ForkedChild final {
   /// True in such a child, for good. Costs one load.
   [[nodiscard]] static bool isHere() noexcept;
 
-  /// Marks the calling thread as one of the library's own.
-  static void markLibraryThread() noexcept;
+  /// Marks the calling thread as one of the library's own. A child that the host forks off on it
+  /// gets back the signal mask that the host's threads have.
+  static void markLibraryThread(const sigset_t& hostSignals) noexcept;
 
-  /// Called where a thread comes back from the host's code, and ahead of effects outside the
-  /// process: when the host has forked in there, this thread is all that the child has, and what
-  /// it was about to do is the parent's work. The child ends here, without exit handlers. Does
-  /// nothing anywhere else.
-  static void endStrayThread() noexcept;
+  /// Held while a thread runs the host's code. When the host has forked in there, on a thread of
+  /// the library, this thread is all that the child has, and what it would go on with is the
+  /// parent's work: the child ends with the outermost of these, without exit handlers.
+  class HostCode {
+   public:
+    HostCode() noexcept;
+    ~HostCode();
+    HostCode(const HostCode&) = delete;
+    HostCode& operator=(const HostCode&) = delete;
+  };
+
+  /// Runs `work` until the host does not fork meanwhile, so that no child has half of what it does.
+  template <class Work>
+  static void betweenForks(Work work) {
+    unsigned before = 0;
+    do {
+      before = forksEnded();
+      work();
+    } while (before != forksBegun());
+  }
+
+ private:
+  [[nodiscard]] static unsigned forksBegun() noexcept;
+  [[nodiscard]] static unsigned forksEnded() noexcept;
 };
 
 }  // namespace pelorino

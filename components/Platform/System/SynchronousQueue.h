@@ -4,8 +4,6 @@
 #include <string>
 #include <utility>
 
-#include "ForkedChild.h"
-
 namespace pelorino {
 
 /// A serial queue that callers use synchronously only: the block runs on the caller's thread, one
@@ -17,7 +15,6 @@ class SynchronousQueue {
   /// What the block throws is thrown to the caller.
   template <class Work>
   decltype(auto) sync(Work&& work) {
-    ForkedChild::endStrayThread();
     const std::lock_guard lock(mutex_);
     return std::forward<Work>(work)();
   }

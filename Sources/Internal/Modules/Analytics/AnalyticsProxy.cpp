@@ -75,6 +75,7 @@ void AnalyticsProxy::answer(const char* label, Handler completionHandler,
                             void (AnalyticsProtocol::*getter)(Handler), Fallback fallback) {
   post(label, [handler = std::move(completionHandler), getter,
                fallback = std::move(fallback)](AnalyticsProtocol* logic) mutable {
+    const ExitGate::Pass pass;  // The end of the handler is code of the host, too.
     if (logic == nullptr) return callHost(handler, fallback);
     (logic->*getter)(std::move(handler));
   });

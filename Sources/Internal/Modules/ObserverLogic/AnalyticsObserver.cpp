@@ -3,6 +3,7 @@
 #include <functional>
 #include <utility>
 
+#include "ExitGate.h"
 #include "HostCall.h"
 #include "QueueManager.h"
 
@@ -10,6 +11,7 @@ namespace pelorino {
 
 void AnalyticsObserver::addIdentifiersListener(
     std::shared_ptr<PLRIdentifiersListener> identifiersListener) {
+  ExitGate::arm();
   identifiersListener_.set(std::move(identifiersListener));
   QueueManager::incomeQueue().addOperation([weak = weak_from_this()] {
     const auto self = weak.lock();
@@ -29,6 +31,7 @@ void AnalyticsObserver::addLogicBroadcaster(
 }
 
 void AnalyticsObserver::tellListener(std::int64_t pelorinoId) const {
+  const ExitGate::Pass pass;  // The end of the listener is code of the host, too.
   const auto listener = identifiersListener_.get();
   if (!listener) return;
   callHost(std::function([&](std::int64_t id) { listener->didReceivePelorinoIdWith(id); }),

@@ -5,7 +5,6 @@
 #include "CurlLibrary.h"
 #include "CurlSession.h"
 #include "ExitGate.h"
-#include "ForkedChild.h"
 #include "HttpUrl.h"
 #include "QueueWorker.h"
 
@@ -34,7 +33,6 @@ bool CurlExchange::isValidUrl(const std::string& url) const {
 }
 
 HttpResponse CurlExchange::perform(const HttpRequest& request) {
-  ForkedChild::endStrayThread();
   try {
     return enterLibrary() ? exchange(request) : failure("The HTTP client cannot be set up");
   } catch (const std::exception& error) {

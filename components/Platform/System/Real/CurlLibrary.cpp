@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "ExitGate.h"
+#include "ForkedChild.h"
 
 namespace pelorino::CurlLibrary {
 namespace {
@@ -42,6 +43,7 @@ class ThreadState {
  public:
   ThreadState() = default;
   ~ThreadState() {
+    if (ForkedChild::isHere()) return;  // The thread that looks the function up may be gone.
     const ExitGate::Pass pass;
     using ThreadStop = void();
     static auto* const threadStop = openSslFunction<ThreadStop>("OPENSSL_thread_stop");

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <utility>
 
-#include "ForkedChild.h"
 #include "LockedFile.h"
 #include "PrivateFiles.h"
 
@@ -53,10 +52,9 @@ std::optional<KeyValues> FileKeyStore::read() const {
 
 template <class Edit>
 bool FileKeyStore::change(Edit edit) {
-  ForkedChild::endStrayThread();
   if (path_.empty()) return false;
   // A file of its own: the store's file is another one after each change.
-  const LockedFile lock(path_ + ".lock", LockedFile::Wait::untilFree);
+  const LockedFile lock(path_ + ".lock", LockedFile::Wait::briefly);
   if (lock.error() != 0) return false;
   auto values = read();
   return values && edit(*values) && replaceFile(path_, KeyFileFormat::write(*values));

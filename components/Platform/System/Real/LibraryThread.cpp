@@ -28,6 +28,8 @@ class SignalsHeldBack {
   SignalsHeldBack(const SignalsHeldBack&) = delete;
   SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
 
+  [[nodiscard]] const sigset_t& former() const { return former_; }
+
  private:
   sigset_t former_{};
 };
@@ -45,8 +47,8 @@ bool startLibraryThread(const std::string& name, std::function<void()> body) noe
   const SignalsHeldBack heldBack;
   ForkedChild::arm();
   try {
-    std::thread([shown = visibleName(name), body = std::move(body)] {
-      ForkedChild::markLibraryThread();
+    std::thread([shown = visibleName(name), body = std::move(body), former = heldBack.former()] {
+      ForkedChild::markLibraryThread(former);
       pthread_setname_np(pthread_self(), shown.c_str());
       body();
     }).detach();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "PrivateFiles.h"
@@ -11,7 +12,9 @@ namespace pelorino {
 /// could then hold locks on two files of that name. A forked child does not get the lock.
 class LockedFile final {
  public:
-  enum class Wait { no, untilFree };
+  /// `briefly`: a process that holds it is done in microseconds. One that has been stopped there
+  /// must not stop this one; it gives up after two seconds.
+  enum class Wait { no, briefly };
 
   LockedFile(const std::string& path, Wait wait);
   ~LockedFile();
@@ -22,7 +25,7 @@ class LockedFile final {
   [[nodiscard]] int error() const { return error_; }
 
  private:
-  FileDescriptor file_;
+  std::optional<FileDescriptor> file_;
   int error_ = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "QueueWorker.h"
 
+#include <new>
+#include <thread>
 #include <utility>
 
 #include "ExitGate.h"
@@ -13,6 +15,8 @@ using namespace std::chrono_literals;
 
 /// How often a wait looks whether the process has begun to exit, when no block will run any more.
 constexpr auto exitCheckInterval = 100ms;
+
+constexpr auto memoryRetryInterval = 10ms;
 
 constinit thread_local const QueueWorker* currentWorker = nullptr;
 
@@ -51,19 +55,19 @@ void QueueWorker::resume() {
   if (hasWork()) ensureRunning(lock);
 }
 
-void QueueWorker::close() {
-  // Destroyed after the lock is released: a block may hold the last reference to something that
-  // calls this queue again.
-  std::deque<Block> dropped;
-  std::deque<Block> droppedBatch;
+void QueueWorker::close() noexcept {
   if (ForkedChild::isHere()) return;
-  const Lock lock(mutex_);
+  Lock lock(mutex_);
   isClosed_ = true;
   setHeld();
-  dropped.swap(waiting_);
-  if (!hasThread_) droppedBatch.swap(batch_);
+  const bool hasThread = hasThread_;
   progress_.notify_all();
   work_.notify_one();
+  // A block may hold the last reference to something that calls this queue again. Nobody adds to a
+  // closed one, and its batch is the thread's while there is one.
+  lock.unlock();
+  waiting_.clear();
+  if (!hasThread) batch_.clear();
 }
 
 void QueueWorker::waitUntilAllBlocksAreFinished() {
@@ -106,7 +110,7 @@ void QueueWorker::cancel(std::shared_ptr<TimerSchedule::Entry>& entry) {
 void QueueWorker::ensureRunning(Lock& lock) {
   if (isPaused_ || isClosed_) return;
   if (!hasThread_) {
-    hasThread_ = startLibraryThread(label_, [self = shared_from_this()] { self->runUntilIdle(); });
+    hasThread_ = startThread();
   } else if (isAsleep_) {
     isAsleep_ = false;
     lock.unlock();
@@ -114,13 +118,28 @@ void QueueWorker::ensureRunning(Lock& lock) {
   }
 }
 
+bool QueueWorker::startThread() noexcept {
+  try {
+    return startLibraryThread(label_, [self = shared_from_this()] { self->runUntilIdle(); });
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
 void QueueWorker::runUntilIdle() {
-  while (takeBatch()) runBatch();
+  for (;;) {
+    try {
+      if (!takeBatch()) return;
+      runBatch();
+    } catch (const std::bad_alloc&) {
+      // No memory for the blocks of timers: they stay due.
+      std::this_thread::sleep_for(memoryRetryInterval);
+    }
+  }
 }
 
 /// False when the thread has to end.
 bool QueueWorker::takeBatch() {
-  std::deque<Block> dropped;  // Destroyed after the lock is released.
   Lock lock(mutex_);
   while (!isClosed_) {
     if (!isPaused_) {
@@ -130,7 +149,11 @@ bool QueueWorker::takeBatch() {
     }
     if (!sleep(lock)) break;
   }
-  if (isClosed_) dropped.swap(batch_);
+  if (isClosed_) {
+    lock.unlock();
+    batch_.clear();
+    lock.lock();
+  }
   hasThread_ = false;
   return false;
 }
@@ -164,12 +187,16 @@ void QueueWorker::runBatch() {
     Block block = std::move(batch_.front());
     batch_.pop_front();
     outlet_->run(block, label_);
-    ForkedChild::endStrayThread();
-    // What the block holds is released before it counts as finished, on its own queue.
-    block = nullptr;
+    release(block);
     currentWorker = nullptr;
     endBlock();
   }
+}
+
+/// Before the block counts as finished, on its own queue. It may hold what is the host's.
+void QueueWorker::release(Block& block) {
+  const ExitGate::Pass pass;
+  block = nullptr;
 }
 
 // A step is stored before isHeld_ or waiters_ is read, while pause() stores isHeld_, and a waiter

@@ -35,7 +35,8 @@ class QueueWorker final : public std::enable_shared_from_this<QueueWorker> {
   void waitUntilAllBlocksAreFinished();
 
   /// Drops what waits; a running block ends, and the thread with it. Nothing runs afterwards.
-  void close();
+  /// Called once.
+  void close() noexcept;
 
   /// When the timer is due, its block runs like one that was added then.
   void schedule(std::shared_ptr<TimerSchedule::Entry> entry);
@@ -54,10 +55,12 @@ class QueueWorker final : public std::enable_shared_from_this<QueueWorker> {
   void takeDueTimers();
   bool sleep(Lock& lock);
   void runBatch();
+  static void release(Block& block);
   bool beginBlock();
   void endBlock();
   void setHeld();
   void ensureRunning(Lock& lock);
+  [[nodiscard]] bool startThread() noexcept;
   void wakeWaiters();
   [[nodiscard]] bool hasWork() const;
   [[nodiscard]] bool isRunning() const;

@@ -13,7 +13,7 @@ Block tickOf(std::shared_ptr<TimerSchedule::Entry> entry) {
       entry->block();
     } else {
       // Whoever keeps the handle does not keep what the block holds.
-      std::exchange(entry->block, nullptr)();
+      if (const Block block = std::exchange(entry->block, nullptr)) block();
     }
   };
 }
