@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "LogCapture.h"
@@ -42,6 +45,19 @@ TEST(Logger, OutlivesAClosureThatThrowsOrLogsItself) {
   Logger::setEngineLoggerMessageClosure({});
   Logger::writeLog(PLRLogLevel::error, "unheard");
   EXPECT_EQ(calls, 2);
+}
+
+TEST(Logger, HasDoneWithAClosureWhenItIsReplaced) {
+  std::atomic<bool> isInside = false;
+  Logger::setEngineLoggerMessageClosure([&](PLRLogLevel, const std::string&) {
+    isInside = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    isInside = false;
+  });
+  const std::jthread writer([] { Logger::writeLog(PLRLogLevel::error, "a line"); });
+  while (!isInside) std::this_thread::yield();
+  Logger::setEngineLoggerMessageClosure({});
+  EXPECT_FALSE(isInside);
 }
 
 TEST(QueueManager, LogsWhatABlockThrowsAndGoesOn) {

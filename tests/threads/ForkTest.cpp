@@ -5,8 +5,14 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
 
 #include "AnyCall.h"
+#include "BackendProcess.h"
+#include "Guarded.h"
 
 namespace {
 
@@ -97,6 +103,111 @@ TEST_F(Fork, OnAThreadOfTheLibraryNeitherStoresNorGoesOn) {
   EXPECT_EQ(file_.run("SELECT count(*) FROM (SELECT eventJson AS j FROM events UNION ALL "
                       "SELECT packagesJson FROM reports) WHERE j LIKE '%after%'"),
             "1");
+}
+
+/// Forks, and says what became of the child: it goes back into the library, or calls it and runs
+/// another program, one that can be ended with a signal.
+class Forking {
+ public:
+  explicit Forking(bool runsAProgram) : runsAProgram_(runsAProgram) {}
+
+  void operator()(const char* where) {
+    const pid_t child = ::fork();
+    if (child != 0) return codes_.update([&](auto& codes) { codes[where] = codeOf(child); });
+    ::alarm(20);
+    if (!runsAProgram_) return;
+    PLRAnalytics::customEvent("refused");
+    sigset_t held;
+    pthread_sigmask(SIG_BLOCK, nullptr, &held);
+    if (sigismember(&held, SIGTERM) != 0) ::_exit(EXIT_FAILURE);
+    ::execl("/bin/sh", "sh", "-c", "exit 7", nullptr);
+  }
+
+  [[nodiscard]] std::map<std::string, int> codes() const { return codes_.get(); }
+
+ private:
+  const bool runsAProgram_;
+  Guarded<std::map<std::string, int>> codes_;
+};
+
+class ForkingStore final : public PLRStore {
+ public:
+  explicit ForkingStore(Forking& forking) : forking_(forking) {}
+  std::shared_ptr<SKProductsRequest> makeProductsRequest(const std::set<std::string>&,
+                                                         ProductsHandler) override {
+    forking_("make");
+    return std::make_shared<Request>(forking_);
+  }
+
+ private:
+  class Request final : public SKProductsRequest {
+   public:
+    explicit Request(Forking& forking) : forking_(forking) {}
+    ~Request() override { forking_("end of a request"); }
+    void start() override { forking_("start"); }
+    void cancel() override { forking_("cancel"); }
+
+   private:
+    Forking& forking_;
+  };
+
+  Forking& forking_;
+};
+
+TEST_F(Fork, AnywhereInTheHostsOwnCodeEndsWithThatCodeAndMayRunAnotherProgramThere) {
+  blackbox::BackendProcess backend{file_.support() + ".backend"};
+  backend.answer("/analytics/config", {{"timeForRequest", 1000},
+                                       {"countForRequest", 3},
+                                       {"eventParamsCount", 20},
+                                       {"sessionTimeout", 1000},
+                                       {"serverTime", 1},
+                                       {"aliveTimeout", 1000},
+                                       {"userCounting", true},
+                                       {"sbsBundles", {"product"}},
+                                       {"sbsConfigVersion", 1}});
+  for (const bool runsAProgram : {false, true}) {
+    Forking forking(runsAProgram);
+    PLRHostDescription host;
+    host.supportDirectory = file_.support();
+    host.integrityProbe = [&] {
+      forking("probe");
+      return false;
+    };
+    PLRHost::describe(host);
+    PLRHost::setStore(std::make_shared<ForkingStore>(forking));
+    PLRAnalytics::setTestProxyUrl(backend.url());
+    PLRAnalytics::initialize("key");
+    PLRAnalytics::getSDKVersion([&](const std::string&) { forking("handler"); });
+    const auto last = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!forking.codes().contains("start") && std::chrono::steady_clock::now() < last) drain();
+    end();
+    PLRHost::setStore(nullptr);
+    PLRHost::describe({});
+    std::map<std::string, int> wanted;
+    for (const char* where : {"probe", "handler", "make", "start", "cancel", "end of a request"}) {
+      wanted[where] = runsAProgram ? wantedCode : EXIT_SUCCESS;
+    }
+    EXPECT_EQ(forking.codes(), wanted);
+  }
+}
+
+TEST_F(Fork, WhileAnotherThreadLogsGivesAChildThatWaitsForNothing) {
+  static std::mutex hosts;
+  static std::atomic<bool> isInside{false};
+  static std::atomic<bool> isOver{false};
+  PLREngineWrapper::setEngineLoggerMessageClosure([](PLRLogLevel, const std::string&) {
+    const std::lock_guard lock(hosts);
+    isInside = true;
+    while (!isOver) std::this_thread::yield();
+  });
+  PLRAnalytics::initialize("key");
+  PLRAnalytics::customEvent("");  // Refused, with an error line.
+  while (!isInside) std::this_thread::yield();
+  const pid_t child = ::fork();
+  if (child == 0) runOn(2);
+  EXPECT_EQ(codeOf(child), wantedCode);
+  isOver = true;
+  end();
 }
 
 TEST_F(Fork, IsToldOfOnceEvenWhileTheStartWaitsForTheApplication) {

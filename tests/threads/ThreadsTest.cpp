@@ -1,3 +1,6 @@
+#include <pthread.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <cstdlib>
 
@@ -58,7 +61,49 @@ TEST_F(Threads, MayAllCallAtOnceWhileTheLibraryComesAndGoes) {
   EXPECT_EQ(backend_.findings(), std::vector<std::string>());
 }
 
-TEST(Exit, GoesOnWhileThreadsOfTheHostAskThatItJoins) {
+TEST_F(Threads, MayBeCancelledInACall) {
+  PLRAnalytics::initialize("key");
+  std::promise<void> promise;
+  PLRAnalytics::getSDKVersion(
+      [hold = promise.get_future().share()](const std::string&) { hold.wait(); });
+  pthread_t thread{};
+  const auto body = [](void*) -> void* {
+    PLRHost::willTerminate();
+    pthread_testcancel();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, nullptr, body, nullptr), 0);
+  std::this_thread::sleep_for(20ms);
+  pthread_cancel(thread);
+  promise.set_value();
+  void* result = nullptr;
+  ASSERT_EQ(pthread_join(thread, &result), 0);
+  EXPECT_EQ(result, PTHREAD_CANCELED);
+  end();
+}
+
+class Exit : public AnyCallTest {};
+
+TEST_F(Exit, LetsNoHandlerSeeThatTheHostIsGone) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto live = [] {
+    static struct State {
+      std::atomic<bool> isAlive{true};
+      ~State() {
+        isAlive = false;
+        std::this_thread::sleep_for(100ms);
+      }
+    } state;
+    PLRAnalytics::initialize("key");
+    PLRAnalytics::getSDKVersion([](const std::string&) {
+      if (!state.isAlive) ::_exit(8);
+    });
+    std::exit(7);
+  };
+  EXPECT_EXIT(live(), ::testing::ExitedWithCode(7), "");
+}
+
+TEST_F(Exit, GoesOnWhileThreadsOfTheHostAskThatItJoins) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   static std::atomic<int> answers{0};
   static std::atomic<bool> isOver{false};

@@ -16,7 +16,7 @@ constinit std::atomic<bool> forked{false};
 constinit std::atomic<unsigned> begun{0};
 constinit std::atomic<unsigned> ended{0};
 constinit thread_local bool isLibraryThread = false;
-constinit thread_local sigset_t signalsOfHost{};
+constinit thread_local sigset_t hostSignals{};
 constinit thread_local int depthOfHostCode = 0;
 
 void beginFork() {
@@ -31,7 +31,7 @@ void endFork() {
 void enterChild() {
   forked.store(true, std::memory_order_relaxed);
   LockDescriptors::closeAll();
-  if (isLibraryThread) pthread_sigmask(SIG_SETMASK, &signalsOfHost, nullptr);
+  if (isLibraryThread) pthread_sigmask(SIG_SETMASK, &hostSignals, nullptr);
 }
 
 }  // namespace
@@ -48,9 +48,13 @@ bool ForkedChild::isHere() noexcept {
   return forked.load(std::memory_order_relaxed);
 }
 
-void ForkedChild::markLibraryThread(const sigset_t& hostSignals) noexcept {
+void ForkedChild::markLibraryThread(const sigset_t& signalsOfHost) noexcept {
   isLibraryThread = true;
-  signalsOfHost = hostSignals;
+  hostSignals = signalsOfHost;
+}
+
+std::optional<sigset_t> ForkedChild::signalsOfHost() noexcept {
+  return isLibraryThread ? std::optional(hostSignals) : std::nullopt;
 }
 
 ForkedChild::HostCode::HostCode() noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <csignal>
+#include <optional>
 
 namespace pelorino {
 
@@ -22,7 +23,10 @@ class ForkedChild final {
 
   /// Marks the calling thread as one of the library's own. A child that the host forks off on it
   /// gets back the signal mask that the host's threads have.
-  static void markLibraryThread(const sigset_t& hostSignals) noexcept;
+  static void markLibraryThread(const sigset_t& signalsOfHost) noexcept;
+
+  /// That mask, on a thread of the library; absent on one of the host.
+  [[nodiscard]] static std::optional<sigset_t> signalsOfHost() noexcept;
 
   /// Held while a thread runs the host's code. When the host has forked in there, on a thread of
   /// the library, this thread is all that the child has, and what it would go on with is the

@@ -47,8 +47,9 @@ bool startLibraryThread(const std::string& name, std::function<void()> body) noe
   const SignalsHeldBack heldBack;
   ForkedChild::arm();
   try {
-    std::thread([shown = visibleName(name), body = std::move(body), former = heldBack.former()] {
-      ForkedChild::markLibraryThread(former);
+    const sigset_t signals = ForkedChild::signalsOfHost().value_or(heldBack.former());
+    std::thread([shown = visibleName(name), body = std::move(body), signals] {
+      ForkedChild::markLibraryThread(signals);
       pthread_setname_np(pthread_self(), shown.c_str());
       body();
     }).detach();
