@@ -25,15 +25,16 @@
 ///
 /// Every operation returns at once, from any thread: it copies its arguments and hands the work to
 /// a queue of the library. None has an error result and none throws, unless memory for a text that
-/// it returns is lacking; what was repaired, refused or
-/// failed is told in the log (PLREngineWrapper::setEngineLoggerMessageClosure). A call made before
-/// `initialize` is refused with a log line. Texts are UTF-8; what is not is repaired.
+/// it returns is lacking; what was repaired, refused or failed is told in the log
+/// (PLREngineWrapper::setEngineLoggerMessageClosure). A call made before `initialize` is refused
+/// with a log line. Texts are UTF-8; what is not is repaired.
 ///
 /// Completion handlers run on a thread of the library and may call the library.
 ///
 /// A process that is forked off after `initialize` has no library: there every call is refused, the
-/// first one with a log line, completion handlers are not called, and nothing is stored or sent.
-/// The parent goes on. A process that forks first and initializes then has no such limit.
+/// first one with a log line (unless another thread was just writing one), completion handlers are
+/// not called, and nothing is stored or sent. The parent goes on. A process that forks before it
+/// has called anything but PLRHost::describe, and initializes then, has no such limit.
 class PLR_EXPORT PLRAnalytics {
  public:
   PLRAnalytics() = delete;
