@@ -29,7 +29,9 @@
 /// (PLREngineWrapper::setEngineLoggerMessageClosure). A call made before `initialize` is refused
 /// with a log line. Texts are UTF-8; what is not is repaired.
 ///
-/// Completion handlers run on a thread of the library and may call the library.
+/// Completion handlers run on a thread of the library and may call the library. None runs any more
+/// when exit destroys what was made before `initialize`; they must not refer to younger objects
+/// that exit destroys.
 ///
 /// A process that is forked off after `initialize` has no library: there every call is refused, the
 /// first one with a log line (unless another thread was just writing one), completion handlers are

@@ -44,7 +44,9 @@ void Core::stop() {
 Core::Core()
     : analyticsProxy_(std::make_shared<AnalyticsProxy>()),
       peopleLogic_(std::make_shared<PeopleLogic>()),
-      analyticsObserver_(std::make_shared<AnalyticsObserver>()) {}
+      analyticsObserver_(std::make_shared<AnalyticsObserver>()) {
+  ExitGate::arm();
+}
 
 Core::~Core() {
   // Nobody else would let the queue go on.
@@ -54,7 +56,7 @@ Core::~Core() {
 
 void Core::initialize(std::string applicationKey,
                       std::optional<PLRAnalyticsConfigurationLocal> configuration) {
-  // A start that waits for the application to become active has no thread yet that would do it.
+  // Now, and on this thread: a start that waits for the application has none of its own yet.
   ForkedChild::arm();
   ExitGate::arm();
   const bool inBackground = Host::applicationState() == ApplicationState::background;
