@@ -4,12 +4,12 @@
 #include <chrono>
 #include <exception>
 #include <memory>
-#include <thread>
 #include <utility>
 
 #include "ExitGate.h"
 #include "ForkedChild.h"
 #include "Guarded.h"
+#include "Polling.h"
 
 namespace pelorino {
 namespace {
@@ -22,6 +22,7 @@ constexpr auto closurePatience = 200ms;
 constexpr auto closurePollInterval = 100us;
 
 struct State {
+  std::atomic<int> writers{0};  ///< Threads in the closure, each as often as it has entered it.
   std::atomic<PLRLogLevel> level{PLRLogLevel::error};
   Guarded<std::shared_ptr<const Logger::EngineClosure>> engineClosure;
   Guarded<std::shared_ptr<const Logger::Closure>> closure;
@@ -38,6 +39,7 @@ union Lasting {
   State state;
 };
 constinit Lasting lasting;
+constinit thread_local int ownWriting = 0;
 
 State& state() {
   return lasting.state;
@@ -49,21 +51,36 @@ std::shared_ptr<const Closure> shared(Closure closure) {
   return std::make_shared<const Closure>(std::move(closure));
 }
 
+class Writing {
+ public:
+  Writing() {
+    state().writers.fetch_add(1, std::memory_order_relaxed);
+    ++ownWriting;
+  }
+  ~Writing() {
+    --ownWriting;
+    state().writers.fetch_sub(1, std::memory_order_relaxed);
+  }
+  Writing(const Writing&) = delete;
+  Writing& operator=(const Writing&) = delete;
+};
+
+bool isOtherThreadWriting() {
+  return state().writers.load(std::memory_order_relaxed) > ownWriting;
+}
+
 /// In a forked child a thread that is gone may have taken the lock of the slot, or, inside the
 /// closure, one of the host's own.
 std::shared_ptr<const Logger::EngineClosure> engineClosure() {
   const auto& slot = state().engineClosure;
   if (!ForkedChild::isHere()) return slot.get();
-  return ExitGate::isOtherThreadInside() ? nullptr : slot.tryGet().value_or(nullptr);
+  return isOtherThreadWriting() ? nullptr : slot.tryGet().value_or(nullptr);
 }
 
-/// Until no other thread runs the closure any more.
+/// Until no other thread runs the closure any more. Not from within one.
 void waitForEndOf(const std::shared_ptr<const Logger::EngineClosure>& closure) {
-  if (ExitGate::isThisThreadInside()) return;
-  const auto end = std::chrono::steady_clock::now() + closurePatience;
-  while (closure.use_count() > 1 && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(closurePollInterval);
-  }
+  if (ownWriting > 0) return;
+  pollFor(closurePatience, closurePollInterval, [&] { return closure.use_count() <= 1; });
 }
 
 }  // namespace
@@ -104,6 +121,7 @@ void Logger::deliver(PLRLogLevel level, std::string_view message) {
   line.reserve(line.size() + 1 + message.size());
   line += ' ';
   line += message;
+  const Writing writing;
   const ExitGate::TryPass pass;
   if (!pass.isInside()) return;
   try {

@@ -5,7 +5,6 @@
 
 #include <cstdlib>
 
-#include "ForkedChild.h"
 #include "ProcessLocks.h"
 #include "TemporaryFolder.h"
 
@@ -40,18 +39,6 @@ TEST(FileLock, KeepsOthersOutUntilThisProcessNeedsItNoMoreAndAForkedChildHasNone
   ::kill(child, SIGKILL);
   ::waitpid(child, nullptr, 0);
   EXPECT_EQ(locks.lock(folder.file("no folder/lock")).failure, "No such file or directory");
-}
-
-TEST(ForkedChild, LeavesNothingHalfDoneToAChild) {
-  ForkedChild::arm();
-  int runs = 0;
-  ForkedChild::betweenForks([&] {
-    if (++runs > 1) return;
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(0);
-    ::waitpid(child, nullptr, 0);
-  });
-  EXPECT_EQ(runs, 2);
 }
 
 }  // namespace

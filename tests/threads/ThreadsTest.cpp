@@ -66,14 +66,17 @@ TEST_F(Threads, MayBeCancelledInACall) {
   std::promise<void> promise;
   PLRAnalytics::getSDKVersion(
       [hold = promise.get_future().share()](const std::string&) { hold.wait(); });
+  static std::atomic<bool> isCalling{false};
   pthread_t thread{};
   const auto body = [](void*) -> void* {
+    isCalling = true;
     PLRHost::willTerminate();
     pthread_testcancel();
     return nullptr;
   };
   ASSERT_EQ(pthread_create(&thread, nullptr, body, nullptr), 0);
-  std::this_thread::sleep_for(20ms);
+  while (!isCalling) std::this_thread::yield();
+  std::this_thread::sleep_for(50ms);
   pthread_cancel(thread);
   promise.set_value();
   void* result = nullptr;

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <pthread.h>
-
 #include <exception>
 #include <string>
 #include <utility>
 
+#include "CancellationHeldBack.h"
 #include "Logger.h"
 
 namespace pelorino {
@@ -14,27 +13,14 @@ namespace pelorino {
 /// started.
 [[nodiscard]] bool isRefusedInForkedChild();
 
-/// Keeps `pthread_cancel` from ending the calling thread in here: what it throws must go on, and
-/// nothing may leave a public operation. The thread ends at its next cancellation point.
-class CancellationHeldBack {
- public:
-  CancellationHeldBack() noexcept { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &former_); }
-  ~CancellationHeldBack() { pthread_setcancelstate(former_, nullptr); }
-  CancellationHeldBack(const CancellationHeldBack&) = delete;
-  CancellationHeldBack& operator=(const CancellationHeldBack&) = delete;
-
- private:
-  int former_ = PTHREAD_CANCEL_ENABLE;
-};
-
 /// Runs a public operation, but not in a forked child. Whatever is thrown in it, be it for want of
 /// memory or by a handler that is copied, costs this one call and a log line: nothing reaches the
 /// host.
 template <class Work>
 void publicCall(const char* operation, Work&& work) noexcept {
+  const CancellationHeldBack heldBack;
   try {
     try {
-      const CancellationHeldBack heldBack;
       if (isRefusedInForkedChild()) return;
       std::forward<Work>(work)();
     } catch (const std::exception& error) {

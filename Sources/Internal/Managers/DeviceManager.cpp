@@ -47,7 +47,8 @@ void DeviceManager::updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifi
 }
 
 std::optional<DeviceData> DeviceManager::getDeviceData() {
-  if (overdue_ && !overdue_->data.get()) return std::nullopt;
+  const bool isStillToCome = overdue_.use_count() > 1;
+  if (isStillToCome && !overdue_->data.get()) return std::nullopt;
   overdue_.reset();
   const auto pending = std::make_shared<PendingDeviceData>();
   pending->arrived = executor_.makeSemaphore();

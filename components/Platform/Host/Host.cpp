@@ -48,7 +48,7 @@ std::shared_ptr<PLRStore> Host::store() {
 }
 
 void Host::setStore(std::shared_ptr<PLRStore> store) {
-  ExitGate::arm();
+  if (store) ExitGate::arm();
   state().store.set(std::move(store));
 }
 

@@ -3,11 +3,10 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstdlib>
-#include <thread>
 
 #include "ForkedChild.h"
+#include "Polling.h"
 
 namespace pelorino {
 namespace {
@@ -37,10 +36,9 @@ void closeGate() {
   if (closed.exchange(true, std::memory_order_seq_cst)) return;
   // The threads that were inside at the fork are not in this process.
   if (ForkedChild::isHere()) return;
-  const auto end = std::chrono::steady_clock::now() + exitPatience;
-  while (ExitGate::isOtherThreadInside() && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(exitPollInterval);
-  }
+  const int ownPass = depth > 0 ? 1 : 0;
+  pollFor(exitPatience, exitPollInterval,
+          [=] { return threadsInside.load(std::memory_order_seq_cst) <= ownPass; });
 }
 
 /// False, and still outside, when the gate has closed.
@@ -74,14 +72,6 @@ void ExitGate::arm() {
 
 bool ExitGate::isClosed() noexcept {
   return closed.load(std::memory_order_acquire);
-}
-
-bool ExitGate::isThisThreadInside() noexcept {
-  return depth > 0;
-}
-
-bool ExitGate::isOtherThreadInside() noexcept {
-  return threadsInside.load(std::memory_order_seq_cst) > (depth > 0 ? 1 : 0);
 }
 
 void ExitGate::parkIfClosed() noexcept {

@@ -49,12 +49,6 @@ class ExitGate {
   /// True from the moment the gate has closed, for good.
   [[nodiscard]] static bool isClosed() noexcept;
 
-  /// True while the calling thread is inside.
-  [[nodiscard]] static bool isThisThreadInside() noexcept;
-
-  /// True while another one is inside. In a forked child: when another one was, at the fork.
-  [[nodiscard]] static bool isOtherThreadInside() noexcept;
-
   /// Does nothing while the gate is open. Afterwards it does not return, but on the exiting thread.
   static void parkIfClosed() noexcept;
 };

@@ -38,20 +38,6 @@ class ForkedChild final {
     HostCode(const HostCode&) = delete;
     HostCode& operator=(const HostCode&) = delete;
   };
-
-  /// Runs `work` until the host does not fork meanwhile, so that no child has half of what it does.
-  template <class Work>
-  static void betweenForks(Work work) {
-    unsigned before = 0;
-    do {
-      before = forksEnded();
-      work();
-    } while (before != forksBegun());
-  }
-
- private:
-  [[nodiscard]] static unsigned forksBegun() noexcept;
-  [[nodiscard]] static unsigned forksEnded() noexcept;
 };
 
 }  // namespace pelorino

@@ -15,8 +15,8 @@ class PLR_EXPORT PLREngineWrapper {
   /// Receives each log line that passes PLRAnalytics::logLevel(): its level, and the level's name,
   /// a blank and the message. It is the only outlet of log lines. It runs on the thread that writes
   /// the line, most often one of the library's, and must be quick. When another one has been set,
-  /// it has ended on all other threads, and what it refers to may go; one that takes longer than
-  /// 200 ms is not waited for.
+  /// not from within one, it has ended on all threads, and what it refers to may go; one that takes
+  /// longer than 200 ms is not waited for.
   [[nodiscard]] static std::function<void(PLRLogLevel, const std::string&)>
   engineLoggerMessageClosure();
   static void setEngineLoggerMessageClosure(

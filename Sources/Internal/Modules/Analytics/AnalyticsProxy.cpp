@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -75,9 +76,9 @@ void AnalyticsProxy::answer(const char* label, Handler completionHandler,
                             void (AnalyticsProtocol::*getter)(Handler), Fallback fallback) {
   post(label, [handler = std::move(completionHandler), getter,
                fallback = std::move(fallback)](AnalyticsProtocol* logic) mutable {
-    const ExitGate::Pass pass;  // The end of the handler is code of the host, too.
     if (logic == nullptr) return callHost(handler, fallback);
-    (logic->*getter)(std::move(handler));
+    // The block keeps it: the queue knows that its end is code of the host, too.
+    (logic->*getter)(handler ? Handler(std::ref(handler)) : Handler());
   });
 }
 

@@ -11,7 +11,7 @@ namespace pelorino {
 
 void AnalyticsObserver::addIdentifiersListener(
     std::shared_ptr<PLRIdentifiersListener> identifiersListener) {
-  ExitGate::arm();
+  if (identifiersListener) ExitGate::arm();
   identifiersListener_.set(std::move(identifiersListener));
   QueueManager::incomeQueue().addOperation([weak = weak_from_this()] {
     const auto self = weak.lock();

@@ -54,7 +54,7 @@ template <class Edit>
 bool FileKeyStore::change(Edit edit) {
   if (path_.empty()) return false;
   // A file of its own: the store's file is another one after each change.
-  const LockedFile lock(path_ + ".lock", LockedFile::Wait::briefly);
+  const LockedFile lock(path_ + ".lock", LockedFile::Wait::untilFree);
   if (lock.error() != 0) return false;
   auto values = read();
   return values && edit(*values) && replaceFile(path_, KeyFileFormat::write(*values));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "PrivateFiles.h"
@@ -12,9 +11,7 @@ namespace pelorino {
 /// could then hold locks on two files of that name. A forked child does not get the lock.
 class LockedFile final {
  public:
-  /// `briefly`: a process that holds it is done in microseconds. One that has been stopped there
-  /// must not stop this one; it gives up after two seconds.
-  enum class Wait { no, briefly };
+  enum class Wait { no, untilFree };
 
   LockedFile(const std::string& path, Wait wait);
   ~LockedFile();
@@ -25,7 +22,7 @@ class LockedFile final {
   [[nodiscard]] int error() const { return error_; }
 
  private:
-  std::optional<FileDescriptor> file_;
+  FileDescriptor file_;
   int error_ = 0;
 };
 

@@ -161,7 +161,12 @@ bool QueueWorker::takeBatch() {
 void QueueWorker::takeDueTimers() {
   if (timers_.isEmpty()) return;
   const std::size_t before = waiting_.size();
-  timers_.takeDue(std::chrono::steady_clock::now(), waiting_);
+  try {
+    timers_.takeDue(std::chrono::steady_clock::now(), waiting_);
+  } catch (const std::bad_alloc&) {
+    waiting_.resize(before);
+    throw;
+  }
   added_ += waiting_.size() - before;
 }
 
