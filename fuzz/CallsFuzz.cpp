@@ -146,7 +146,7 @@ class Script final {
   }
   void subscription() {
     const std::string product = text();
-    PLREngineWrapper::engineSubscriprtonPayment(product, text());
+    PLREngineWrapper::engineSubscriprtionPayment(product, text());
     PLREngineWrapper::engineSubscriptionHistory({{product, {text(), text()}}});
   }
 

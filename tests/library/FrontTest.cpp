@@ -60,7 +60,7 @@ std::vector<Operation> trackingOperations() {
       {"adImpression(_:_:_:_:)", [] { Analytics::adImpression("n", 0.5, {}, {}); }, "adrv",
        wholeEvent},
       {"subscriptionHistory(_:)", [] { Analytics::subscriptionHistory({}); }, "sbsr", wholeEvent},
-      {"subscriptionPayment(_:_:)", [] { PLREngineWrapper::engineSubscriprtonPayment("p", "t"); },
+      {"subscriptionPayment(_:_:)", [] { PLREngineWrapper::engineSubscriprtionPayment("p", "t"); },
        "sbs", wholeEvent},
   };
 }
@@ -136,7 +136,7 @@ TEST_F(FrontTest, ExclusionsNameSomeValuesAsTheHostGaveThemAndOthersAsRepaired) 
       logged("ERROR In the LevelUp method an error has occurred: \n\tThe [] key of the "
              "balances dictionary is empty!"))
       << "the rule comes first";
-  const Operation empty{"", [] { PLREngineWrapper::engineSubscriprtonPayment("", ""); }, "sbs"};
+  const Operation empty{"", [] { PLREngineWrapper::engineSubscriprtionPayment("", ""); }, "sbs"};
   EXPECT_TRUE(isDropped(empty, wholeEvent));
   EXPECT_FALSE(logged("ERROR Execution of the SubscriptionPayment method was canceled!"))
       << "the exclusion comes first";

@@ -241,7 +241,7 @@ TEST_F(SubscriptionTest, APaymentIsReportedOnceForEachOriginalPurchase) {
     return [=] { PLRAnalytics::subscriptionPayment(paid, sold); };
   };
   const auto payIds = [](const char* productId, const char* orderId) {
-    return [=] { PLREngineWrapper::engineSubscriprtonPayment(productId, orderId); };
+    return [=] { PLREngineWrapper::engineSubscriprtionPayment(productId, orderId); };
   };
   const struct {
     const char* label;

@@ -111,7 +111,7 @@ inline const std::vector<void (*)()>& anyCalls() {
       [] {
         PLREngineWrapper::engineSubscriptionHistory({{"product", {"t"}}});
       },
-      [] { PLREngineWrapper::engineSubscriprtonPayment("product", "t"); },
+      [] { PLREngineWrapper::engineSubscriprtionPayment("product", "t"); },
       [] { static_cast<void>(PLREventsRouter::isAnalyticsInited()); },
       [] { PLRHost::setStore(std::make_shared<AnyStore>()); },
       [] { PLRHost::setStore(nullptr); },

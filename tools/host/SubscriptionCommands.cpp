@@ -120,9 +120,9 @@ void engineSubscriptionHistory(const Arguments& arguments) {
   PLREngineWrapper::engineSubscriptionHistory(transactions);
 }
 
-void engineSubscriprtonPayment(const Arguments& arguments) {
-  PLREngineWrapper::engineSubscriprtonPayment(arguments.text("productId"),
-                                              arguments.text("transactionId"));
+void engineSubscriprtionPayment(const Arguments& arguments) {
+  PLREngineWrapper::engineSubscriprtionPayment(arguments.text("productId"),
+                                               arguments.text("transactionId"));
 }
 
 }  // namespace
@@ -135,8 +135,8 @@ CommandTable subscriptionCommands() {
       {"subscriptionHistory", command({"transactions"}, subscriptionHistory)},
       {"subscriptionPayment", command({"transaction", "product"}, subscriptionPayment)},
       {"engine.engineSubscriptionHistory", command({"transactions"}, engineSubscriptionHistory)},
-      {"engine.engineSubscriprtonPayment",
-       command({"productId", "transactionId"}, engineSubscriprtonPayment)},
+      {"engine.engineSubscriprtionPayment",
+       command({"productId", "transactionId"}, engineSubscriprtionPayment)},
   };
 }
 

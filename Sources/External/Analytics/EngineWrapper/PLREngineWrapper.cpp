@@ -62,9 +62,9 @@ void PLREngineWrapper::engineSubscriptionHistory(
   });
 }
 
-void PLREngineWrapper::engineSubscriprtonPayment(std::string_view productId,
-                                                 std::string_view transactionId) noexcept {
-  publicCall("engineSubscriprtonPayment", [&] {
+void PLREngineWrapper::engineSubscriprtionPayment(std::string_view productId,
+                                                  std::string_view transactionId) noexcept {
+  publicCall("engineSubscriprtionPayment", [&] {
     Core::shared()->analyticsProxy().subscriptionPayment(EngineSubscriptionPaymentCall{
         repairUtf8(std::string(productId)), repairUtf8(std::string(transactionId))});
   });

@@ -45,6 +45,6 @@ class PLR_EXPORT PLREngineWrapper {
   /// PLRAnalytics::subscriptionPayment() with two identifiers of at most 255 characters, that of
   /// the original purchase the second; longer ones are cut, an empty one cancels the call. Region
   /// and currency are those that the store has told.
-  static void engineSubscriprtonPayment(std::string_view productId,
-                                        std::string_view transactionId) noexcept;
+  static void engineSubscriprtionPayment(std::string_view productId,
+                                         std::string_view transactionId) noexcept;
 };
