@@ -21,11 +21,14 @@
 #include "CustomEvent.h"
 #include "DeviceInfo.h"
 #include "Event.h"
+#include "EventCalls.h"
 #include "EventRepository.h"
 #include "JsonHelpers.h"
 #include "LevelUp.h"
+#include "PaymentCalls.h"
 #include "PeopleEvent.h"
 #include "PeopleValidatorRules.h"
+#include "ProgressCalls.h"
 #include "ProgressionEvent.h"
 #include "PushOpened.h"
 #include "PushToken.h"
@@ -45,7 +48,6 @@
 #include "TrackingStatus.h"
 #include "Tutorial.h"
 #include "UserEngagement.h"
-#include "ValidatorRules.h"
 #include "VirtualCurrencyPayment.h"
 
 using namespace pelorino;
@@ -144,14 +146,14 @@ void addEvents() {
          event.balance = ValidatorRules::validateLevelUp(std::move(call)).value().balances;
          return textOf(std::move(event));
        }},
-      {"Checking and encoding: currentBalance, 3 resources", threeAmounts,
-       [](Resources given) {
+      {"Checking and encoding: currentBalance, 3 resources", CurrentBalanceCall{threeAmounts},
+       [](CurrentBalanceCall given) {
          return textOf(CurrentBalance{
-             .balance = ValidatorRules::validateCurrentBalance(std::move(given)).value()});
+             .balance = ValidatorRules::validateCurrentBalance(std::move(given)).value().balance});
        }},
-      {"Checking and encoding: tutorial", std::int64_t{7},
-       [](std::int64_t given) {
-         return textOf(Tutorial{.step = ValidatorRules::validateTutorial(given).value()});
+      {"Checking and encoding: tutorial", TutorialCall{7},
+       [](TutorialCall given) {
+         return textOf(Tutorial{.step = ValidatorRules::validateTutorial(given).value().step});
        }},
       {"Checking and encoding: finishProgressionEvent, 3 spent, 3 earned",
        FinishProgressionEventCall{"world 1", {true, 120, threeAmounts, threeAmounts}},
@@ -198,11 +200,11 @@ void addEvents() {
          return textOf(CurrencyAccrual{
              .earned = {{{call.source, {{call.currencyName, call.currencyAmount}}}}}});
        }},
-      {"Checking and encoding: socialNetworkConnect", std::string("network"),
-       [](std::string given) {
+      {"Checking and encoding: socialNetworkConnect", SocialNetworkConnectCall{"network"},
+       [](SocialNetworkConnectCall given) {
          return textOf(SocialNetworkConnect{
              .socialNetwork =
-                 ValidatorRules::validateSocialNetworkConnect(std::move(given)).value()});
+                 ValidatorRules::validateSocialNetworkConnect(std::move(given)).value().name});
        }},
       {"Checking and encoding: socialNetworkPost", SocialNetworkPostCall{"network", "victory"},
        [](SocialNetworkPostCall given) {
@@ -212,9 +214,9 @@ void addEvents() {
        }},
       {"Checking and encoding: referrer, 5 properties",
        ReferrerCall{
-           {"source", "s"}, {"campaign", "c"}, {"content", "x"}, {"medium", "m"}, {"term", "t"}},
-       [](const ReferrerCall& given) {
-         const auto call = ValidatorRules::validateReferrer(given).value();
+           {{"source", "s"}, {"campaign", "c"}, {"content", "x"}, {"medium", "m"}, {"term", "t"}}},
+       [](ReferrerCall given) {
+         const auto call = ValidatorRules::validateReferrer(std::move(given)).value().utmData;
          return textOf(Referral{.source = call.at("source"),
                                 .campaign = call.at("campaign"),
                                 .content = call.at("content"),

@@ -7,11 +7,14 @@
 #include <type_traits>
 #include <vector>
 
+#include "EventCalls.h"
 #include "Fuzz.h"
+#include "IdentityCalls.h"
 #include "Limits.h"
+#include "PaymentCalls.h"
 #include "PeopleValidatorRules.h"
+#include "ProgressCalls.h"
 #include "Text.h"
-#include "ValidatorRules.h"
 
 namespace pelorino::fuzz {
 namespace {
@@ -94,22 +97,22 @@ void check(Rule rule, Call call, Obeys obeys) {
   FUZZ_REQUIRE(twice && isSame(*twice, *once));
 }
 
-using Rules = ValidatorRules;
+namespace Rules = ValidatorRules;
 constexpr std::int64_t lowest = INT64_MIN;
 constexpr std::int64_t highest = INT64_MAX;
 
 void checkIdentity(FuzzedDataProvider& input) {
   check(Rules::validateInitializeKey, textFrom(input),
         [](const std::string& key) { filled(key, 255); });
-  check([](std::string id) { return Rules::validateUserId("SetUserId", std::move(id)); },
-        textFrom(input), [](const std::string& id) { within(id, 64); });
+  check(SetUserIdCall::rule, SetUserIdCall{textFrom(input)},
+        [](const SetUserIdCall& call) { within(call.userId, 64); });
   check(Rules::validateReplaceUserId, ReplaceUserIdCall{textFrom(input), textFrom(input)},
         [](const ReplaceUserIdCall& call) {
           filled(call.prevUserName, 64);
           filled(call.userName, 64);
         });
-  check(Rules::validateCurrentLevel, input.ConsumeIntegral<std::int64_t>(),
-        [](std::int64_t level) { inside(level, levelInterval); });
+  check(Rules::validateCurrentLevel, SetCurrentLevelCall{input.ConsumeIntegral<std::int64_t>()},
+        [](const SetCurrentLevelCall& call) { inside(call.level, levelInterval); });
   check(Rules::validateInitialize,
         std::optional(PLRAnalyticsConfigurationLocal{
             .userId = textFrom(input), .level = input.ConsumeIntegral<std::int64_t>()}),
@@ -126,13 +129,15 @@ void checkProgress(FuzzedDataProvider& input) {
           inside(call.level, levelInterval);
           inside(call.balances, lowest, highest);
         });
-  check(Rules::validateCurrentBalance, resourcesFrom(input), [](const Resources& balance) {
-    FUZZ_REQUIRE(!balance.empty());
-    inside(balance, lowest, highest);
-  });
-  check(Rules::validateTutorial, input.ConsumeIntegral<std::int64_t>(), [](std::int64_t step) {
-    inside(step, {-2, integerMaximum});
-  });
+  check(Rules::validateCurrentBalance, CurrentBalanceCall{resourcesFrom(input)},
+        [](const CurrentBalanceCall& call) {
+          FUZZ_REQUIRE(!call.balance.empty());
+          inside(call.balance, lowest, highest);
+        });
+  check(Rules::validateTutorial, TutorialCall{input.ConsumeIntegral<std::int64_t>()},
+        [](const TutorialCall& call) {
+          inside(call.step, {-2, integerMaximum});
+        });
   StartProgressionEventCall start{.eventName = textFrom(input), .parameters = {}};
   if (input.ConsumeBool()) start.parameters.difficulty = input.ConsumeIntegral<std::int64_t>();
   if (input.ConsumeBool()) start.parameters.source = textFrom(input);
@@ -208,18 +213,18 @@ void checkEvents(FuzzedDataProvider& input) {
     filled(call.name, 72);
     for (const auto& [key, value] : call.params) checkParameter(key, value);
   });
-  check(Rules::validateSocialNetworkConnect, textFrom(input),
-        [](const std::string& name) { filled(name, 24); });
+  check(Rules::validateSocialNetworkConnect, SocialNetworkConnectCall{textFrom(input)},
+        [](const SocialNetworkConnectCall& call) { filled(call.name, 24); });
   check(Rules::validateSocialNetworkPost, SocialNetworkPostCall{textFrom(input), textFrom(input)},
         [](const SocialNetworkPostCall& call) {
           filled(call.name, 24);
           filled(call.reason, 32);
         });
   check(Rules::validateReferrer,
-        ReferrerCall{{textFrom(input), textFrom(input)}, {textFrom(input), textFrom(input)}},
+        ReferrerCall{{{textFrom(input), textFrom(input)}, {textFrom(input), textFrom(input)}}},
         [](const ReferrerCall& call) {
-          FUZZ_REQUIRE(!call.empty());
-          for (const auto& [property, value] : call) filled(value, 255);
+          FUZZ_REQUIRE(!call.utmData.empty());
+          for (const auto& [property, value] : call.utmData) filled(value, 255);
         });
   AdImpressionCall impression{textFrom(input), input.ConsumeFloatingPoint<double>(), {}, {}};
   if (input.ConsumeBool()) impression.placement = textFrom(input);

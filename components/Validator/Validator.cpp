@@ -16,15 +16,15 @@ namespace {
 
 /// Writes what is wrong with an argument. `makeRest` gives the words after the argument's label.
 template <std::invocable MakeRest>
-void report(std::string_view method, const Label& argument, const MakeRest& makeRest) {
+void logFault(std::string_view method, const Label& argument, const MakeRest& makeRest) {
   Logger::writeLog(PLRLogLevel::error, [&] {
     return fmt::format("In the {} method an error has occurred: \n\t{}{}{}{}", method,
                        argument.before, argument.variable, argument.after, makeRest());
   });
 }
 
-void report(std::string_view method, const Label& argument, std::string_view rest) {
-  report(method, argument, [rest] { return rest; });
+void logFault(std::string_view method, const Label& argument, std::string_view rest) {
+  logFault(method, argument, [rest] { return rest; });
 }
 
 template <class Number>
@@ -38,14 +38,14 @@ template <class Number>
 bool checkInterval(std::string_view method, const Label& argument, Number value, Number min,
                    Number max) {
   if (value < min) {
-    report(method, argument, [&] {
+    logFault(method, argument, [&] {
       return fmt::format(" [{}] is less than the min [{}] permitted value!", text(value),
                          text(min));
     });
     return false;
   }
   if (value > max) {
-    report(method, argument, [&] {
+    logFault(method, argument, [&] {
       return fmt::format(" [{}] is greater than the max [{}] permitted value!", text(value),
                          text(max));
     });
@@ -65,9 +65,9 @@ std::optional<Validator::ExcludedOptions>& excluded() {
 bool Validator::notNullOrEmpty(std::string_view method, const Label& argument, bool isThere,
                                bool hasContent) {
   if (!isThere) {
-    report(method, argument, " is nil!");
+    logFault(method, argument, " is nil!");
   } else if (!hasContent) {
-    report(method, argument, " is empty!");
+    logFault(method, argument, " is empty!");
   }
   return hasContent;
 }
@@ -84,7 +84,7 @@ bool Validator::inInterval(std::string_view method, const Label& argument, doubl
 
 bool Validator::validateDoubleNAN(std::string_view method, const Label& argument, double value) {
   if (!std::isnan(value)) return true;
-  report(method, argument, " \n\tParameter cannot be NAN.");
+  logFault(method, argument, " \n\tParameter cannot be NAN.");
   return false;
 }
 
@@ -92,7 +92,7 @@ bool Validator::equalStringLength(std::string_view method, const Label& argument
                                   const std::optional<std::string>& value, std::size_t length) {
   if (!value) return false;
   if (characterCount(*value) == length) return true;
-  report(method, argument, [&] {
+  logFault(method, argument, [&] {
     return fmt::format(" is invalid\n\tParameter [{}] length must be equal to [{}].", *value,
                        length);
   });
@@ -108,13 +108,13 @@ bool Validator::validType(std::string_view method, const Label& argument, const 
     case AnyCodable::Kind::text:
       return true;
     case AnyCodable::Kind::null:
-      report(method, argument, " is nil!");
+      logFault(method, argument, " is nil!");
       return false;
     case AnyCodable::Kind::list:
     case AnyCodable::Kind::object:
       break;
   }
-  report(method, argument, " \n\tParameter must be of a valid type (Bool, Int, Double, String).");
+  logFault(method, argument, " \n\tParameter must be of a valid type (Bool, Int, Double, String).");
   return false;
 }
 

@@ -47,7 +47,7 @@ TEST_F(LibraryTest, ACallThatStillFindsALibraryTornDownIsRefused) {
   const auto kept = Core::shared();  // As by a thread of the host that is amid a call.
   stop();
   start();
-  kept->analyticsProxy().setTrackingAvailability(false);
+  kept->analyticsProxy().perform(SetTrackingAvailabilityCall{false});
   kept->peopleLogic().clearUser("clearUser()");
   system.runUntilIdle();
   EXPECT_EQ(rows("SELECT trackingAvailable FROM projects"), "1");

@@ -7,15 +7,18 @@
 #include <string>
 #include <vector>
 
+#include "EventCalls.h"
+#include "IdentityCalls.h"
 #include "LogCapture.h"
+#include "PaymentCalls.h"
+#include "ProgressCalls.h"
 #include "Validator.h"
-#include "ValidatorRules.h"
 
 namespace pelorino {
 namespace {
 
 using Lines = std::vector<std::string>;
-using R = ValidatorRules;
+namespace R = ValidatorRules;
 using Parameters = CustomEventCall::Params;
 
 std::string error(const std::string& method, const std::string& rest) {
@@ -48,6 +51,9 @@ using Balances = std::optional<Resources> (*)(Resources);
 
 std::optional<Resources> levelUp(Resources balances) {
   return R::validateLevelUp({2, std::move(balances)})->balances;
+}
+std::optional<Resources> balance(Resources given) {
+  return through(R::validateCurrentBalance, {}, &CurrentBalanceCall::balance)(given);
 }
 std::optional<Resources> payment(Resources price) {
   return R::validateVirtualCurrencyPayment({"i", "t", 1, std::move(price)})->resources;
@@ -111,8 +117,8 @@ TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
     return kept.empty() ? std::nullopt : Result(*kept.front().second.text());
   };
   const auto referrer = [](const Text& text) -> Result {
-    const auto kept = R::validateReferrer({{"source", "s"}, {"term", text}});
-    return kept->contains("term") ? Result(kept->at("term")) : std::nullopt;
+    const auto kept = R::validateReferrer({{{"source", "s"}, {"term", text}}})->utmData;
+    return kept.contains("term") ? Result(kept.at("term")) : std::nullopt;
   };
   const auto source = [](const Text& text) {
     return R::validateStartProgressionEvent({"n", {0, text}})->parameters.source;
@@ -128,8 +134,7 @@ TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
       {"replaceUserId", "The user id argument value", 64, rejects,
        through(R::validateReplaceUserId, {"p", "u"}, &ReplaceUserIdCall::userName)},
       {"LevelUp", "The [*] key of the balances dictionary", 24, drops, key(levelUp)},
-      {"CurrentBalance", "The [*] key of the balances dictionary", 24, drops,
-       key(R::validateCurrentBalance)},
+      {"CurrentBalance", "The [*] key of the balances dictionary", 24, drops, key(balance)},
       {"CustomEvent", "The custom event name", 72, rejects,
        through(R::validateCustomEvent, {}, &CustomEventCall::name)},
       {"CustomEvent", "The key of the parameters dictionary", 32, drops, parameterKey},
@@ -158,7 +163,7 @@ TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
       {"RealCurrencyPayment", "The product id parameter value", 255, rejects,
        through(R::validateRealCurrencyPayment, real, &RealCurrencyPaymentCall::productId)},
       {"SocialNetworkConnect", "The social network name argument value", 24, rejects,
-       R::validateSocialNetworkConnect},
+       through(R::validateSocialNetworkConnect, {}, &SocialNetworkConnectCall::name)},
       {"SocialNetworkPost", "The social network name argument value", 24, rejects,
        through(R::validateSocialNetworkPost, {"n", "r"}, &SocialNetworkPostCall::name)},
       {"SocialNetworkPost", "The post reason argument value", 32, rejects,
@@ -192,7 +197,7 @@ TEST(ValidatorRules, ATextIsCleanedAndCutAndMayNeedContent) {
     if (row.outcome == rejects) lines.push_back(canceled(row.method));
     expect("\t\u200B", row.outcome == stays ? Result("") : std::nullopt, lines);
   }
-  EXPECT_EQ(R::validateSocialNetworkConnect(Text(10'000'000, 'n')), Text(24, 'n'));
+  EXPECT_EQ(R::validateSocialNetworkConnect({Text(10'000'000, 'n')})->name, Text(24, 'n'));
 }
 
 TEST(ValidatorRules, AnIntegerLiesBetweenItsBounds) {
@@ -219,7 +224,7 @@ TEST(ValidatorRules, AnIntegerLiesBetweenItsBounds) {
       {"Initialize", "The current level argument value", 1, most32 - 1, drops,
        [](Integer level) { return R::validateInitialize({{.level = level}})->level; }},
       {"SetCurrentLevel", "The level argument value", 1, most32 - 1, rejects,
-       R::validateCurrentLevel},
+       through(R::validateCurrentLevel, {}, &SetCurrentLevelCall::level)},
       {"LevelUp", "The level argument value", 1, most32 - 1, rejects,
        through(R::validateLevelUp, {}, &LevelUpCall::level)},
       {"CurrencyAccrual", "The currency amount", 1, most32, rejects,
@@ -236,7 +241,8 @@ TEST(ValidatorRules, AnIntegerLiesBetweenItsBounds) {
        amount(spent)},
       {"FinishProgressionEvent", "The value of the earned dictionary", 1, most, drops,
        amount(earned)},
-      {"Tutorial", "The step argument value", -2, most32, rejects, R::validateTutorial},
+      {"Tutorial", "The step argument value", -2, most32, rejects,
+       through(R::validateTutorial, {}, &TutorialCall::step)},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(std::string(row.method) + ": " + row.label);
@@ -297,7 +303,7 @@ TEST(ValidatorRules, EveryBadArgumentIsToldInOrderBeforeTheVerdict) {
     EXPECT_EQ(lines.back(), canceled(method));
   };
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  expect("CurrentBalance", R::validateCurrentBalance, Resources{{"\n", 1}},
+  expect("CurrentBalance", R::validateCurrentBalance, CurrentBalanceCall{{{"\n", 1}}},
          {"The [] key of", "The balance parameter value is empty!"});
   expect("FinishProgressionEvent", R::validateFinishProgressionEvent,
          FinishProgressionEventCall{"", {true, -1, {{"\n", 0}, {"s", 0}}, {{"e", 0}}}},
@@ -308,7 +314,7 @@ TEST(ValidatorRules, EveryBadArgumentIsToldInOrderBeforeTheVerdict) {
          {"The currency code parameter value is invalid\n\tParameter [EU] length must be equal to "
           "[3].",
           "The price argument value \n\tParameter cannot be NAN.", "The order id", "The product"});
-  expect("Referrer", R::validateReferrer, ReferrerCall{{"term", ""}},
+  expect("Referrer", R::validateReferrer, ReferrerCall{{{"term", ""}}},
          {"The [] value of", "The referrer argument value is empty!"});
 
   const LogCapture log;

@@ -1,15 +1,37 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "Resources.h"
 #include "Text.h"
+
+// The library's own copies of a host's values, with texts repaired that are no UTF-8. Those of a
+// store are in StoreValues.h.
 
 namespace pelorino {
 
-/// The library's own copy of a text of the host, with what is no UTF-8 repaired.
-[[nodiscard]] inline std::string copied(std::string_view text) {
+[[nodiscard]] inline std::string repaired(std::string_view text) {
   return repairUtf8(std::string(text));
+}
+
+[[nodiscard]] inline std::vector<std::string> repaired(const std::vector<std::string>& texts) {
+  std::vector<std::string> copies;
+  for (const std::string& text : texts) copies.push_back(repaired(text));
+  return copies;
+}
+
+[[nodiscard]] inline Resources repaired(const Resources& resources) {
+  Resources copies;
+  for (const auto& [name, amount] : resources) copies.insert_or_assign(repaired(name), amount);
+  return copies;
+}
+
+template <class Value>
+[[nodiscard]] auto repaired(const std::optional<Value>& value) {
+  return value ? std::optional(repaired(*value)) : std::nullopt;
 }
 
 }  // namespace pelorino

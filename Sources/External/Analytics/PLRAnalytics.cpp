@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "BackendConfigUrl.h"
-#include "FrontCall.h"
+#include "Front.h"
 #include "Host.h"
 #include "HostCall.h"
 #include "HostText.h"
@@ -23,7 +23,7 @@ namespace {
 PLRAnalyticsConfigurationLocal cloneToLocal(const PLRAnalyticsConfiguration& configuration) {
   PLRAnalyticsConfigurationLocal local;
   local.logLevel = configuration.logLevel;
-  if (configuration.userId) local.userId = copied(*configuration.userId);
+  local.userId = repaired(configuration.userId);
   local.level = configuration.currentLevel;
   local.trackingAvailability = configuration.trackingAvailability;
   return local;
@@ -32,15 +32,13 @@ PLRAnalyticsConfigurationLocal cloneToLocal(const PLRAnalyticsConfiguration& con
 }  // namespace
 
 void PLRAnalytics::initialize(std::string_view applicationKey) noexcept {
-  publicCall("initialize",
-             [&] { Core::shared()->initialize(copied(applicationKey), std::nullopt); });
+  enter("initialize", [&] { Core::shared()->initialize(repaired(applicationKey), std::nullopt); });
 }
 
 void PLRAnalytics::initialize(std::string_view applicationKey,
                               const PLRAnalyticsConfiguration& configuration) noexcept {
-  publicCall("initialize", [&] {
-    Core::shared()->initialize(copied(applicationKey), cloneToLocal(configuration));
-  });
+  enter("initialize",
+        [&] { Core::shared()->initialize(repaired(applicationKey), cloneToLocal(configuration)); });
 }
 
 PLRLogLevel PLRAnalytics::logLevel() noexcept {
@@ -52,64 +50,59 @@ void PLRAnalytics::setLogLevel(PLRLogLevel level) noexcept {
 }
 
 std::function<void(const std::string&)> PLRAnalytics::loggerMessageClosure() {
-  return publicCall("loggerMessageClosure", Logger::Closure(), Logger::loggerMessageClosure);
+  return enter("loggerMessageClosure", Logger::Closure(), Logger::loggerMessageClosure);
 }
 
 void PLRAnalytics::setLoggerMessageClosure(
     std::function<void(const std::string&)> closure) noexcept {
-  publicCall("loggerMessageClosure", [&] { Logger::setLoggerMessageClosure(std::move(closure)); });
+  enter("loggerMessageClosure", [&] { Logger::setLoggerMessageClosure(std::move(closure)); });
 }
 
 void PLRAnalytics::getDeviceId(std::function<void(const std::string&)> completionHandler) noexcept {
-  ask("getDeviceId", &AnalyticsProxy::getDeviceId, std::move(completionHandler));
+  ask<DeviceIdQuery>("getDeviceId", std::move(completionHandler));
 }
 
 void PLRAnalytics::getSDKVersion(
     std::function<void(const std::string&)> completionHandler) noexcept {
-  ask("getSDKVersion", &AnalyticsProxy::getSDKVersion, std::move(completionHandler));
+  ask<SDKVersionQuery>("getSDKVersion", std::move(completionHandler));
 }
 
 void PLRAnalytics::getTrackingAvailability(std::function<void(bool)> completionHandler) noexcept {
-  ask("getTrackingAvailability", &AnalyticsProxy::getTrackingAvailability,
-      std::move(completionHandler));
+  ask<TrackingAvailabilityQuery>("getTrackingAvailability", std::move(completionHandler));
 }
 
 void PLRAnalytics::setTrackingAvailability(bool value) noexcept {
-  report("setTrackingAvailability", &AnalyticsProxy::setTrackingAvailability,
-         [&] { return value; });
+  submit("setTrackingAvailability", [&] { return SetTrackingAvailabilityCall{value}; });
 }
 
 void PLRAnalytics::getUserId(std::function<void(const std::string&)> completionHandler) noexcept {
-  ask("getUserId", &AnalyticsProxy::getUserId, std::move(completionHandler));
+  ask<UserIdQuery>("getUserId", std::move(completionHandler));
 }
 
 void PLRAnalytics::setUserId(std::string_view userId) noexcept {
-  report("setUserId", &AnalyticsProxy::setUserId, [&] { return copied(userId); });
+  submit("setUserId", [&] { return SetUserIdCall{repaired(userId)}; });
 }
 
 void PLRAnalytics::replace(std::string_view fromUserId, std::string_view toUserId) noexcept {
-  report("replace", &AnalyticsProxy::replaceUserId, [&] {
-    return ReplaceUserIdCall{copied(fromUserId), copied(toUserId)};
-  });
+  submit("replace", [&] { return ReplaceUserIdCall{repaired(fromUserId), repaired(toUserId)}; });
 }
 
 void PLRAnalytics::getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept {
-  ask("getCurrentLevel", &AnalyticsProxy::getCurrentLevel, std::move(completionHandler));
+  ask<CurrentLevelQuery>("getCurrentLevel", std::move(completionHandler));
 }
 
 void PLRAnalytics::setCurrentLevel(std::int64_t currentLevel) noexcept {
-  report("setCurrentLevel", &AnalyticsProxy::setCurrentLevel, [&] { return currentLevel; });
+  submit("setCurrentLevel", [&] { return SetCurrentLevelCall{currentLevel}; });
 }
 
 void PLRAnalytics::setIdentifiersListener(
     std::shared_ptr<PLRIdentifiersListener> listener) noexcept {
-  publicCall("setIdentifiersListener", [&] {
-    Core::shared()->analyticsObserver().addIdentifiersListener(std::move(listener));
-  });
+  enter("setIdentifiersListener",
+        [&] { Core::shared()->analyticsObserver().addIdentifiersListener(std::move(listener)); });
 }
 
 void PLRAnalytics::testLogs() noexcept {
-  publicCall("testLogs", [] {
+  enter("testLogs", [] {
     Logger::writeLog(PLRLogLevel::error, "this is error message");
     Logger::writeLog(PLRLogLevel::warning, "this is warning message");
     Logger::writeLog(PLRLogLevel::info, "this is info message");
@@ -118,32 +111,30 @@ void PLRAnalytics::testLogs() noexcept {
 }
 
 void PLRAnalytics::setTestProxyUrl(std::string_view url) noexcept {
-  publicCall("setTestProxyUrl", [&] { BackendConfigUrl::setTestProxyUrl(copied(url)); });
+  enter("setTestProxyUrl", [&] { BackendConfigUrl::setTestProxyUrl(repaired(url)); });
 }
 
 void PLRAnalytics::getTestProxyUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  publicCall("getTestProxyUrl",
-             [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testProxyUrl()); });
+  enter("getTestProxyUrl", [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testProxyUrl()); });
 }
 
 void PLRAnalytics::setTestCustomUrl(std::string_view url) noexcept {
-  publicCall("setTestCustomUrl", [&] { BackendConfigUrl::setTestCustomUrl(copied(url)); });
+  enter("setTestCustomUrl", [&] { BackendConfigUrl::setTestCustomUrl(repaired(url)); });
 }
 
 void PLRAnalytics::getTestCustomUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  publicCall("getTestCustomUrl",
-             [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testCustomUrl()); });
+  enter("getTestCustomUrl", [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testCustomUrl()); });
 }
 
 std::string PLRAnalytics::sdkFolderPath() {
-  return publicCall("sdkFolderPath", std::string("fileMessagerError"), [] {
+  return enter("sdkFolderPath", std::string("fileMessagerError"), [] {
     return SQLiteProvider::folderPath(Host::facts().supportDirectory())
         .value_or("fileMessagerError");
   });
 }
 
 void PLRAnalytics::clearKeychain() noexcept {
-  publicCall("clearKeychain", [] { PlatformiOS::clearKeychain(); });
+  enter("clearKeychain", [] { PlatformiOS::clearKeychain(); });
 }

@@ -30,7 +30,7 @@
 /// with a log line. Texts are UTF-8; what is not is repaired.
 ///
 /// Completion handlers run on a thread of the library and may call the library. None runs any more
-/// when exit destroys what was made before `initialize`; they must not refer to younger objects
+/// when exit destroys what was made before `initialize`. Capture nothing created after `initialize`
 /// that exit destroys.
 ///
 /// A process that is forked off after `initialize` has no library: there every call is refused, the
@@ -75,8 +75,8 @@ class PLR_EXPORT PLRAnalytics {
   /// default user, who stands for the device. The device's identifier is refused.
   static void setUserId(std::string_view userId) noexcept;
   /// Gives a known user of this application another identifier, in the middle of a session too.
-  /// Whoever had it is removed, with all that was stored for that user. Both have 1 to 64
-  /// characters, longer ones are cut; the device's identifier is refused.
+  /// Whoever had it is removed, with all that was stored for that user but the marks of tutorial
+  /// steps. Both have 1 to 64 characters, longer ones are cut; the device's identifier is refused.
   static void replace(std::string_view fromUserId, std::string_view toUserId) noexcept;
   /// The active user's level; 1 before the start.
   static void getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept;

@@ -7,7 +7,7 @@
 #include <variant>
 
 #include "AnyCodable.h"
-#include "FrontCall.h"
+#include "Front.h"
 #include "HostText.h"
 #include "StoreValues.h"
 
@@ -15,7 +15,8 @@ using namespace pelorino;
 
 namespace {
 
-CustomEventCall::Params copied(const PLRCustomEventParameters& parameters) {
+/// Their texts were repaired when they were added.
+CustomEventCall::Params paramsOf(const PLRCustomEventParameters& parameters) {
   CustomEventCall::Params values;
   values.reserve(parameters.getAllParameters().size());
   for (const auto& [key, value] : parameters.getAllParameters()) {
@@ -25,20 +26,6 @@ CustomEventCall::Params copied(const PLRCustomEventParameters& parameters) {
   return values;
 }
 
-Resources copied(const Resources& resources) {
-  Resources values;
-  for (const auto& [name, amount] : resources) {
-    values.insert_or_assign(pelorino::copied(name), amount);
-  }
-  return values;
-}
-
-template <class Text>
-std::optional<std::string> copied(const std::optional<Text>& text) {
-  if (!text) return std::nullopt;
-  return pelorino::copied(*text);
-}
-
 }  // namespace
 
 void PLRAnalytics::levelUp(std::int64_t level) noexcept {
@@ -46,33 +33,29 @@ void PLRAnalytics::levelUp(std::int64_t level) noexcept {
 }
 
 void PLRAnalytics::levelUp(std::int64_t level, const Resources& balances) noexcept {
-  report("levelUp", &AnalyticsProxy::levelUp, [&] { return LevelUpCall{level, copied(balances)}; });
+  submit("levelUp", [&] { return LevelUpCall{level, repaired(balances)}; });
 }
 
 void PLRAnalytics::currentBalance(const Resources& balance) noexcept {
-  report("currentBalance", &AnalyticsProxy::currentBalance, [&] { return copied(balance); });
+  submit("currentBalance", [&] { return CurrentBalanceCall{repaired(balance)}; });
 }
 
 void PLRAnalytics::customEvent(std::string_view eventName) noexcept {
-  report("customEvent", &AnalyticsProxy::customEvent, [&] {
-    return CustomEventCall{copied(eventName), {}};
-  });
+  submit("customEvent", [&] { return CustomEventCall{repaired(eventName), {}}; });
 }
 
 void PLRAnalytics::customEvent(std::string_view eventName,
                                const PLRCustomEventParameters& parameters) noexcept {
-  report("customEvent", &AnalyticsProxy::customEvent, [&] {
-    return CustomEventCall{copied(eventName), copied(parameters)};
-  });
+  submit("customEvent", [&] { return CustomEventCall{repaired(eventName), paramsOf(parameters)}; });
 }
 
 void PLRAnalytics::virtualCurrencyPayment(std::string_view purchaseId,
                                           std::string_view purchaseType,
                                           std::int64_t purchaseAmount,
                                           const Resources& resources) noexcept {
-  report("virtualCurrencyPayment", &AnalyticsProxy::virtualCurrencyPayment, [&] {
-    return VirtualCurrencyPaymentCall{copied(purchaseId), copied(purchaseType), purchaseAmount,
-                                      copied(resources)};
+  submit("virtualCurrencyPayment", [&] {
+    return VirtualCurrencyPaymentCall{repaired(purchaseId), repaired(purchaseType), purchaseAmount,
+                                      repaired(resources)};
   });
 }
 
@@ -80,18 +63,19 @@ void PLRAnalytics::virtualCurrencyPayment(std::string_view purchaseId,
                                           std::string_view purchaseType,
                                           std::int64_t purchaseAmount, std::int64_t purchasePrice,
                                           std::string_view purchaseCurrency) noexcept {
-  report("virtualCurrencyPayment", &AnalyticsProxy::virtualCurrencyPayment, [&] {
-    return VirtualCurrencyPaymentCall{copied(purchaseId),
-                                      copied(purchaseType),
+  submit("virtualCurrencyPayment", [&] {
+    return VirtualCurrencyPaymentCall{repaired(purchaseId),
+                                      repaired(purchaseType),
                                       purchaseAmount,
-                                      {{copied(purchaseCurrency), purchasePrice}}};
+                                      {{repaired(purchaseCurrency), purchasePrice}}};
   });
 }
 
 void PLRAnalytics::currencyAccrual(std::string_view currencyName, std::int64_t currencyAmount,
                                    std::string_view source, PLRAccrualType accrualType) noexcept {
-  report("currencyAccrual", &AnalyticsProxy::currencyAccrual, [&] {
-    return CurrencyAccrualCall{copied(currencyName), currencyAmount, copied(source), accrualType};
+  submit("currencyAccrual", [&] {
+    return CurrencyAccrualCall{repaired(currencyName), currencyAmount, repaired(source),
+                               accrualType};
   });
 }
 
@@ -101,9 +85,9 @@ void PLRAnalytics::startProgressionEvent(std::string_view eventName) noexcept {
 
 void PLRAnalytics::startProgressionEvent(
     std::string_view eventName, const PLRStartProgressionEventParameters& parameters) noexcept {
-  report("startProgressionEvent", &AnalyticsProxy::startProgressionEvent, [&] {
-    return StartProgressionEventCall{copied(eventName),
-                                     {parameters.difficulty, copied(parameters.source)}};
+  submit("startProgressionEvent", [&] {
+    return StartProgressionEventCall{repaired(eventName),
+                                     {parameters.difficulty, repaired(parameters.source)}};
   });
 }
 
@@ -115,33 +99,34 @@ void PLRAnalytics::finishProgressionEvent(std::string_view eventName) noexcept {
 
 void PLRAnalytics::finishProgressionEvent(
     std::string_view eventName, const PLRFinishProgressionEventParameters& parameters) noexcept {
-  report("finishProgressionEvent", &AnalyticsProxy::finishProgressionEvent, [&] {
-    return FinishProgressionEventCall{copied(eventName),
+  submit("finishProgressionEvent", [&] {
+    return FinishProgressionEventCall{repaired(eventName),
                                       {parameters.successfulCompletion, parameters.duration,
-                                       copied(parameters.spent), copied(parameters.earned)}};
+                                       repaired(parameters.spent), repaired(parameters.earned)}};
   });
 }
 
 void PLRAnalytics::realCurrencyPayment(std::string_view orderId, double price,
                                        std::string_view productId,
                                        std::string_view currencyCode) noexcept {
-  report("realCurrencyPayment", &AnalyticsProxy::realCurrencyPayment, [&] {
-    return RealCurrencyPaymentCall{copied(orderId), price, copied(productId), copied(currencyCode)};
+  submit("realCurrencyPayment", [&] {
+    return RealCurrencyPaymentCall{repaired(orderId), price, repaired(productId),
+                                   repaired(currencyCode)};
   });
 }
 
 void PLRAnalytics::isRestoreTransactionHistoryRequired(
     std::function<void(bool)> completionHandler) noexcept {
-  ask("isRestoreTransactionHistoryRequired", &AnalyticsProxy::isRestoreTransactionHistoryRequired,
-      std::move(completionHandler));
+  ask<RestoreTransactionHistoryQuery>("isRestoreTransactionHistoryRequired",
+                                      std::move(completionHandler));
 }
 
 void PLRAnalytics::subscriptionHistory(
     const std::vector<SKPaymentTransaction>& transactions) noexcept {
-  report<SubscriptionHistoryCall>("subscriptionHistory", &AnalyticsProxy::subscriptionHistory, [&] {
+  submit("subscriptionHistory", [&] {
     SubscriptionHistoryCall call;
     for (const SKPaymentTransaction& transaction : transactions) {
-      call.push_back(repaired(transaction));
+      call.transactions.push_back(repaired(transaction));
     }
     return call;
   });
@@ -149,32 +134,32 @@ void PLRAnalytics::subscriptionHistory(
 
 void PLRAnalytics::subscriptionPayment(const SKPaymentTransaction& transaction,
                                        const SKProduct& product) noexcept {
-  report<SubscriptionPaymentCall>("subscriptionPayment", &AnalyticsProxy::subscriptionPayment, [&] {
+  submit("subscriptionPayment", [&] {
     return SubscriptionPaymentCall{repaired(transaction), repaired(product)};
   });
 }
 
 void PLRAnalytics::socialNetworkConnect(const PLRSocialNetwork& socialNetwork) noexcept {
-  report("socialNetworkConnect", &AnalyticsProxy::socialNetworkConnect,
-         [&] { return copied(socialNetwork.name()); });
+  submit("socialNetworkConnect",
+         [&] { return SocialNetworkConnectCall{repaired(socialNetwork.name())}; });
 }
 
 void PLRAnalytics::socialNetworkPost(const PLRSocialNetwork& socialNetwork,
                                      std::string_view reason) noexcept {
-  report("socialNetworkPost", &AnalyticsProxy::socialNetworkPost, [&] {
-    return SocialNetworkPostCall{copied(socialNetwork.name()), copied(reason)};
+  submit("socialNetworkPost", [&] {
+    return SocialNetworkPostCall{repaired(socialNetwork.name()), repaired(reason)};
   });
 }
 
 void PLRAnalytics::tutorial(std::int64_t step) noexcept {
-  report("tutorial", &AnalyticsProxy::tutorial, [&] { return step; });
+  submit("tutorial", [&] { return TutorialCall{step}; });
 }
 
 void PLRAnalytics::referrer(const std::map<PLRReferralProperty, std::string>& utmData) noexcept {
-  report("referrer", &AnalyticsProxy::referrer, [&] {
+  submit("referrer", [&] {
     ReferrerCall call;
     for (const auto& [property, value] : utmData) {
-      call.insert_or_assign(copied(property.name()), copied(value));
+      call.utmData.insert_or_assign(repaired(property.name()), repaired(value));
     }
     return call;
   });
@@ -183,11 +168,11 @@ void PLRAnalytics::referrer(const std::map<PLRReferralProperty, std::string>& ut
 void PLRAnalytics::adImpression(std::string_view network, double revenue,
                                 std::optional<std::string_view> placement,
                                 std::optional<std::string_view> unit) noexcept {
-  report("adImpression", &AnalyticsProxy::adImpression, [&] {
-    return AdImpressionCall{copied(network), revenue, copied(placement), copied(unit)};
+  submit("adImpression", [&] {
+    return AdImpressionCall{repaired(network), revenue, repaired(placement), repaired(unit)};
   });
 }
 
 void PLRAnalytics::sendBufferedEvents() noexcept {
-  publicCall("sendBufferedEvents", [] { Core::shared()->analyticsProxy().sendBufferedEvents(); });
+  submit("sendBufferedEvents", [] { return SendBufferedEventsCall(); });
 }

@@ -3,18 +3,18 @@
 
 #include "AnyCodable.h"
 #include "Core.h"
+#include "Entry.h"
 #include "HostText.h"
 #include "Logger.h"
-#include "PublicCall.h"
 
 using namespace pelorino;
 
-void PLRCustomEventParameters::add(std::string_view key, std::string_view value) {
-  publicCall("add", [&] { addParameter(key, copied(value)); });
-}
+namespace {
 
-void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
-  publicCall("add", [&] {
+/// Where the limit allows it; `makeValue` is not called otherwise.
+void insert(std::map<std::string, PLRCustomEventParameters::Value>& dictionary,
+            std::string_view key, auto makeValue) {
+  enter("add", [&] {
     const auto limit = Core::shared()->analyticsProxy().getCustomEventParamsCount();
     if (static_cast<std::int64_t>(dictionary.size()) >= limit) {
       Logger::writeLog(PLRLogLevel::error, [&] {
@@ -23,8 +23,18 @@ void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
       });
       return;
     }
-    dictionary.insert_or_assign(copied(key), std::move(value));
+    dictionary.insert_or_assign(repaired(key), makeValue());
   });
+}
+
+}  // namespace
+
+void PLRCustomEventParameters::add(std::string_view key, std::string_view value) {
+  insert(dictionary, key, [&] { return repaired(value); });
+}
+
+void PLRCustomEventParameters::addParameter(std::string_view key, Value value) {
+  insert(dictionary, key, [&] { return std::move(value); });
 }
 
 std::string PLRCustomEventParameters::description() const {

@@ -1,15 +1,13 @@
 #include <pelorino/PLRHost.h>
 
 #include <optional>
-#include <string>
 #include <utility>
-#include <vector>
 
+#include "Entry.h"
 #include "Host.h"
-#include "PublicCall.h"
+#include "HostText.h"
 #include "QueueManager.h"
 #include "System.h"
-#include "Text.h"
 
 using namespace pelorino;
 
@@ -26,17 +24,6 @@ std::optional<HostScreen> screenOf(const std::optional<PLRScreen>& screen) {
                     .nativeBounds = sizeOf(screen->nativeBounds)};
 }
 
-std::optional<std::string> copied(std::optional<std::string> text) {
-  if (text) *text = repairUtf8(std::move(*text));
-  return text;
-}
-
-std::optional<std::vector<std::string>> copied(std::optional<std::vector<std::string>> texts) {
-  if (!texts) return texts;
-  for (std::string& text : *texts) text = repairUtf8(std::move(text));
-  return texts;
-}
-
 void post(ApplicationNotification notification) {
   System::current().notifications().post(notification);
 }
@@ -51,60 +38,60 @@ void postBehindAllCalls(ApplicationNotification notification) {
 }  // namespace
 
 void PLRHost::describe(const PLRHostDescription& description) noexcept {
-  publicCall("describe", [&] {
+  enter("describe", [&] {
     // Paths are bytes to the file system and stay as they are; everything else may be sent.
-    Host::describe({.applicationName = copied(description.applicationName),
-                    .applicationVersion = copied(description.applicationVersion),
-                    .applicationBuildVersion = copied(description.applicationBuildVersion),
-                    .bundleIdentifier = copied(description.bundleIdentifier),
+    Host::describe({.applicationName = repaired(description.applicationName),
+                    .applicationVersion = repaired(description.applicationVersion),
+                    .applicationBuildVersion = repaired(description.applicationBuildVersion),
+                    .bundleIdentifier = repaired(description.bundleIdentifier),
                     .bundleFolder = description.bundleFolder,
                     .receiptFile = description.receiptFile,
                     .supportDirectory = description.supportDirectory,
                     .keyStoreFile = description.keyStoreFile,
                     .certificateAuthorityFile = description.certificateAuthorityFile,
                     .proxy = description.proxy,
-                    .preferredLanguages = copied(description.preferredLanguages),
-                    .region = copied(description.region),
-                    .vendorIdentifier = copied(description.vendorIdentifier),
-                    .advertisingIdentifier = copied(description.advertisingIdentifier),
+                    .preferredLanguages = repaired(description.preferredLanguages),
+                    .region = repaired(description.region),
+                    .vendorIdentifier = repaired(description.vendorIdentifier),
+                    .advertisingIdentifier = repaired(description.advertisingIdentifier),
                     .trackingAuthorization = description.trackingAuthorization,
                     .screen = screenOf(description.screen),
-                    .machine = copied(description.machine),
-                    .systemVersion = copied(description.systemVersion),
+                    .machine = repaired(description.machine),
+                    .systemVersion = repaired(description.systemVersion),
                     .integrityProbe = description.integrityProbe});
   });
 }
 
 void PLRHost::setApplicationState(PLRApplicationState state) noexcept {
-  publicCall("setApplicationState",
-             [&] { Host::setApplicationState(static_cast<ApplicationState>(state)); });
+  enter("setApplicationState",
+        [&] { Host::setApplicationState(static_cast<ApplicationState>(state)); });
 }
 
 void PLRHost::setStore(std::shared_ptr<PLRStore> store) noexcept {
-  publicCall("setStore", [&] { Host::setStore(std::move(store)); });
+  enter("setStore", [&] { Host::setStore(std::move(store)); });
 }
 
 void PLRHost::didBecomeActive() noexcept {
-  publicCall("didBecomeActive", [] {
+  enter("didBecomeActive", [] {
     Host::setApplicationState(ApplicationState::active);
     post(ApplicationNotification::didBecomeActive);
   });
 }
 
 void PLRHost::willResignActive() noexcept {
-  publicCall("willResignActive", [] {
+  enter("willResignActive", [] {
     Host::setApplicationState(ApplicationState::inactive);
     postBehindAllCalls(ApplicationNotification::willResignActive);
   });
 }
 
 void PLRHost::didEnterBackground() noexcept {
-  publicCall("didEnterBackground", [] {
+  enter("didEnterBackground", [] {
     Host::setApplicationState(ApplicationState::background);
     postBehindAllCalls(ApplicationNotification::didEnterBackground);
   });
 }
 
 void PLRHost::willTerminate() noexcept {
-  publicCall("willTerminate", [] { postBehindAllCalls(ApplicationNotification::willTerminate); });
+  enter("willTerminate", [] { postBehindAllCalls(ApplicationNotification::willTerminate); });
 }

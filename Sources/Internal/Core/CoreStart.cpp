@@ -11,6 +11,7 @@
 #include "CoreManager.h"
 #include "DeviceManager.h"
 #include "Host.h"
+#include "IdentityCalls.h"
 #include "LifeCycleRepository.h"
 #include "Logger.h"
 #include "Network.h"
@@ -20,7 +21,6 @@
 #include "SQLiteProvider.h"
 #include "ServiceFactory.h"
 #include "System.h"
-#include "ValidatorRules.h"
 
 namespace pelorino {
 

@@ -1,40 +1,40 @@
 #include <pelorino/PLRAnalytics.h>
 #include <pelorino/PLREngineWrapper.h>
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "Base64.h"
-#include "Core.h"
+#include "Front.h"
+#include "HostText.h"
 #include "Logger.h"
-#include "PublicCall.h"
 #include "SdkConstraints.h"
-#include "Text.h"
 
 using namespace pelorino;
 
 std::function<void(PLRLogLevel, const std::string&)>
 PLREngineWrapper::engineLoggerMessageClosure() {
-  return publicCall("engineLoggerMessageClosure", Logger::EngineClosure(),
-                    Logger::engineLoggerMessageClosure);
+  return enter("engineLoggerMessageClosure", Logger::EngineClosure(),
+               Logger::engineLoggerMessageClosure);
 }
 
 void PLREngineWrapper::setEngineLoggerMessageClosure(
     std::function<void(PLRLogLevel, const std::string&)> closure) noexcept {
-  publicCall("engineLoggerMessageClosure",
-             [&] { Logger::setEngineLoggerMessageClosure(std::move(closure)); });
+  enter("engineLoggerMessageClosure",
+        [&] { Logger::setEngineLoggerMessageClosure(std::move(closure)); });
 }
 
 void PLREngineWrapper::destroySDK() noexcept {
-  publicCall("destroySDK", [] { Core::destroy(); });
+  enter("destroySDK", [] { Core::destroy(); });
 }
 
 void PLREngineWrapper::setSDKVersion(std::string_view version) noexcept {
-  publicCall("setSDKVersion",
-             [&] { SdkConstraints::setSdkVersion(repairUtf8(std::string(version))); });
+  enter("setSDKVersion", [&] { SdkConstraints::setSdkVersion(repaired(version)); });
 }
 
 void PLREngineWrapper::enableEditorMode() noexcept {
-  publicCall("enableEditorMode", [] { Core::shared()->enableEditorMode(); });
+  enter("enableEditorMode", [] { Core::shared()->enableEditorMode(); });
 }
 
 std::string PLREngineWrapper::unitySdkFolderPath() {
@@ -42,7 +42,7 @@ std::string PLREngineWrapper::unitySdkFolderPath() {
 }
 
 void PLREngineWrapper::testString(std::string_view value) noexcept {
-  publicCall("testString", [&] {
+  enter("testString", [&] {
     Logger::writeLog(PLRLogLevel::debug, [&] {
       return "[EngineWrapper] Test string:\n\tOrigin: [" + std::string(value) +
              "]\n\tBase64: [Optional(\"" + base64(value) + "\")]";
@@ -52,20 +52,18 @@ void PLREngineWrapper::testString(std::string_view value) noexcept {
 
 void PLREngineWrapper::engineSubscriptionHistory(
     const std::map<std::string, std::vector<std::string>>& transactions) noexcept {
-  publicCall("engineSubscriptionHistory", [&] {
+  submit("engineSubscriptionHistory", [&] {
     EngineSubscriptionHistoryCall call;
     for (const auto& [productId, ids] : transactions) {
-      auto& copied = call[repairUtf8(productId)];
-      for (const std::string& id : ids) copied.push_back(repairUtf8(id));
+      std::ranges::move(repaired(ids), std::back_inserter(call.transactions[repaired(productId)]));
     }
-    Core::shared()->analyticsProxy().subscriptionHistory(std::move(call));
+    return call;
   });
 }
 
 void PLREngineWrapper::engineSubscriprtionPayment(std::string_view productId,
                                                   std::string_view transactionId) noexcept {
-  publicCall("engineSubscriprtionPayment", [&] {
-    Core::shared()->analyticsProxy().subscriptionPayment(EngineSubscriptionPaymentCall{
-        repairUtf8(std::string(productId)), repairUtf8(std::string(transactionId))});
+  submit("engineSubscriprtionPayment", [&] {
+    return EngineSubscriptionPaymentCall{repaired(productId), repaired(transactionId)};
   });
 }

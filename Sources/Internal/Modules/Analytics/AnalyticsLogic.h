@@ -9,18 +9,21 @@
 #include <vector>
 
 #include "ActivityService.h"
-#include "AnalyticsProtocol.h"
 #include "Clock.h"
 #include "ConfigService.h"
 #include "CurrencyAccrualService.h"
 #include "Event.h"
+#include "EventCalls.h"
 #include "EventsService.h"
+#include "IdentityCalls.h"
 #include "LevelResourceService.h"
 #include "LifeCycleProtocol.h"
 #include "LifeCycleRepository.h"
 #include "LogicBroadcasterProtocol.h"
 #include "PLRAnalyticsConfigurationLocal.h"
+#include "PaymentCalls.h"
 #include "PeopleService.h"
+#include "ProgressCalls.h"
 #include "ProjectService.h"
 #include "QueueManager.h"
 #include "ReportService.h"
@@ -54,8 +57,7 @@ struct AnalyticsServices {
 /// It never waits for the backend: it runs on the stored configuration, or on the default one.
 ///
 /// Threads: the incomeQueue, except what says otherwise.
-class AnalyticsLogic final : public AnalyticsProtocol,
-                             public LifeCycleProtocol,
+class AnalyticsLogic final : public LifeCycleProtocol,
                              public LogicBroadcasterProtocol,
                              public std::enable_shared_from_this<AnalyticsLogic> {
  public:
@@ -77,36 +79,40 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   void startActivity();
   void stopActivity();
 
-  void stopSDK() override;
-  void getDeviceId(TextHandler completionHandler) override;
-  void getSDKVersion(TextHandler completionHandler) override;
-  void getTrackingAvailability(BoolHandler completionHandler) override;
-  void setTrackingAvailability(bool value) override;
-  void getUserId(TextHandler completionHandler) override;
-  void setUserId(std::string userId) override;
-  void replaceUserId(ReplaceUserIdCall call) override;
-  void getCurrentLevel(IntegerHandler completionHandler) override;
-  void setCurrentLevel(std::int64_t currentLevel) override;
-  void levelUp(LevelUpCall call) override;
-  void currentBalance(Resources balance) override;
-  void customEvent(CustomEventCall call) override;
-  void sendBufferedEvents() override;
-  void virtualCurrencyPayment(VirtualCurrencyPaymentCall call) override;
-  void currencyAccrual(CurrencyAccrualCall call) override;
-  void startProgressionEvent(StartProgressionEventCall call) override;
-  void finishProgressionEvent(FinishProgressionEventCall call) override;
-  void realCurrencyPayment(RealCurrencyPaymentCall call) override;
-  void socialNetworkConnect(std::string name) override;
-  void socialNetworkPost(SocialNetworkPostCall call) override;
-  void tutorial(std::int64_t step) override;
-  void referrer(ReferrerCall utmData) override;
-  void isRestoreTransactionHistoryRequired(BoolHandler completionHandler) override;
-  void subscriptionPayment(SubscriptionPaymentCall call) override;
-  void subscriptionPayment(EngineSubscriptionPaymentCall call) override;
-  void subscriptionHistory(SubscriptionHistoryCall transactions) override;
-  void subscriptionHistory(EngineSubscriptionHistoryCall transactions) override;
-  void adImpression(AdImpressionCall call) override;
-  [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
+  void stopSDK();
+
+  void perform(SetTrackingAvailabilityCall call);
+  void perform(const SetUserIdCall& call);
+  void perform(const ReplaceUserIdCall& call);
+  void perform(SetCurrentLevelCall call);
+  void perform(LevelUpCall call);
+  void perform(CurrentBalanceCall call);
+  void perform(CustomEventCall call);
+  void perform(SendBufferedEventsCall call);
+  void perform(VirtualCurrencyPaymentCall call);
+  void perform(CurrencyAccrualCall call);
+  void perform(StartProgressionEventCall call);
+  void perform(FinishProgressionEventCall call);
+  void perform(RealCurrencyPaymentCall call);
+  void perform(SocialNetworkConnectCall call);
+  void perform(SocialNetworkPostCall call);
+  void perform(TutorialCall call);
+  void perform(ReferrerCall call);
+  void perform(const SubscriptionPaymentCall& call);
+  void perform(EngineSubscriptionPaymentCall call);
+  void perform(const SubscriptionHistoryCall& call);
+  void perform(const EngineSubscriptionHistoryCall& call);
+  void perform(AdImpressionCall call);
+
+  [[nodiscard]] std::string answer(DeviceIdQuery) const;
+  [[nodiscard]] std::string answer(SDKVersionQuery) const;
+  [[nodiscard]] bool answer(TrackingAvailabilityQuery) const;
+  [[nodiscard]] std::string answer(UserIdQuery) const;
+  [[nodiscard]] std::int64_t answer(CurrentLevelQuery) const;
+  [[nodiscard]] bool answer(RestoreTransactionHistoryQuery) const;
+
+  /// Limit of parameters of a custom event. Any thread.
+  [[nodiscard]] std::int64_t getCustomEventParamsCount() const;
 
   /// On the thread that posts the notification. The last three return when the incomeQueue has
   /// drained.
@@ -158,6 +164,7 @@ class AnalyticsLogic final : public AnalyticsProtocol,
   /// Reports the payment and remembers its order.
   void addSubscriptionPayment(SubscriptionPayment payment);
 
+  void sendBufferedEvents();
   void stopSession();
   void sendAlive();
   void sendDeviceInfo();

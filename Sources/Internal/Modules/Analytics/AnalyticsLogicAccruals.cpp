@@ -24,7 +24,7 @@ void reportSums(const AnalyticsServices& services, const User& user, std::int64_
 
 }  // namespace
 
-void AnalyticsLogic::currencyAccrual(CurrencyAccrualCall call) {
+void AnalyticsLogic::perform(CurrencyAccrualCall call) {
   // A host may have made its value from any number.
   const auto type =
       PLRAccrualTypeFromRaw(static_cast<int>(call.accrualType)).value_or(PLRAccrualType::earned);

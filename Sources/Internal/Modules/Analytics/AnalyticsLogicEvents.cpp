@@ -18,25 +18,25 @@ bool AnalyticsLogic::hasSession() const {
   return services_.stateManager->getActiveUser()->sessionId.has_value();
 }
 
-void AnalyticsLogic::customEvent(CustomEventCall call) {
+void AnalyticsLogic::perform(CustomEventCall call) {
   if (!hasSession()) return;
   addEvent(CustomEvent{.name = std::move(call.name),
                        .parameters = {std::move_iterator(call.params.begin()),
                                       std::move_iterator(call.params.end())}});
 }
 
-void AnalyticsLogic::socialNetworkConnect(std::string name) {
+void AnalyticsLogic::perform(SocialNetworkConnectCall call) {
   if (!hasSession()) return;
-  addEvent(SocialNetworkConnect{.socialNetwork = std::move(name)});
+  addEvent(SocialNetworkConnect{.socialNetwork = std::move(call.name)});
 }
 
-void AnalyticsLogic::socialNetworkPost(SocialNetworkPostCall call) {
+void AnalyticsLogic::perform(SocialNetworkPostCall call) {
   if (!hasSession()) return;
   addEvent(SocialNetworkPost{.socialNetwork = std::move(call.name),
                              .postReason = std::move(call.reason)});
 }
 
-void AnalyticsLogic::adImpression(AdImpressionCall call) {
+void AnalyticsLogic::perform(AdImpressionCall call) {
   if (!hasSession()) return;
   addEvent(AdImpression{.network = std::move(call.network),
                         .placement = std::move(call.placement),
@@ -44,15 +44,15 @@ void AnalyticsLogic::adImpression(AdImpressionCall call) {
                         .revenue = call.revenue});
 }
 
-void AnalyticsLogic::referrer(ReferrerCall utmData) {
+void AnalyticsLogic::perform(ReferrerCall call) {
   if (services_.projectService->isRefererSent()) {
     Logger::writeLog(PLRLogLevel::info, "The referrer has been sent");
     return;
   }
   if (!hasSession()) return;
   const auto valueOf = [&](const char* property) -> std::optional<std::string> {
-    const auto found = utmData.find(property);
-    if (found == utmData.end()) return std::nullopt;
+    const auto found = call.utmData.find(property);
+    if (found == call.utmData.end()) return std::nullopt;
     return std::move(found->second);
   };
   // Not stamped: a progression has no part in where the user came from.
@@ -69,12 +69,16 @@ void AnalyticsLogic::referrer(ReferrerCall utmData) {
   services_.projectService->setIsRefererSent(true);
 }
 
+void AnalyticsLogic::perform(SendBufferedEventsCall) {
+  sendBufferedEvents();
+}
+
 void AnalyticsLogic::sendBufferedEvents() {
   generatePeopleEvent(false);
   services_.reportService->sendBufferedEvents();
 }
 
-std::int64_t AnalyticsLogic::getCustomEventParamsCount() {
+std::int64_t AnalyticsLogic::getCustomEventParamsCount() const {
   return customEventParamsCount_;
 }
 

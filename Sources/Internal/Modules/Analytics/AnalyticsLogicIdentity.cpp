@@ -7,35 +7,34 @@
 #include <string_view>
 
 #include "AnalyticsLogic.h"
-#include "HostCall.h"
 #include "Logger.h"
 #include "SdkConstraints.h"
 #include "TrackingStatus.h"
 
 namespace pelorino {
 
-void AnalyticsLogic::getDeviceId(TextHandler completionHandler) {
-  callHost(completionHandler,
-           services_.stateManager->getActiveDeviceIdentifiers()->deviceIdentifier);
+std::string AnalyticsLogic::answer(DeviceIdQuery) const {
+  return services_.stateManager->getActiveDeviceIdentifiers()->deviceIdentifier;
 }
 
-void AnalyticsLogic::getSDKVersion(TextHandler completionHandler) {
-  callHost(completionHandler, SdkConstraints::sdkVersion());
+std::string AnalyticsLogic::answer(SDKVersionQuery) const {
+  return SdkConstraints::sdkVersion();
 }
 
-void AnalyticsLogic::getTrackingAvailability(BoolHandler completionHandler) {
-  callHost(completionHandler, services_.projectService->getTrackingAvailable());
+bool AnalyticsLogic::answer(TrackingAvailabilityQuery) const {
+  return services_.projectService->getTrackingAvailable();
 }
 
-void AnalyticsLogic::getUserId(TextHandler completionHandler) {
-  callHost(completionHandler, services_.stateManager->getActiveUser()->userId.value_or(""));
+std::string AnalyticsLogic::answer(UserIdQuery) const {
+  return services_.stateManager->getActiveUser()->userId.value_or("");
 }
 
-void AnalyticsLogic::getCurrentLevel(IntegerHandler completionHandler) {
-  callHost(completionHandler, services_.stateManager->getActiveUser()->level);
+std::int64_t AnalyticsLogic::answer(CurrentLevelQuery) const {
+  return services_.stateManager->getActiveUser()->level;
 }
 
-void AnalyticsLogic::setUserId(std::string userId) {
+void AnalyticsLogic::perform(const SetUserIdCall& call) {
+  const std::string& userId = call.userId;
   const auto& active = services_.stateManager->getActiveUser();
   const std::optional<std::string> old = active->userId;
   if (old == userId) {
@@ -80,7 +79,7 @@ void AnalyticsLogic::switchUser(const std::string& userId) {
   services_.reportService->sendBufferedEvents();
 }
 
-void AnalyticsLogic::replaceUserId(ReplaceUserIdCall call) {
+void AnalyticsLogic::perform(const ReplaceUserIdCall& call) {
   const std::string& from = call.prevUserName;
   const std::string& to = call.userName;
   const auto users = services_.stateManager->getProjectUsers();
@@ -135,25 +134,25 @@ void AnalyticsLogic::requestMissingBackendIds() {
   }
 }
 
-void AnalyticsLogic::setCurrentLevel(std::int64_t currentLevel) {
+void AnalyticsLogic::perform(SetCurrentLevelCall call) {
   const User& user = *services_.stateManager->getActiveUser();
-  if (user.level != currentLevel) {
+  if (user.level != call.level) {
     addCurrencyAccrual();
     services_.reportService->sendBufferedEvents();
     services_.levelResourceService->removeResourcesForActiveUser();
     services_.userService->resourceAggregation(false);
   }
-  services_.userService->setLevel(currentLevel);
+  services_.userService->setLevel(call.level);
 }
 
-void AnalyticsLogic::setTrackingAvailability(bool value) {
-  if (services_.projectService->getTrackingAvailable() != value) {
-    value ? enableTracking() : disableTracking();
+void AnalyticsLogic::perform(SetTrackingAvailabilityCall call) {
+  if (services_.projectService->getTrackingAvailable() != call.isAvailable) {
+    call.isAvailable ? enableTracking() : disableTracking();
     return;
   }
-  Logger::writeLog(PLRLogLevel::info, value ? "Tracking status is already Enable"
-                                            : "Tracking status is already Disable");
-  if (value) addTrackingStatus(true);
+  Logger::writeLog(PLRLogLevel::info, call.isAvailable ? "Tracking status is already Enable"
+                                                       : "Tracking status is already Disable");
+  if (call.isAvailable) addTrackingStatus(true);
 }
 
 void AnalyticsLogic::enableTracking() {

@@ -11,7 +11,7 @@
 
 namespace pelorino {
 
-void AnalyticsLogic::realCurrencyPayment(RealCurrencyPaymentCall call) {
+void AnalyticsLogic::perform(RealCurrencyPaymentCall call) {
   if (!hasSession()) return;
   ProjectService& project = *services_.projectService;
   if (project.isCurrencyPaymentMarked(call.orderId)) {
@@ -29,7 +29,7 @@ void AnalyticsLogic::realCurrencyPayment(RealCurrencyPaymentCall call) {
   services_.reportService->sendBufferedEvents();
 }
 
-void AnalyticsLogic::virtualCurrencyPayment(VirtualCurrencyPaymentCall call) {
+void AnalyticsLogic::perform(VirtualCurrencyPaymentCall call) {
   if (!hasSession()) return;
   for (const auto& [name, amount] : call.resources) {
     services_.levelResourceService->addLevelResource(

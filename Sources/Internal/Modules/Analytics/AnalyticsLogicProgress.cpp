@@ -46,7 +46,7 @@ std::optional<std::int64_t> lengthOf(std::int64_t duration, std::int64_t start, 
 
 }  // namespace
 
-void AnalyticsLogic::levelUp(LevelUpCall call) {
+void AnalyticsLogic::perform(LevelUpCall call) {
   if (!hasSession()) return;
   addCurrencyAccrual();  // What came in belongs to the level that ends.
   const std::int64_t oldLevel = services_.stateManager->getActiveUser()->level;
@@ -67,7 +67,7 @@ void AnalyticsLogic::levelUp(LevelUpCall call) {
   services_.currencyAccrualService->removeResourcesForActiveUser();
 }
 
-void AnalyticsLogic::currentBalance(Resources balance) {
+void AnalyticsLogic::perform(CurrentBalanceCall call) {
   if (!hasSession()) return;
   UserService& user = *services_.userService;
   if (user.isBalanceSentForActiveUser()) {
@@ -75,25 +75,25 @@ void AnalyticsLogic::currentBalance(Resources balance) {
                      "The CurrentBalance event is already sent, in this game session");
     return;
   }
-  addEvent(CurrentBalance{.balance = std::move(balance)});
+  addEvent(CurrentBalance{.balance = std::move(call.balance)});
   user.changeCurBalanceSentMark(true);
 }
 
-void AnalyticsLogic::tutorial(std::int64_t step) {
+void AnalyticsLogic::perform(TutorialCall call) {
   if (!hasSession()) return;
   UserService& user = *services_.userService;
-  if (user.isTutorialStepMarked(step)) {
+  if (user.isTutorialStepMarked(call.step)) {
     Logger::writeLog(PLRLogLevel::warning,
-                     [&] { return fmt::format("Tutorial step [{}] is already used", step); });
+                     [&] { return fmt::format("Tutorial step [{}] is already used", call.step); });
     return;
   }
-  addEvent(Tutorial{.step = step});
-  user.markTutorialStep(step);
+  addEvent(Tutorial{.step = call.step});
+  user.markTutorialStep(call.step);
   Logger::writeLog(PLRLogLevel::info,
-                   [&] { return fmt::format("The tutorial step [{}] is saved", step); });
+                   [&] { return fmt::format("The tutorial step [{}] is saved", call.step); });
 }
 
-void AnalyticsLogic::startProgressionEvent(StartProgressionEventCall call) {
+void AnalyticsLogic::perform(StartProgressionEventCall call) {
   services_.userService->activateLocation({.name = call.eventName,
                                            .source = std::move(call.parameters.source),
                                            .difficulty = call.parameters.difficulty,
@@ -102,7 +102,7 @@ void AnalyticsLogic::startProgressionEvent(StartProgressionEventCall call) {
                    [&] { return fmt::format("Activated ProgressionEvent: [{}]", call.eventName); });
 }
 
-void AnalyticsLogic::finishProgressionEvent(FinishProgressionEventCall call) {
+void AnalyticsLogic::perform(FinishProgressionEventCall call) {
   const auto& location = services_.userService->getLocation();
   if (!isFinishable(location, call.eventName) || !hasSession()) return;
   auto& [success, duration, spent, earned] = call.parameters;

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "AnalyticsLogic.h"
-#include "HostCall.h"
 #include "Logger.h"
 #include "RestoredTransactionsEvent.h"
 #include "SubscriptionProductsEvent.h"
@@ -84,8 +83,8 @@ void AnalyticsLogic::sendSubscriptionsHistoryEvent() {
   subscriptions.clearSubscriptionHistory();
 }
 
-void AnalyticsLogic::isRestoreTransactionHistoryRequired(BoolHandler completionHandler) {
-  callHost(completionHandler, services_.subscriptionService->isNeedRestoreHistory());
+bool AnalyticsLogic::answer(RestoreTransactionHistoryQuery) const {
+  return services_.subscriptionService->isNeedRestoreHistory();
 }
 
 template <class Transactions>
@@ -101,12 +100,12 @@ void AnalyticsLogic::receiveHistory(const Transactions& transactions) {
   sendSubscriptionsHistoryEvent();
 }
 
-void AnalyticsLogic::subscriptionHistory(SubscriptionHistoryCall transactions) {
-  receiveHistory(transactions);
+void AnalyticsLogic::perform(const SubscriptionHistoryCall& call) {
+  receiveHistory(call.transactions);
 }
 
-void AnalyticsLogic::subscriptionHistory(EngineSubscriptionHistoryCall transactions) {
-  receiveHistory(transactions);
+void AnalyticsLogic::perform(const EngineSubscriptionHistoryCall& call) {
+  receiveHistory(call.transactions);
 }
 
 void AnalyticsLogic::addSubscriptionPayment(SubscriptionPayment payment) {
@@ -115,7 +114,7 @@ void AnalyticsLogic::addSubscriptionPayment(SubscriptionPayment payment) {
   services_.projectService->markCurrencyPayment(orderId);
 }
 
-void AnalyticsLogic::subscriptionPayment(SubscriptionPaymentCall call) {
+void AnalyticsLogic::perform(const SubscriptionPaymentCall& call) {
   if (!hasSession()) return;
   const auto orderId = orderIdOf(call.transaction);
   if (!orderId) {
@@ -142,7 +141,7 @@ void AnalyticsLogic::subscriptionPayment(SubscriptionPaymentCall call) {
   services_.reportService->sendBufferedEvents();
 }
 
-void AnalyticsLogic::subscriptionPayment(EngineSubscriptionPaymentCall call) {
+void AnalyticsLogic::perform(EngineSubscriptionPaymentCall call) {
   if (!hasSession()) return;
   if (services_.projectService->isCurrencyPaymentMarked(call.transactionId)) {
     logRenewal(call.transactionId);

@@ -1,12 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
-#include <string>
+#include <optional>
 #include <string_view>
+#include <utility>
 
-#include "AnalyticsProtocol.h"
+#include "AnalyticsLogic.h"
 #include "Guarded.h"
+#include "HostCall.h"
+#include "QueueManager.h"
 
 namespace pelorino {
 
@@ -15,67 +19,64 @@ namespace pelorino {
 /// exclusions, and only then calls the logic.
 ///
 /// Threads: any. The logic is given on the incomeQueue.
-class AnalyticsProxy final : public AnalyticsProtocol,
-                             public std::enable_shared_from_this<AnalyticsProxy> {
+class AnalyticsProxy final : public std::enable_shared_from_this<AnalyticsProxy> {
  public:
   /// Gives the logic; none takes it away, and calls are refused again.
-  void initialize(std::shared_ptr<AnalyticsProtocol> analyticsLogic);
-  void isInited(BoolHandler completionHandler);
+  void initialize(std::shared_ptr<AnalyticsLogic> analyticsLogic);
+  void isInited(std::function<void(bool)> completionHandler);
 
-  void stopSDK() override;
-  void getDeviceId(TextHandler completionHandler) override;
-  void getSDKVersion(TextHandler completionHandler) override;
-  void getTrackingAvailability(BoolHandler completionHandler) override;
-  void setTrackingAvailability(bool value) override;
-  void getUserId(TextHandler completionHandler) override;
-  void setUserId(std::string userId) override;
-  void replaceUserId(ReplaceUserIdCall call) override;
-  void getCurrentLevel(IntegerHandler completionHandler) override;
-  void setCurrentLevel(std::int64_t currentLevel) override;
-  void levelUp(LevelUpCall call) override;
-  void currentBalance(Resources balance) override;
-  void customEvent(CustomEventCall call) override;
-  void sendBufferedEvents() override;
-  void virtualCurrencyPayment(VirtualCurrencyPaymentCall call) override;
-  void currencyAccrual(CurrencyAccrualCall call) override;
-  void startProgressionEvent(StartProgressionEventCall call) override;
-  void finishProgressionEvent(FinishProgressionEventCall call) override;
-  void realCurrencyPayment(RealCurrencyPaymentCall call) override;
-  void socialNetworkConnect(std::string name) override;
-  void socialNetworkPost(SocialNetworkPostCall call) override;
-  void tutorial(std::int64_t step) override;
-  void referrer(ReferrerCall utmData) override;
-  void isRestoreTransactionHistoryRequired(BoolHandler completionHandler) override;
-  void subscriptionPayment(SubscriptionPaymentCall call) override;
-  void subscriptionPayment(EngineSubscriptionPaymentCall call) override;
-  void subscriptionHistory(SubscriptionHistoryCall transactions) override;
-  void subscriptionHistory(EngineSubscriptionHistoryCall transactions) override;
-  void adImpression(AdImpressionCall call) override;
-  [[nodiscard]] std::int64_t getCustomEventParamsCount() override;
+  /// Has the logic perform what the call's rule makes of it, unless the rule rejects it or the
+  /// backend has switched it off.
+  template <class Call>
+  void perform(Call call);
+
+  /// Has the host's handler, if there is one, called with the answer.
+  template <class Query, class Handler>
+  void answer(Handler completionHandler);
+
+  void stopSDK();
+  [[nodiscard]] std::int64_t getCustomEventParamsCount() const;
 
   /// True when the library has been started; otherwise writes the line that refuses the call.
   [[nodiscard]] static bool validateInitialization(std::string_view label, bool isInitialized);
 
  private:
-  using Logic = std::shared_ptr<AnalyticsProtocol>;
-
   /// Runs `work(logic)` on the incomeQueue: with null, behind the line that refuses the call, when
   /// the library has not been started.
   template <class Work>
   void post(const char* label, Work work);
-  /// Runs `work(*logic)` there when it has been.
-  template <class Work>
-  void perform(const char* label, Work work);
-  template <class Handler, class Fallback>
-  void answer(const char* label, Handler completionHandler,
-              void (AnalyticsProtocol::*getter)(Handler), Fallback fallback);
-  /// Runs `operation` with what `rule` makes of the call, unless the rule rejects it or what
-  /// `exclusion` returns for the call as it came in is true for the call as the rule repaired it.
-  template <class Call, class Rule, class Exclusion>
-  void track(const char* label, Call call, Rule rule, Exclusion exclusion,
-             void (AnalyticsProtocol::*operation)(Call));
 
-  Guarded<Logic> analyticsLogic_;
+  Guarded<std::shared_ptr<AnalyticsLogic>> analyticsLogic_;
 };
+
+template <class Work>
+void AnalyticsProxy::post(const char* label, Work work) {
+  QueueManager::incomeQueue().addOperation(
+      [weak = weak_from_this(), label, work = std::move(work)]() mutable {
+        const auto self = weak.lock();
+        if (!self) return;
+        const auto logic = self->analyticsLogic_.get();
+        work(validateInitialization(label, logic != nullptr) ? logic.get() : nullptr);
+      });
+}
+
+template <class Call>
+void AnalyticsProxy::perform(Call call) {
+  post(Call::label, [call = std::move(call)](AnalyticsLogic* logic) mutable {
+    if (logic == nullptr) return;
+    const auto isExcluded = Call::exclusion(call);
+    std::optional<Call> valid = Call::rule(std::move(call));
+    if (!valid || isExcluded(*valid)) return;
+    logic->perform(*std::move(valid));
+  });
+}
+
+template <class Query, class Handler>
+void AnalyticsProxy::answer(Handler completionHandler) {
+  post(Query::label, [handler = std::move(completionHandler)](const AnalyticsLogic* logic) {
+    using Answer = typename Query::Answer;
+    callHost(handler, logic != nullptr ? logic->answer(Query()) : Answer(Query::fallback));
+  });
+}
 
 }  // namespace pelorino

@@ -17,7 +17,7 @@ namespace pelorino {
 /// memory or by a handler that is copied, costs this one call and a log line: nothing reaches the
 /// host.
 template <class Work>
-void publicCall(const char* operation, Work&& work) noexcept {
+void enter(const char* operation, Work&& work) noexcept {
   const CancellationHeldBack heldBack;
   try {
     try {
@@ -38,8 +38,8 @@ void publicCall(const char* operation, Work&& work) noexcept {
 
 /// The same for an operation with a result.
 template <class Value, class Work>
-Value publicCall(const char* operation, Value fallback, Work&& work) noexcept {
-  publicCall(operation, [&] { fallback = std::forward<Work>(work)(); });
+Value enter(const char* operation, Value fallback, Work&& work) noexcept {
+  enter(operation, [&] { fallback = std::forward<Work>(work)(); });
   return fallback;
 }
 

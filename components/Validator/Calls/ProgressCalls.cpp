@@ -1,3 +1,5 @@
+#include "ProgressCalls.h"
+
 #include <limits>
 #include <utility>
 
@@ -24,18 +26,18 @@ std::optional<LevelUpCall> ValidatorRules::validateLevelUp(LevelUpCall call) {
   return rule.verdict(std::move(call));
 }
 
-std::optional<Resources> ValidatorRules::validateCurrentBalance(Resources balance) {
+std::optional<CurrentBalanceCall> ValidatorRules::validateCurrentBalance(CurrentBalanceCall call) {
   Rule rule("CurrentBalance");
-  balance = validateResorces(rule.method(), "balances dictionary", balance, maximalResourceKey,
-                             anyInteger);
-  rule.notEmpty("The balance parameter value", balance);
-  return rule.verdict(std::move(balance));
+  call.balance = validateResorces(rule.method(), "balances dictionary", call.balance,
+                                  maximalResourceKey, anyInteger);
+  rule.notEmpty("The balance parameter value", call.balance);
+  return rule.verdict(std::move(call));
 }
 
-std::optional<std::int64_t> ValidatorRules::validateTutorial(std::int64_t step) {
+std::optional<TutorialCall> ValidatorRules::validateTutorial(TutorialCall call) {
   Rule rule("Tutorial");
-  rule.inInterval("The step argument value", step, {-2, integerMaximum});
-  return rule.verdict(step);
+  rule.inInterval("The step argument value", call.step, {-2, integerMaximum});
+  return rule.verdict(call);
 }
 
 std::optional<StartProgressionEventCall> ValidatorRules::validateStartProgressionEvent(

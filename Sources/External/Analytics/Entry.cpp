@@ -1,4 +1,4 @@
-#include "PublicCall.h"
+#include "Entry.h"
 
 #include <atomic>
 

@@ -1,10 +1,11 @@
+#include "EventCalls.h"
+
 #include <algorithm>
 #include <utility>
 
 #include "Limits.h"
 #include "Rule.h"
 #include "Text.h"
-#include "ValidatorRules.h"
 
 namespace pelorino {
 namespace {
@@ -66,10 +67,11 @@ std::optional<CustomEventCall> ValidatorRules::validateCustomEvent(CustomEventCa
   return rule.verdict(std::move(call));
 }
 
-std::optional<std::string> ValidatorRules::validateSocialNetworkConnect(std::string name) {
+std::optional<SocialNetworkConnectCall> ValidatorRules::validateSocialNetworkConnect(
+    SocialNetworkConnectCall call) {
   Rule rule("SocialNetworkConnect");
-  rule.text(networkNameLabel, name, 24);
-  return rule.verdict(std::move(name));
+  rule.text(networkNameLabel, call.name, 24);
+  return rule.verdict(std::move(call));
 }
 
 std::optional<SocialNetworkPostCall> ValidatorRules::validateSocialNetworkPost(
@@ -80,17 +82,16 @@ std::optional<SocialNetworkPostCall> ValidatorRules::validateSocialNetworkPost(
   return rule.verdict(std::move(call));
 }
 
-std::optional<ReferrerCall> ValidatorRules::validateReferrer(const ReferrerCall& utmData) {
+std::optional<ReferrerCall> ValidatorRules::validateReferrer(ReferrerCall call) {
   Rule rule("Referrer");
   ReferrerCall kept;
-  for (const auto& [property, value] : utmData) {
+  for (auto& [property, value] : call.utmData) {
     const std::string rest = "] value of the utm data dictionary by [" + property + "] key";
-    std::string repaired = value;
     Rule entry(rule.method());
-    entry.namedText("The [", rest, repaired, 255);
-    if (entry.passed()) kept.emplace(property, std::move(repaired));
+    entry.namedText("The [", rest, value, 255);
+    if (entry.passed()) kept.utmData.emplace(property, std::move(value));
   }
-  rule.notEmpty("The referrer argument value", kept);
+  rule.notEmpty("The referrer argument value", kept.utmData);
   return rule.verdict(std::move(kept));
 }
 

@@ -1,3 +1,5 @@
+#include "PaymentCalls.h"
+
 #include <utility>
 
 #include "Limits.h"
@@ -41,6 +43,12 @@ std::optional<RealCurrencyPaymentCall> ValidatorRules::validateRealCurrencyPayme
   rule.notEmpty(orderLabel, call.orderId);
   rule.notEmpty(productLabel, call.productId);
   return rule.verdict(std::move(call));
+}
+
+std::optional<EngineSubscriptionPaymentCall> EngineSubscriptionPaymentCall::rule(
+    EngineSubscriptionPaymentCall call) {
+  if (Validator::isExcluded("sbs")) return std::nullopt;
+  return ValidatorRules::validateSubscriptionPayment(std::move(call));
 }
 
 std::optional<EngineSubscriptionPaymentCall> ValidatorRules::validateSubscriptionPayment(

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "Core.h"
+#include "Entry.h"
 #include "HostText.h"
-#include "PublicCall.h"
 
 using namespace pelorino;
 
@@ -15,7 +15,7 @@ using Key = PeopleReservedKeys;
 using Handler = PeopleLogic::ValueHandler;
 
 PeopleValueType cardValue(std::string_view text) {
-  return copied(text);
+  return repaired(text);
 }
 
 template <class... Kinds>
@@ -30,29 +30,29 @@ requires std::is_arithmetic_v<Plain> PeopleValueType cardValue(Plain value) {
 
 /// Runs an operation of the front, under the name that it has in messages.
 template <class Work>
-void call(const char* method, Work work) noexcept {
-  publicCall(method, [&] { work(Core::shared()->peopleLogic(), method); });
+void submit(const char* method, Work work) noexcept {
+  enter(method, [&] { work(Core::shared()->peopleLogic(), method); });
 }
 
 template <class Value>
 void setReserved(const char* method, Key key, Value value) noexcept {
-  call(method, [&](PeopleLogic& logic, const char* name) {
+  submit(method, [&](PeopleLogic& logic, const char* name) {
     logic.setReservedValue(key, cardValue(value), name);
   });
 }
 
 template <class Value>
 void setAny(std::string_view key, const Value& value) noexcept {
-  call("set(key:value:)", [&](PeopleLogic& logic, const char* name) {
-    logic.setValue(copied(key), cardValue(value), name);
+  submit("set(key:value:)", [&](PeopleLogic& logic, const char* name) {
+    logic.setValue(repaired(key), cardValue(value), name);
   });
 }
 
 template <class Keys>
 void unsetAll(const Keys& keys) noexcept {
-  call("unset(properties:)", [&](PeopleLogic& logic, const char* name) {
+  submit("unset(properties:)", [&](PeopleLogic& logic, const char* name) {
     std::vector<std::string> copies;
-    for (const std::string_view key : keys) copies.push_back(copied(key));
+    for (const std::string_view key : keys) copies.push_back(repaired(key));
     logic.unset(std::move(copies), name);
   });
 }
@@ -60,13 +60,13 @@ void unsetAll(const Keys& keys) noexcept {
 /// `answer` turns what is under the key, or nothing, into the answer of the host's handler.
 template <class HostHandler, class Answer>
 void ask(const char* method, std::string_view key, HostHandler& handler, Answer answer) noexcept {
-  call(method, [&](PeopleLogic& logic, const char* name) {
+  submit(method, [&](PeopleLogic& logic, const char* name) {
     Handler forward;
     if (handler) {
       forward = [handler = std::move(handler),
                  answer](const std::optional<PeopleValueType>& value) { handler(answer(value)); };
     }
-    logic.getValue(copied(key), std::move(forward), name);
+    logic.getValue(repaired(key), std::move(forward), name);
   });
 }
 
@@ -168,8 +168,9 @@ void PLRUserCard::getValue(
 }
 
 void PLRUserCard::unset(std::string_view property) noexcept {
-  call("unset(property:)",
-       [&](PeopleLogic& logic, const char* method) { logic.unset({copied(property)}, method); });
+  submit("unset(property:)", [&](PeopleLogic& logic, const char* method) {
+    logic.unset({repaired(property)}, method);
+  });
 }
 
 void PLRUserCard::unset(const std::vector<std::string>& properties) noexcept {
@@ -181,11 +182,11 @@ void PLRUserCard::unset(std::initializer_list<std::string_view> properties) noex
 }
 
 void PLRUserCard::addToValue(std::string_view key, PLRNumber value) noexcept {
-  call("increment(key:value:)", [&](PeopleLogic& logic, const char* method) {
-    logic.increment(copied(key), cardValue(value), method);
+  submit("increment(key:value:)", [&](PeopleLogic& logic, const char* method) {
+    logic.increment(repaired(key), cardValue(value), method);
   });
 }
 
 void PLRUserCard::clearUser() noexcept {
-  call("clearUser()", [](PeopleLogic& logic, const char* method) { logic.clearUser(method); });
+  submit("clearUser()", [](PeopleLogic& logic, const char* method) { logic.clearUser(method); });
 }
