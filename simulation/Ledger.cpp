@@ -11,7 +11,7 @@ Ledger::Ledger() {
   rules_.push_back(std::make_unique<DeliveryRule>());
   rules_.push_back(std::make_unique<AccrualRule>());
   rules_.push_back(std::make_unique<ActivityRule>());
-  rules_.push_back(std::make_unique<CallRule>());
+  rules_.push_back(std::make_unique<TraceRule>());
 }
 
 std::int64_t Ledger::sessionTimeout() const {

@@ -33,7 +33,7 @@ class Ledger final {
   View view_;
   std::vector<std::unique_ptr<Rule>> rules_;
   StatementRecord statement_;
-  std::map<std::string, HostCall> calls_;
+  std::map<std::string, MadeCall> calls_;
   std::vector<std::string> findings_;
 };
 

@@ -6,9 +6,16 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <memory>
 
+#include "Output.h"
+#include "TrackingCommands.h"
+
 namespace pelorino {
+
+/// What commands answer: nobody looks at it.
+void host::writeLine(const boost::json::object&) {}
 
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
@@ -78,36 +85,20 @@ void Play::step() {
 }
 
 void Play::reportSomething() {
-  switch (dice_.below(12)) {
+  if (dice_.chance(40)) return reportAnything();
+  switch (dice_.below(7)) {
     case 0: {
       const std::int64_t level = 1 + dice_.below(9);
       return device_.call("levelUp", [&] { PLRAnalytics::levelUp(level, {{"gold", level}}); });
     }
-    case 1:
-      return device_.call("currentBalance", [] { PLRAnalytics::currentBalance({{"gold", 5}}); });
-    case 2:
-      return device_.call("virtualCurrencyPayment", [] {
-        PLRAnalytics::virtualCurrencyPayment("sword", "weapon", 1, 5, "gold");
-      });
-    case 3: {
+    case 1: {
       const std::string order = "order" + std::to_string(dice_.below(20));
       const auto pay = [&] { PLRAnalytics::realCurrencyPayment(order, 4.99, "pack", "EUR"); };
       return device_.call("realCurrencyPayment", pay, {order});
     }
-    case 4:
+    case 2:
       return device_.call("tutorial", [&] { PLRAnalytics::tutorial(dice_.below(10)); });
-    case 5:
-      return device_.call("socialNetworkConnect",
-                          [] { PLRAnalytics::socialNetworkConnect(PLRSocialNetwork("guild")); });
-    case 6:
-      return device_.call("referrer", [] {
-        PLRAnalytics::referrer({{PLRReferralProperty::source(), "friend"}});
-      });
-    case 7:
-      return device_.call("adImpression", [] {
-        PLRAnalytics::adImpression("network", 0.25, "menu", std::nullopt);
-      });
-    case 8:
+    case 3:
       device_.call("startProgressionEvent", [] { PLRAnalytics::startProgressionEvent("w1"); });
       if (dice_.chance(50)) sleep();
       return device_.call("finishProgressionEvent",
@@ -116,10 +107,25 @@ void Play::reportSomething() {
       const std::string serial = std::to_string(plan_.number * 1'000'000 + ++serial_);
       PLRCustomEventParameters parameters;
       parameters.add("serial", serial);
-      const auto report = [&] { PLRAnalytics::customEvent("boss", parameters); };
-      return device_.call("customEvent", report, {serial});
+      const auto tell = [&] { PLRAnalytics::customEvent("boss", parameters); };
+      return device_.call("customEvent", tell, {serial});
     }
   }
+}
+
+void Play::reportAnything() {
+  static const host::CommandTable& commands = *new host::CommandTable([] {
+    host::CommandTable table = host::trackingCommands();
+    for (const auto* op : {"customEvent", "currencyAccrual", "realCurrencyPayment"}) {
+      table.erase(op);  // The rules know these by their arguments.
+    }
+    return table;
+  }());
+  const auto& [op, command] = *std::next(commands.begin(), dice_.below(std::ssize(commands)));
+  const auto& sample =
+      command.samples[static_cast<std::size_t>(dice_.below(std::ssize(command.samples)))];
+  device_.call(std::string(op),
+               [&, name = op, &run = command.run] { run(name, host::Arguments(sample)); });
 }
 
 void Play::accrue() {

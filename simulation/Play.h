@@ -19,6 +19,8 @@ class Play final {
   void initialize();
   void step();
   void reportSomething();
+  /// One of the tool's tracking commands, with the arguments of its sample.
+  void reportAnything();
   void changeIdentity();
   void changeCard();
   void accrue();

@@ -147,7 +147,7 @@ class ActivityRule final : public Rule {
 /// What the host reports is stored: the call of an operation leaves its event, or its sum, unless
 /// the library has not started, tracking is off, there is no session, the backend has excluded the
 /// event, or the disk refuses it. No call waits for ever.
-class CallRule final : public Rule {
+class TraceRule final : public Rule {
  public:
   void onRecord(const Record& record, View& view) override;
   void onStatement(const StatementRecord& statement, bool isKept, View& view) override;

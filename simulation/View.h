@@ -28,7 +28,7 @@ struct StatementRecord {
 };
 
 /// A call of the host.
-struct HostCall {
+struct MadeCall {
   std::string number;
   std::string name;
   Row arguments;
@@ -44,7 +44,7 @@ struct View {
   std::int64_t life = 0;
   std::int64_t start = 0;        ///< Counts the starts of the library: its memory begins afresh.
   bool isTornDown = false;       ///< By the host, and not started since.
-  std::optional<HostCall> call;  ///< The one that the incomeQueue is at.
+  std::optional<MadeCall> call;  ///< The one that the incomeQueue is at.
   std::set<std::string> doubts;
   bool isErrorLogged = false;      ///< By the database, since the call began.
   boost::json::object exclusions;  ///< Those of the process, as the backend has sent them.

@@ -10,7 +10,7 @@
 #include <string>
 #include <thread>
 
-#include "AnyCall.h"
+#include "AnyOperation.h"
 #include "BackendProcess.h"
 #include "Guarded.h"
 
@@ -47,7 +47,7 @@ std::ptrdiff_t threadsOfThisProcess() {
 /// What a child does that knows nothing of the library's limits. A thread would be the library's.
 [[noreturn]] void runOn(int round) {
   ::alarm(20);
-  for (const auto call : anyCalls()) call();
+  for (const auto& operation : anyOperations()) operation();
   PLREngineWrapper::destroySDK();
   PLRAnalytics::initialize("key");
   PLRHost::willTerminate();
@@ -57,7 +57,7 @@ std::ptrdiff_t threadsOfThisProcess() {
   ::_exit(wantedCode);
 }
 
-class Fork : public AnyCallTest {};
+class Fork : public AnyOperationTest {};
 
 /// First of all tests: the library has not been used before.
 TEST_F(Fork, BeforeTheLibraryHasStartedGivesAChildThatCanStartIt) {
@@ -73,7 +73,8 @@ TEST_F(Fork, BeforeTheLibraryHasStartedGivesAChildThatCanStartIt) {
 
 TEST_F(Fork, AtAnyMomentGivesAChildThatIsLeftInPeace) {
   PLRAnalytics::initialize("key");
-  static_cast<void>(anyCalls());  // A child could find it half made, by a thread that it has not.
+  static_cast<void>(
+      anyOperations());  // A child could find it half made, by a thread that it has not.
   {
     const Callers callers(4);
     for (int round = 0; round < 30; ++round) {

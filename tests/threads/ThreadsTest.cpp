@@ -1,10 +1,11 @@
+#include <pelorino/PLREventsRouter.h>
 #include <pthread.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdlib>
 
-#include "AnyCall.h"
+#include "AnyOperation.h"
 #include "BackendProcess.h"
 
 namespace pelorino {
@@ -19,7 +20,7 @@ std::chrono::seconds duration() {
 }
 
 /// With a backend that answers at once and wants to hear of everything soon.
-class Threads : public AnyCallTest {
+class Threads : public AnyOperationTest {
  protected:
   Threads() {
     backend_.answer(
@@ -85,7 +86,7 @@ TEST_F(Threads, MayBeCancelledInACall) {
   end();
 }
 
-class Exit : public AnyCallTest {};
+class Exit : public AnyOperationTest {};
 
 TEST_F(Exit, LetsNoHandlerSeeThatTheHostIsGone) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <boost/json.hpp>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -12,42 +14,55 @@
 
 namespace pelorino::host {
 
-/// One command: the fields that its line may have beside "op", and what it does. The text of `op`
-/// lives as long as the process, so that answers may keep it.
+/// One command: samples of the arguments that its line has beside "op", and what it does with them.
+/// A field that is in no sample is refused. The samples are good arguments; whoever wants to call
+/// every operation takes them, and more than one shows forms that exclude each other. The text of
+/// `op` lives as long as the process, so that answers may keep it.
 struct Command {
-  std::vector<std::string_view> labels;
+  std::vector<boost::json::object> samples;
   std::function<void(std::string_view op, const Arguments& arguments)> run;
 };
 
 /// Commands by their "op".
 using CommandTable = std::map<std::string_view, Command>;
 
-inline Command command(std::vector<std::string_view> labels, void (*run)(const Arguments&)) {
-  return {std::move(labels),
-          [run](std::string_view, const Arguments& arguments) { run(arguments); }};
+/// `samples` are JSON objects.
+inline Command command(std::initializer_list<std::string_view> samples,
+                       std::function<void(std::string_view op, const Arguments&)> run) {
+  Command made{{}, std::move(run)};
+  for (const std::string_view sample : samples) {
+    made.samples.push_back(boost::json::parse(sample).as_object());
+  }
+  return made;
+}
+
+inline Command command(std::initializer_list<std::string_view> samples,
+                       void (*run)(const Arguments&)) {
+  return command(samples, [run](std::string_view, const Arguments& arguments) { run(arguments); });
 }
 
 /// An operation that takes nothing and answers nothing.
 inline Command plain(void (*operation)() noexcept) {
-  return {{}, [operation](std::string_view, const Arguments&) { operation(); }};
+  return {{{}}, [operation](std::string_view, const Arguments&) { operation(); }};
 }
 
 /// An operation whose one argument is a text.
-inline Command withText(std::string_view label, void (*operation)(std::string_view) noexcept) {
-  return {{label},
+inline Command withText(std::string_view label, void (*operation)(std::string_view) noexcept,
+                        std::string_view sample = "text") {
+  return {{{{label, sample}}},
           [=](std::string_view, const Arguments& arguments) { operation(arguments.text(label)); }};
 }
 
 /// An operation whose one argument is an integer.
 inline Command withInteger(std::string_view label, void (*operation)(std::int64_t) noexcept) {
-  return {{label}, [=](std::string_view, const Arguments& arguments) {
+  return {{{{label, 3}}}, [=](std::string_view, const Arguments& arguments) {
             operation(arguments.integer(label));
           }};
 }
 
 /// An operation whose one argument is true or false.
 inline Command withBoolean(std::string_view label, void (*operation)(bool) noexcept) {
-  return {{label}, [=](std::string_view, const Arguments& arguments) {
+  return {{{{label, true}}, {{label, false}}}, [=](std::string_view, const Arguments& arguments) {
             operation(arguments.boolean(label));
           }};
 }
@@ -55,13 +70,14 @@ inline Command withBoolean(std::string_view label, void (*operation)(bool) noexc
 /// An operation that answers at once.
 template <class Answer>
 Command answering(Answer (*operation)()) {
-  return {{}, [operation](std::string_view op, const Arguments&) { writeResult(op, operation()); }};
+  return {{{}},
+          [operation](std::string_view op, const Arguments&) { writeResult(op, operation()); }};
 }
 
 /// An operation that answers by a handler.
 template <class Handler>
 Command asking(void (*operation)(Handler) noexcept) {
-  return {{}, [operation](std::string_view op, const Arguments&) {
+  return {{{}}, [operation](std::string_view op, const Arguments&) {
             operation([op](const auto& answer) { writeResult(op, answer); });
           }};
 }

@@ -102,61 +102,74 @@ void leave(const Arguments& arguments) {
   std::exit(static_cast<int>(arguments.maybeInteger("code").value_or(0)));
 }
 
+void setUserId(const Arguments& arguments) {
+  PLRAnalytics::setUserId(arguments.text("userId"));
+}
+
 void replace(const Arguments& arguments) {
   PLRAnalytics::replace(arguments.text("fromUserId"), arguments.text("toUserId"));
 }
 
-/// The commands of starting and identity, of the classes beside PLRAnalytics that are no more than
-/// a few operations, and of this tool.
+/// The commands of starting and identity, and of the classes beside PLRAnalytics that are no more
+/// than a few operations.
 CommandTable basicCommands() {
   return {
-      {"initialize", command({"applicationKey", "configuration"}, initialize)},
-      {"logLevel", {{"level"}, logLevel}},
+      {"initialize",
+       command({R"({"applicationKey":"key"})",
+                R"({"applicationKey":"key","configuration":{"logLevel":"debug","userId":"ann",
+                    "currentLevel":3,"trackingAvailability":"enable"}})"},
+               initialize)},
+      {"logLevel", command({"{}", R"({"level":"debug"})"}, logLevel)},
       {"getDeviceId", asking(PLRAnalytics::getDeviceId)},
       {"getSDKVersion", asking(PLRAnalytics::getSDKVersion)},
       {"getTrackingAvailability", asking(PLRAnalytics::getTrackingAvailability)},
       {"getUserId", asking(PLRAnalytics::getUserId)},
       {"getCurrentLevel", asking(PLRAnalytics::getCurrentLevel)},
       {"setTrackingAvailability", withBoolean("value", PLRAnalytics::setTrackingAvailability)},
-      {"setUserId", withText("userId", PLRAnalytics::setUserId)},
-      {"replace", command({"fromUserId", "toUserId"}, replace)},
+      {"setUserId", command({R"({"userId":"ann"})", R"({"userId":""})"}, setUserId)},
+      {"replace", command({R"({"fromUserId":"ann","toUserId":"bob"})"}, replace)},
       {"setCurrentLevel", withInteger("currentLevel", PLRAnalytics::setCurrentLevel)},
-      {"setIdentifiersListener", command({"on"}, setIdentifiersListener)},
+      {"setIdentifiersListener",
+       command({R"({"on":true})", R"({"on":false})"}, setIdentifiersListener)},
       {"testLogs", plain(PLRAnalytics::testLogs)},
-      {"setTestProxyUrl", withText("url", PLRAnalytics::setTestProxyUrl)},
+      {"setTestProxyUrl", withText("url", PLRAnalytics::setTestProxyUrl, "http://127.0.0.1:9")},
       {"getTestProxyUrl", asking(PLRAnalytics::getTestProxyUrl)},
-      {"setTestCustomUrl", withText("url", PLRAnalytics::setTestCustomUrl)},
+      {"setTestCustomUrl", withText("url", PLRAnalytics::setTestCustomUrl, "")},
       {"getTestCustomUrl", asking(PLRAnalytics::getTestCustomUrl)},
       {"sdkFolderPath", answering(PLRAnalytics::sdkFolderPath)},
       {"clearKeychain", plain(PLRAnalytics::clearKeychain)},
       {"engine.destroySDK", plain(PLREngineWrapper::destroySDK)},
-      {"engine.setSDKVersion", withText("version", PLREngineWrapper::setSDKVersion)},
+      {"engine.setSDKVersion", withText("version", PLREngineWrapper::setSDKVersion, "2.1.2")},
       {"engine.enableEditorMode", plain(PLREngineWrapper::enableEditorMode)},
       {"engine.unitySdkFolderPath", answering(PLREngineWrapper::unitySdkFolderPath)},
       {"engine.testString", withText("value", PLREngineWrapper::testString)},
       {"eventsRouter.isAnalyticsInited", answering<bool>(PLREventsRouter::isAnalyticsInited)},
-      {"host.setApplicationState", command({"state"}, setApplicationState)},
+      {"host.setApplicationState", command({R"({"state":"background"})"}, setApplicationState)},
       {"host.didBecomeActive", plain(PLRHost::didBecomeActive)},
       {"host.willResignActive", plain(PLRHost::willResignActive)},
       {"host.didEnterBackground", plain(PLRHost::didEnterBackground)},
       {"host.willTerminate", plain(PLRHost::willTerminate)},
-      {"sleep", command({"ms"}, sleepFor)},
-      {"drain", command({"limitMs"}, drain)},
-      {"echo", command({"text"}, echo)},
-      {"kill", command({}, killSelf)},
-      {"exit", command({"code"}, leave)},
   };
 }
 
-const CommandTable& commands() {
-  static const CommandTable& table = *new CommandTable([] {
-    CommandTable all = basicCommands();
-    all.merge(trackingCommands());
-    all.merge(userCardCommands());
-    all.merge(subscriptionCommands());
-    return all;
-  }());
+/// The commands of this tool itself.
+const CommandTable& toolCommands() {
+  static const CommandTable& table = *new CommandTable{
+      {"sleep", command({R"({"ms":1})"}, sleepFor)},
+      {"drain", command({R"({"limitMs":60000})"}, drain)},
+      {"echo", command({R"({"text":"here"})"}, echo)},
+      {"kill", command({"{}"}, killSelf)},
+      {"exit", command({R"({"code":0})"}, leave)},
+  };
   return table;
+}
+
+const CommandTable::value_type* find(std::string_view op) {
+  for (const CommandTable* table : {&libraryCommands(), &toolCommands()}) {
+    const auto found = table->find(op);
+    if (found != table->end()) return &*found;
+  }
+  return nullptr;
 }
 
 json::value parse(std::string_view line) {
@@ -172,15 +185,28 @@ json::value parse(std::string_view line) {
 
 }  // namespace
 
+const CommandTable& libraryCommands() {
+  static const CommandTable& table = *new CommandTable([] {
+    CommandTable all = basicCommands();
+    all.merge(trackingCommands());
+    all.merge(userCardCommands());
+    all.merge(subscriptionCommands());
+    return all;
+  }());
+  return table;
+}
+
 void runCommand(std::string_view line) {
   const json::value value = parse(line);
   const Arguments arguments(value.get_object());
   const std::string op = arguments.text("op");
-  const auto found = commands().find(op);
-  if (found == commands().end()) throw CommandError(fmt::format("unknown op \"{}\"", op));
-  std::vector<std::string_view> labels = found->second.labels;
-  labels.emplace_back("op");
-  arguments.allowOnly(labels);
+  const auto* found = find(op);
+  if (!found) throw CommandError(fmt::format("unknown op \"{}\"", op));
+  std::vector<std::string_view> fields{"op"};
+  for (const json::object& sample : found->second.samples) {
+    for (const auto& [field, ignored] : sample) fields.push_back(field);
+  }
+  arguments.allowOnly(fields);
   found->second.run(found->first, arguments);
 }
 

@@ -129,14 +129,26 @@ void engineSubscriprtionPayment(const Arguments& arguments) {
 
 CommandTable subscriptionCommands() {
   return {
-      {"host.setStore", command({"products", "error"}, setStore)},
+      {"host.setStore", command({R"({"products":[{"productIdentifier":"product","price":4.99,
+                    "priceLocale":{"identifier":"en_US","regionCode":"US","currencyCode":"USD"},
+                    "introductoryPrice":{"identifier":"first","price":0.99},
+                    "discounts":[{"identifier":"summer","price":1.99}]}]})",
+                                 R"({"error":"offline"})"},
+                                setStore)},
       {"isRestoreTransactionHistoryRequired",
        asking(PLRAnalytics::isRestoreTransactionHistoryRequired)},
-      {"subscriptionHistory", command({"transactions"}, subscriptionHistory)},
-      {"subscriptionPayment", command({"transaction", "product"}, subscriptionPayment)},
-      {"engine.engineSubscriptionHistory", command({"transactions"}, engineSubscriptionHistory)},
+      {"subscriptionHistory", command({R"({"transactions":[{"transactionIdentifier":"t2",
+                    "payment":{"productIdentifier":"product"},
+                    "originalTransaction":{"transactionIdentifier":"t"}}]})"},
+                                      subscriptionHistory)},
+      {"subscriptionPayment", command({R"({"transaction":{"transactionIdentifier":"t",
+                    "payment":{"productIdentifier":"product"}},
+                    "product":{"productIdentifier":"product","price":4.99}})"},
+                                      subscriptionPayment)},
+      {"engine.engineSubscriptionHistory",
+       command({R"({"transactions":{"product":["t"]}})"}, engineSubscriptionHistory)},
       {"engine.engineSubscriprtionPayment",
-       command({"productId", "transactionId"}, engineSubscriprtionPayment)},
+       command({R"({"productId":"product","transactionId":"t"})"}, engineSubscriprtionPayment)},
   };
 }
 

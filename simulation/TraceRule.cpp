@@ -23,7 +23,7 @@ constexpr const char* sums = "currencyAccrualResources";
 
 }  // namespace
 
-bool CallRule::mustBeStored(const View& view) {
+bool TraceRule::mustBeStored(const View& view) {
   if (!view.call || view.isInDoubt("projects") || view.isInDoubt("users")) return false;
   if (!view.isTracking() || !view.areExclusionsKnown) return false;
   if (view.call->name == credit) return !view.isExcluded("ca", *view.call->arguments.at(2));
@@ -33,7 +33,7 @@ bool CallRule::mustBeStored(const View& view) {
   return !view.isEverythingExcluded() && user != nullptr && (*user)[3];
 }
 
-void CallRule::onRecord(const Record& record, View& view) {
+void TraceRule::onRecord(const Record& record, View& view) {
   using Kind = Record::Kind;
   if (record.kind == Kind::hostCall && record.text(0) != "0") lastCall_ = record.text(0);
   if (record.kind == Kind::callEnds) lastEnded_ = record.text(0);
@@ -55,7 +55,7 @@ void CallRule::onRecord(const Record& record, View& view) {
   }
 }
 
-void CallRule::onStatement(const StatementRecord& statement, bool isKept, View& view) {
+void TraceRule::onStatement(const StatementRecord& statement, bool isKept, View& view) {
   if (!view.call || !isKept || statement.verb == "DELETE") return;
   if (view.call->name == credit && statement.table == sums) ++found_;
   if (!statement.is("INSERT", "events")) return;
