@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <utility>
 
-#include "EndedOnIncomeQueue.h"
 #include "ExitGate.h"
 #include "ForkedChild.h"
 #include "Host.h"
@@ -20,7 +19,7 @@ Guarded<std::shared_ptr<Core>>& Core::privateShared() {
 
 std::shared_ptr<Core> Core::shared() {
   return privateShared().update([](std::shared_ptr<Core>& core) {
-    if (!core) core = std::shared_ptr<Core>(new Core, EndedOnIncomeQueue());
+    if (!core) core = std::make_shared<Core>();
     return core;
   });
 }
@@ -31,14 +30,6 @@ void Core::destroy() {
     if (const auto core = privateShared().get()) core->stop();
     privateShared().set(nullptr);
   });
-}
-
-/// The fronts are emptied, and refuse what still comes: a thread of the host may hold the core amid
-/// a call, and two libraries must not work on one store.
-void Core::stop() {
-  analyticsProxy_->stopSDK();
-  analyticsProxy_->initialize(nullptr);
-  peopleLogic_->setPeopleService(nullptr);
 }
 
 Core::Core()

@@ -7,19 +7,17 @@
 
 #include "AnalyticsObserver.h"
 #include "AnalyticsProxy.h"
-#include "CoreFactory.h"
 #include "Guarded.h"
+#include "LibraryRun.h"
 #include "NotificationCenter.h"
 #include "PLRAnalyticsConfigurationLocal.h"
 #include "PeopleLogic.h"
-#include "StateManager.h"
 
 namespace pelorino {
 
-/// The process-wide owner of the module fronts. It builds the whole object graph behind them when
-/// the library is initialised, and takes it along when it goes.
+/// The process-wide owner of the module fronts, and of the run behind them while one lasts.
 ///
-/// Threads: any. The graph is built and used on the incomeQueue.
+/// Threads: any. A run begins and ends on the incomeQueue.
 class Core final : public std::enable_shared_from_this<Core> {
  public:
   /// The one core, made on demand: any public call has one, with empty fronts before initialize().
@@ -60,18 +58,15 @@ class Core final : public std::enable_shared_from_this<Core> {
   // The start block and its steps, on the incomeQueue.
   void start(const std::string& applicationKey,
              std::optional<PLRAnalyticsConfigurationLocal> configuration);
-  [[nodiscard]] std::shared_ptr<CoreFactory> initSubModules(const std::string& applicationKey);
-  /// Null, and a log line, when the stored state can be neither read nor made.
-  [[nodiscard]] std::shared_ptr<StateManager> makeStateManager(
-      CoreFactory& coreFactory, const std::string& applicationKey,
-      const std::optional<std::string>& userId);
-  void startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
-                  const std::string& applicationKey,
-                  const std::optional<PLRAnalyticsConfigurationLocal>& configuration);
+  [[nodiscard]] std::shared_ptr<LibraryRun> makeRun(std::unique_ptr<CoreFactory> coreFactory,
+                                                    const std::string& applicationKey,
+                                                    const std::optional<std::string>& userId);
+  void connectFronts();
 
   const std::shared_ptr<AnalyticsProxy> analyticsProxy_;
   const std::shared_ptr<PeopleLogic> peopleLogic_;
   const std::shared_ptr<AnalyticsObserver> analyticsObserver_;
+  std::shared_ptr<LibraryRun> run_;  ///< From the start to the teardown. The incomeQueue only.
   std::atomic<bool> isInitialized_ = false;
   std::atomic<bool> isEditorMode_ = false;
   Guarded<std::shared_ptr<NotificationCenter::Observation>> becameActive_;

@@ -1,28 +1,32 @@
 // The start of the library, on the incomeQueue: the order of these steps is its contract.
 
 #include <exception>
+#include <string_view>
 #include <utility>
 
-#include "ApplicationLifeCycle.h"
-#include "Backend.h"
-#include "BackendRepository.h"
-#include "ContentFactory.h"
 #include "Core.h"
-#include "CoreManager.h"
-#include "DeviceManager.h"
-#include "Host.h"
 #include "IdentityCalls.h"
-#include "LifeCycleRepository.h"
 #include "Logger.h"
-#include "Network.h"
-#include "PlatformStorage.h"
-#include "PlatformiOS.h"
-#include "ResolvedHost.h"
-#include "SQLiteProvider.h"
-#include "ServiceFactory.h"
-#include "System.h"
 
 namespace pelorino {
+namespace {
+
+void logError(std::string_view message, std::string_view detail) {
+  Logger::writeLog(PLRLogLevel::error, [&] { return std::string(message).append(detail); });
+}
+
+constexpr std::string_view startFailed = "In the Initialize method an error has occurred: ";
+
+/// Null, and log lines, when the database cannot be opened.
+std::unique_ptr<CoreFactory> initSubModules(const std::string& applicationKey) try {
+  return std::make_unique<CoreFactory>(applicationKey);
+} catch (const std::exception& error) {
+  logError("[Database Module] Couldn't open the database: ", error.what());
+  logError(startFailed, "Can't init submodules");
+  return nullptr;
+}
+
+}  // namespace
 
 void Core::start(const std::string& applicationKey,
                  std::optional<PLRAnalyticsConfigurationLocal> configuration) {
@@ -33,68 +37,44 @@ void Core::start(const std::string& applicationKey,
   const auto key = ValidatorRules::validateInitializeKey(applicationKey);
   if (!key) return;
   configuration = ValidatorRules::validateInitialize(std::move(configuration));
-  if (const auto coreFactory = initSubModules(*key)) startLogic(coreFactory, *key, configuration);
+  auto coreFactory = initSubModules(*key);
+  if (!coreFactory) return;
+  const auto run =
+      makeRun(std::move(coreFactory), *key, configuration ? configuration->userId : std::nullopt);
+  if (!run) return;
+  run->start(configuration);
+  run_ = run;
+  connectFronts();
 }
 
-std::shared_ptr<CoreFactory> Core::initSubModules(const std::string& applicationKey) {
-  try {
-    auto platform = std::make_shared<PlatformiOS>(std::make_shared<PlatformStorage>());
-    auto lifeCycle = std::make_shared<LifeCycleRepository>(
-        std::make_unique<ApplicationLifeCycle>(System::current().notifications()));
-    auto backend = std::make_shared<Backend>(std::make_shared<BackendRepository>(
-        std::make_shared<Network>(Host::http()), std::make_shared<ContentFactory>()));
-    auto database =
-        std::make_shared<SQLiteProvider>(applicationKey, Host::facts().supportDirectory());
-    return std::make_shared<CoreFactory>(std::move(lifeCycle), std::move(backend),
-                                         std::move(platform), std::move(database));
-  } catch (const std::exception& error) {
-    Logger::writeLog(PLRLogLevel::error, [&] {
-      return std::string("[Database Module] Couldn't open the database: ") + error.what();
-    });
-    Logger::writeLog(PLRLogLevel::error,
-                     "In the Initialize method an error has occurred: Can't init submodules");
-    return nullptr;
-  }
-}
-
-std::shared_ptr<StateManager> Core::makeStateManager(CoreFactory& coreFactory,
-                                                     const std::string& applicationKey,
-                                                     const std::optional<std::string>& userId) try {
-  auto deviceManager = std::make_shared<DeviceManager>(
-      coreFactory.identifiersRepository(), coreFactory.toolsRepository(), coreFactory.platform(),
-      System::current().executor());
-  auto coreManager = std::make_shared<CoreManager>(applicationKey, coreFactory.projectRepository(),
-                                                   coreFactory.userRepository());
-  return std::make_shared<StateManager>(std::move(deviceManager), std::move(coreManager),
-                                        coreFactory.userRepository(), userId,
-                                        [weak = weak_from_this()] {
-                                          const auto core = weak.lock();
-                                          return core && core->isEditorMode();
-                                        });
+/// Null, and a log line, when the stored state can be neither read nor made.
+std::shared_ptr<LibraryRun> Core::makeRun(std::unique_ptr<CoreFactory> coreFactory,
+                                          const std::string& applicationKey,
+                                          const std::optional<std::string>& userId) try {
+  // Asked by the run's own work only, which the end of the run stops before this goes.
+  return Run::make<LibraryRun>(std::move(coreFactory), applicationKey, userId,
+                               [this] { return isEditorMode(); });
 } catch (const std::exception& error) {
-  Logger::writeLog(PLRLogLevel::error, [&] {
-    return std::string("In the Initialize method an error has occurred: ") + error.what();
-  });
+  logError(startFailed, error.what());
   return nullptr;
 }
 
-void Core::startLogic(const std::shared_ptr<CoreFactory>& coreFactory,
-                      const std::string& applicationKey,
-                      const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {
-  System& system = System::current();
-  auto stateManager = makeStateManager(*coreFactory, applicationKey,
-                                       configuration ? configuration->userId : std::nullopt);
-  if (!stateManager) return;
-  ServiceFactory serviceFactory(coreFactory, std::move(stateManager), system.clock(),
-                                system.executor());
-  const auto logic = AnalyticsLogic::make(serviceFactory.analyticsServices(),
-                                          coreFactory->lifeCycle(), system.clock());
-  logic->prepareCallBacks();
-  logic->applyAnalyticsConfiguration(configuration);
-  logic->tryStartSDK();
-  analyticsProxy_->initialize(logic);
-  analyticsObserver_->addLogicBroadcaster(logic);
-  peopleLogic_->setPeopleService(serviceFactory.peopleService());
+void Core::connectFronts() {
+  AnalyticsLogic& logic = run_->analyticsLogic();
+  analyticsProxy_->initialize(&logic);
+  analyticsObserver_->addLogicBroadcaster(&logic);
+  peopleLogic_->setPeopleService(&run_->peopleService());
+}
+
+/// The fronts refuse what still comes: a thread of the host may hold this core amid a call, and two
+/// runs must not work on one store.
+void Core::stop() {
+  if (!run_) return;
+  run_->stop();
+  analyticsProxy_->initialize(nullptr);
+  analyticsObserver_->addLogicBroadcaster(nullptr);
+  peopleLogic_->setPeopleService(nullptr);
+  run_.reset();
 }
 
 }  // namespace pelorino

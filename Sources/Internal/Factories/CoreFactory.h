@@ -1,26 +1,14 @@
 #pragma once
 
+#include <map>
 #include <memory>
-#include <utility>
+#include <string>
+#include <typeindex>
 
-#include "BackendProtocol.h"
-#include "CurrencyAccrualResourcesRepository.h"
-#include "DatabaseProtocol.h"
-#include "EventRepository.h"
-#include "IdentifiersRepository.h"
-#include "LevelResourcesRepository.h"
-#include "LifeCycleRepository.h"
-#include "MessagingCategoryRepository.h"
-#include "PeopleRepository.h"
-#include "PlatformProtocol.h"
-#include "Product.h"
-#include "ProjectRepository.h"
-#include "RealPaymentRepository.h"
-#include "ReportsRepository.h"
-#include "SubscriptionRepository.h"
-#include "ToolsRepository.h"
-#include "TutorialRepository.h"
-#include "UserRepository.h"
+#include "Backend.h"
+#include "LifeCycle.h"
+#include "PlatformiOS.h"
+#include "SQLiteProvider.h"
 
 namespace pelorino {
 
@@ -30,57 +18,26 @@ namespace pelorino {
 /// Threads: the incomeQueue only.
 class CoreFactory final {
  public:
-  CoreFactory(std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
-              std::shared_ptr<BackendProtocol> backend, std::shared_ptr<PlatformProtocol> platform,
-              std::shared_ptr<DatabaseProtocol> database)
-      : lifeCycle_(std::move(lifeCycle)),
-        backend_(std::move(backend)),
-        platform_(std::move(platform)),
-        database_(std::move(database)) {}
+  /// Opens the database, and makes or upgrades its tables. Throws what that throws.
+  explicit CoreFactory(const std::string& applicationKey);
 
-  [[nodiscard]] const auto& lifeCycle() const { return lifeCycle_; }
-  [[nodiscard]] const auto& backend() const { return backend_; }
-  [[nodiscard]] const auto& platform() const { return platform_; }
-  [[nodiscard]] const auto& database() const { return database_; }
+  [[nodiscard]] LifeCycleRepository& lifeCycle() { return lifeCycle_; }
+  [[nodiscard]] BackendProtocol& backend() { return backend_; }
+  [[nodiscard]] PlatformProtocol& platform() { return platform_; }
 
-  void setLifeCycleListener(std::weak_ptr<LifeCycleProtocol> lifeCycleListener) {
-    lifeCycle_->setLifeCycleListener(std::move(lifeCycleListener));
+  template <class Repository>
+  [[nodiscard]] Repository& get() {
+    auto& made = repositories_[typeid(Repository)];
+    if (!made) made = std::make_shared<Repository>(database_);
+    return *static_cast<Repository*>(made.get());
   }
-
-  const auto& projectRepository() { return projectRepository_.get(database_); }
-  const auto& userRepository() { return userRepository_.get(database_); }
-  const auto& identifiersRepository() { return identifiersRepository_.get(database_); }
-  const auto& eventRepository() { return eventRepository_.get(database_); }
-  const auto& reportsRepository() { return reportsRepository_.get(database_); }
-  const auto& currencyAccrualResourcesRepository() {
-    return currencyAccrualResourcesRepository_.get(database_);
-  }
-  const auto& levelResourcesRepository() { return levelResourcesRepository_.get(database_); }
-  const auto& realPaymentRepository() { return realPaymentRepository_.get(database_); }
-  const auto& tutorialRepository() { return tutorialRepository_.get(database_); }
-  const auto& peopleRepository() { return peopleRepository_.get(database_); }
-  const auto& messagingCategoryRepository() { return messagingCategoryRepository_.get(database_); }
-  const auto& toolsRepository() { return toolsRepository_.get(database_); }
-  const auto& subscriptionRepository() { return subscriptionRepository_.get(database_); }
 
  private:
-  std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle_;
-  std::shared_ptr<BackendProtocol> backend_;
-  std::shared_ptr<PlatformProtocol> platform_;
-  std::shared_ptr<DatabaseProtocol> database_;
-  Product<ProjectRepository> projectRepository_;
-  Product<UserRepository> userRepository_;
-  Product<IdentifiersRepository> identifiersRepository_;
-  Product<EventRepository> eventRepository_;
-  Product<ReportsRepository> reportsRepository_;
-  Product<CurrencyAccrualResourcesRepository> currencyAccrualResourcesRepository_;
-  Product<LevelResourcesRepository> levelResourcesRepository_;
-  Product<RealPaymentRepository> realPaymentRepository_;
-  Product<TutorialRepository> tutorialRepository_;
-  Product<PeopleRepository> peopleRepository_;
-  Product<MessagingCategoryRepository> messagingCategoryRepository_;
-  Product<ToolsRepository> toolsRepository_;
-  Product<SubscriptionRepository> subscriptionRepository_;
+  LifeCycleRepository lifeCycle_;
+  Backend backend_;
+  PlatformiOS platform_;
+  std::shared_ptr<SQLiteProvider> database_;
+  std::map<std::type_index, std::shared_ptr<void>> repositories_;
 };
 
 }  // namespace pelorino

@@ -1,59 +1,43 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-
-#include "AnalyticsLogic.h"
+#include "ActivityService.h"
 #include "Clock.h"
+#include "ConfigService.h"
 #include "CoreFactory.h"
+#include "CurrencyAccrualService.h"
+#include "EventsService.h"
 #include "Executor.h"
+#include "LevelResourceService.h"
 #include "PeopleService.h"
-#include "Product.h"
+#include "ProjectService.h"
+#include "ReportService.h"
+#include "Run.h"
 #include "StateManager.h"
 #include "SubscriptionService.h"
+#include "TimerService.h"
+#include "UserService.h"
 
 namespace pelorino {
 
-/// Makes the services on top of the repositories, each on its first use and once.
+/// Makes and owns the services of a run.
 ///
-/// Threads: the incomeQueue only.
+/// Threads: the incomeQueue, except where a service says otherwise.
 class ServiceFactory final {
  public:
-  ServiceFactory(std::shared_ptr<CoreFactory> coreFactory,
-                 std::shared_ptr<StateManager> stateManager, const Clock& clock,
+  ServiceFactory(Run& run, CoreFactory& core, StateManager& state, const Clock& clock,
                  Executor& executor);
 
-  const std::shared_ptr<ProjectService>& projectService();
-  const std::shared_ptr<TimerService>& timerService();
-  const std::shared_ptr<ConfigService>& configService();
-  const std::shared_ptr<UserService>& userService();
-  const std::shared_ptr<LevelResourceService>& levelResourceService();
-  const std::shared_ptr<ActivityService>& activityService();
-  const std::shared_ptr<EventsService>& eventsService();
-  const std::shared_ptr<ReportService>& reportService();
-  const std::shared_ptr<CurrencyAccrualService>& currencyAccrualService();
-  const std::shared_ptr<PeopleService>& peopleService();
-  const std::shared_ptr<SubscriptionService>& subscriptionService();
-
-  /// What the analytics module works with.
-  [[nodiscard]] AnalyticsServices analyticsServices();
-
- private:
-  std::shared_ptr<CoreFactory> coreFactory_;
-  std::shared_ptr<StateManager> stateManager_;
-  std::reference_wrapper<const Clock> clock_;
-  std::reference_wrapper<Executor> executor_;
-  Product<ProjectService> projectService_;
-  Product<TimerService> timerService_;
-  Product<ConfigService> configService_;
-  Product<UserService> userService_;
-  Product<LevelResourceService> levelResourceService_;
-  Product<ActivityService> activityService_;
-  Product<EventsService> eventsService_;
-  Product<ReportService> reportService_;
-  Product<CurrencyAccrualService> currencyAccrualService_;
-  Product<PeopleService> peopleService_;
-  Product<SubscriptionService> subscriptionService_;
+  ProjectService projectService;
+  UserService userService;
+  EventsService eventsService;
+  TimerService timerService;
+  ConfigService configService;
+  ReportService reportService;
+  ActivityService activityService;
+  CurrencyAccrualService currencyAccrualService;
+  LevelResourceService levelResourceService;
+  PeopleService peopleService;
+  SubscriptionService subscriptionService;
 };
 
 }  // namespace pelorino

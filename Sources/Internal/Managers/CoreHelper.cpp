@@ -48,7 +48,7 @@ std::shared_ptr<User> CoreHelper::getCurrentUser() {
   }
   // The row of the one who was active last may never have been stored: another of that name must
   // not be made, as the table has no room for two.
-  if (!activeUser_) activeUser_ = userOfProjectNamedAsAsked();
+  if (!activeUser_) activeUser_ = findRequestedUser();
   if (!activeUser_) activeUser_ = insertUser();
   return activeUser_;
 }
@@ -58,7 +58,7 @@ std::shared_ptr<User> CoreHelper::getByAccountingType(const std::shared_ptr<User
     if (current->userId != userId_) changeUserState(current);
     return current;
   }
-  if (auto known = userOfProjectNamedAsAsked()) return known;
+  if (auto known = findRequestedUser()) return known;
   if (current->isDefaultUser) {  // The first named user takes over its row and history.
     changeUserState(current);
     return current;
@@ -67,7 +67,7 @@ std::shared_ptr<User> CoreHelper::getByAccountingType(const std::shared_ptr<User
   return insertUser();
 }
 
-std::shared_ptr<User> CoreHelper::userOfProjectNamedAsAsked() const {
+std::shared_ptr<User> CoreHelper::findRequestedUser() const {
   const auto found = std::ranges::find_if(
       projectUsers_, [&](const auto& user) { return user->userId == userId_; });
   return found == projectUsers_.end() ? nullptr : *found;

@@ -36,7 +36,7 @@ class CoreHelper final {
  private:
   std::shared_ptr<User> getCurrentUser();
   std::shared_ptr<User> getByAccountingType(const std::shared_ptr<User>& current);
-  std::shared_ptr<User> userOfProjectNamedAsAsked() const;
+  std::shared_ptr<User> findRequestedUser() const;
   std::shared_ptr<User> insertUser();
   void changeUserState(const std::shared_ptr<User>& user);
 

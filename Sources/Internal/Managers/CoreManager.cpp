@@ -6,49 +6,48 @@
 
 namespace pelorino {
 
-CoreManager::CoreManager(std::string applicationKey,
-                         std::shared_ptr<ProjectRepository> projectRepository,
-                         std::shared_ptr<UserRepository> userRepository)
+CoreManager::CoreManager(std::string applicationKey, ProjectRepository& projectRepository,
+                         UserRepository& userRepository)
     : applicationKey_(std::move(applicationKey)),
-      projectRepository_(std::move(projectRepository)),
-      userRepository_(std::move(userRepository)) {}
+      projectRepository_(projectRepository),
+      userRepository_(userRepository) {}
 
 std::shared_ptr<Project> CoreManager::createOrActivateProject() {
-  for (const auto& project : projectRepository_->list()) {
+  for (const auto& project : projectRepository_.list()) {
     if (project->applicationKey == applicationKey_) return project;
   }
   auto project = std::make_shared<Project>(applicationKey_);
-  projectRepository_->insert(project);
+  projectRepository_.insert(project);
   return project;
 }
 
 std::shared_ptr<User> CoreManager::createOrActivateUser(const std::string& userId,
                                                         const std::shared_ptr<Project>& project,
                                                         bool setByDefault) {
-  CoreHelper helper(userId, project, setByDefault, *projectRepository_, *userRepository_,
+  CoreHelper helper(userId, project, setByDefault, projectRepository_, userRepository_,
                     resetToAbsent());
   return helper.activateUser(helper.defineActiveUser());
 }
 
 std::shared_ptr<User> CoreManager::createOrActivateDefaultUser(
     const std::string& userId, const std::shared_ptr<Project>& project) {
-  CoreHelper helper(userId, project, true, *projectRepository_, *userRepository_, resetToAbsent());
+  CoreHelper helper(userId, project, true, projectRepository_, userRepository_, resetToAbsent());
   return helper.activateUser(helper.defineDefaultUser());
 }
 
 void CoreManager::activateUser(const std::shared_ptr<User>& user,
                                const std::shared_ptr<Project>& project) {
-  CoreHelper helper(user->userId.value_or(""), project, user->isDefaultUser, *projectRepository_,
-                    *userRepository_, resetToAbsent());
+  CoreHelper helper(user->userId.value_or(""), project, user->isDefaultUser, projectRepository_,
+                    userRepository_, resetToAbsent());
   helper.activateUser(user);
 }
 
 bool CoreManager::ensureStored(const std::shared_ptr<User>& user,
                                const std::shared_ptr<Project>& project) {
   if (user->idKey != notStoredRowId) return true;
-  if (!userRepository_->insert(user)) return false;
+  if (!userRepository_.insert(user)) return false;
   project->activeUserId = user->idKey;
-  projectRepository_->update(project);
+  projectRepository_.update(project);
   return true;
 }
 

@@ -22,8 +22,8 @@ class CoreManager final {
   using IdentifiersReset = std::function<void(
       std::optional<std::int64_t>, std::optional<std::int64_t>, std::optional<std::int64_t>)>;
 
-  CoreManager(std::string applicationKey, std::shared_ptr<ProjectRepository> projectRepository,
-              std::shared_ptr<UserRepository> userRepository);
+  CoreManager(std::string applicationKey, ProjectRepository& projectRepository,
+              UserRepository& userRepository);
 
   /// Called with three absent values when the active user changes: the backend's identifiers
   /// belong to the user before.
@@ -50,8 +50,8 @@ class CoreManager final {
   std::function<void()> resetToAbsent() const;
 
   std::string applicationKey_;
-  std::shared_ptr<ProjectRepository> projectRepository_;
-  std::shared_ptr<UserRepository> userRepository_;
+  ProjectRepository& projectRepository_;
+  UserRepository& userRepository_;
 };
 
 }  // namespace pelorino

@@ -13,16 +13,16 @@ constexpr const char* sdkVersionProperty = "sdkVersion";
 
 }  // namespace
 
-DeviceManager::DeviceManager(std::shared_ptr<IdentifiersRepository> identifiersRepository,
-                             std::shared_ptr<ToolsRepository> toolsRepository,
-                             std::shared_ptr<PlatformProtocol> platform, Executor& executor)
-    : identifiersRepository_(std::move(identifiersRepository)),
-      toolsRepository_(std::move(toolsRepository)),
-      platform_(std::move(platform)),
+DeviceManager::DeviceManager(IdentifiersRepository& identifiersRepository,
+                             ToolsRepository& toolsRepository, PlatformProtocol& platform,
+                             Executor& executor)
+    : identifiersRepository_(identifiersRepository),
+      toolsRepository_(toolsRepository),
+      platform_(platform),
       executor_(executor) {}
 
 std::shared_ptr<DeviceIdentifiers> DeviceManager::initializeDeviceId(const Project& project) {
-  const IdentifierData data = platform_->getIdentifierData();
+  const IdentifierData data = platform_.getIdentifierData();
   auto row = identifiersOf(project);
   if (!row) {
     row = std::make_shared<DeviceIdentifiers>();
@@ -30,20 +30,20 @@ std::shared_ptr<DeviceIdentifiers> DeviceManager::initializeDeviceId(const Proje
     row->deviceIdentifier = data.deviceUIDs.current;
     row->previousDeviceIdentifier = data.deviceUIDs.prev;
     row->uuid = data.uuid;
-    identifiersRepository_->insert(row);
+    identifiersRepository_.insert(row);
   } else if (row->deviceIdentifier != data.deviceUIDs.current) {
     row->previousDeviceIdentifier = row->deviceIdentifier;
     row->deviceIdentifier = data.deviceUIDs.current;
     row->pelorinoId.reset();
     row->crossPlatformPelorinoId.reset();
     row->pelorinoIdTimestamp.reset();
-    identifiersRepository_->update(row);
+    identifiersRepository_.update(row);
   }
   return row;
 }
 
 void DeviceManager::updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifiers>& identifiers) {
-  identifiersRepository_->update(identifiers);
+  identifiersRepository_.update(identifiers);
 }
 
 std::optional<DeviceData> DeviceManager::getDeviceData() {
@@ -52,7 +52,7 @@ std::optional<DeviceData> DeviceManager::getDeviceData() {
   overdue_.reset();
   const auto pending = std::make_shared<PendingDeviceData>();
   pending->arrived = executor_.makeSemaphore();
-  platform_->getDeviceData([pending](const DeviceData& data) {
+  platform_.getDeviceData([pending](const DeviceData& data) {
     pending->data.set(data);
     pending->arrived->signal();
   });
@@ -61,32 +61,32 @@ std::optional<DeviceData> DeviceManager::getDeviceData() {
 }
 
 ApplicationData DeviceManager::getAppData() {
-  return platform_->getApplicationData();
+  return platform_.getApplicationData();
 }
 
 IdentifierData DeviceManager::getIdentifiersData() {
-  return platform_->getIdentifierData();
+  return platform_.getIdentifierData();
 }
 
 std::optional<bool> DeviceManager::sdkVersionIsChanged() {
   const std::string version = SdkConstraints::sdkVersion();
-  const auto rows = toolsRepository_->list();
+  const auto rows = toolsRepository_.list();
   if (rows.empty()) {
     auto tools = std::make_shared<SdkTools>();
     tools->properties[sdkVersionProperty] = version;
-    toolsRepository_->insert(tools);
+    toolsRepository_.insert(tools);
     return std::nullopt;
   }
   const auto tools = rows.front();
   const auto stored = tools->properties.find(sdkVersionProperty);
   if (stored == tools->properties.end() || stored->second.isEqual(version)) return false;
   stored->second = version;
-  toolsRepository_->update(tools);
+  toolsRepository_.update(tools);
   return true;
 }
 
 std::shared_ptr<DeviceIdentifiers> DeviceManager::identifiersOf(const Project& project) const {
-  const auto rows = identifiersRepository_->ofProject(project.idKey);
+  const auto rows = identifiersRepository_.ofProject(project.idKey);
   return rows.empty() ? nullptr : rows.front();
 }
 

@@ -19,9 +19,8 @@ namespace pelorino {
 /// Threads: the incomeQueue only. getDeviceData() can hold it up for up to 20 seconds.
 class DeviceManager final {
  public:
-  DeviceManager(std::shared_ptr<IdentifiersRepository> identifiersRepository,
-                std::shared_ptr<ToolsRepository> toolsRepository,
-                std::shared_ptr<PlatformProtocol> platform, Executor& executor);
+  DeviceManager(IdentifiersRepository& identifiersRepository, ToolsRepository& toolsRepository,
+                PlatformProtocol& platform, Executor& executor);
 
   /// The project's row, made when there is none. When the platform names another device than the
   /// row, the row's becomes the previous one and the backend's identifiers are absent again.
@@ -50,9 +49,9 @@ class DeviceManager final {
     Guarded<std::optional<DeviceData>> data{};
   };
 
-  std::shared_ptr<IdentifiersRepository> identifiersRepository_;
-  std::shared_ptr<ToolsRepository> toolsRepository_;
-  std::shared_ptr<PlatformProtocol> platform_;
+  IdentifiersRepository& identifiersRepository_;
+  ToolsRepository& toolsRepository_;
+  PlatformProtocol& platform_;
   Executor& executor_;
   std::shared_ptr<PendingDeviceData> overdue_;
 };

@@ -10,61 +10,54 @@
 namespace pelorino {
 namespace {
 
-CoreManager::IdentifiersReset makeReset(const std::shared_ptr<DeviceManager>& deviceManager,
-                                        const std::shared_ptr<Project>& project) {
-  return [deviceManager, project](std::optional<std::int64_t> pelorinoId,
-                                  std::optional<std::int64_t> crossPlatformPelorinoId,
-                                  std::optional<std::int64_t> pelorinoIdTimestamp) {
-    const auto identifiers = deviceManager->initializeDeviceId(*project);
-    identifiers->pelorinoId = pelorinoId;
-    identifiers->crossPlatformPelorinoId = crossPlatformPelorinoId;
-    identifiers->pelorinoIdTimestamp = pelorinoIdTimestamp;
-    deviceManager->updateDeviceIdentifiers(identifiers);
-  };
-}
-
 double roundedToFiveDecimals(double value) {
   return std::round(value * 100000) / 100000;
 }
 
 }  // namespace
 
-StateManager::StateManager(std::shared_ptr<DeviceManager> deviceManager,
-                           std::shared_ptr<CoreManager> coreManager,
-                           std::shared_ptr<UserRepository> userRepository,
-                           const std::optional<std::string>& userId,
+StateManager::StateManager(DeviceManager& deviceManager, CoreManager& coreManager,
+                           UserRepository& userRepository, const std::optional<std::string>& userId,
                            std::function<bool()> isEditorMode)
-    : deviceManager_(std::move(deviceManager)),
-      coreManager_(std::move(coreManager)),
-      userRepository_(std::move(userRepository)),
+    : deviceManager_(deviceManager),
+      coreManager_(coreManager),
+      userRepository_(userRepository),
       isEditorMode_(std::move(isEditorMode)) {
-  if (deviceManager_->sdkVersionIsChanged().value_or(false)) {
+  if (deviceManager_.sdkVersionIsChanged().value_or(false)) {
     Logger::writeLog(PLRLogLevel::debug, "SDK version updated");
   }
-  activeProject_ = coreManager_->createOrActivateProject();
+  activeProject_ = coreManager_.createOrActivateProject();
   if (activeProject_->idKey == notStoredRowId)
     throw std::runtime_error("the project cannot be stored");
-  deviceManager_->initializeDeviceId(*activeProject_);
-  resetClouser_ = makeReset(deviceManager_, activeProject_);
-  coreManager_->onIndetifiersReset = resetClouser_;
+  deviceManager_.initializeDeviceId(*activeProject_);
+  resetClouser_ = [this](std::optional<std::int64_t> pelorinoId,
+                         std::optional<std::int64_t> crossPlatformPelorinoId,
+                         std::optional<std::int64_t> pelorinoIdTimestamp) {
+    const auto identifiers = getActiveDeviceIdentifiers();
+    identifiers->pelorinoId = pelorinoId;
+    identifiers->crossPlatformPelorinoId = crossPlatformPelorinoId;
+    identifiers->pelorinoIdTimestamp = pelorinoIdTimestamp;
+    deviceManager_.updateDeviceIdentifiers(identifiers);
+  };
+  coreManager_.onIndetifiersReset = resetClouser_;
   activeUser_ = chooseUser(userId);
 }
 
-std::shared_ptr<User> StateManager::chooseUser(const std::optional<std::string>& userId) const {
+std::shared_ptr<User> StateManager::chooseUser(const std::optional<std::string>& userId) {
   if (userId && !userId->empty()) {
-    return coreManager_->createOrActivateUser(*userId, activeProject_, false);
+    return coreManager_.createOrActivateUser(*userId, activeProject_, false);
   }
   const std::string device = getActiveDeviceIdentifiers()->deviceIdentifier;
-  return userId ? coreManager_->createOrActivateDefaultUser(device, activeProject_)
-                : coreManager_->createOrActivateUser(device, activeProject_, true);
+  return userId ? coreManager_.createOrActivateDefaultUser(device, activeProject_)
+                : coreManager_.createOrActivateUser(device, activeProject_, true);
 }
 
-std::shared_ptr<DeviceIdentifiers> StateManager::getActiveDeviceIdentifiers() const {
-  return deviceManager_->initializeDeviceId(*activeProject_);
+std::shared_ptr<DeviceIdentifiers> StateManager::getActiveDeviceIdentifiers() {
+  return deviceManager_.initializeDeviceId(*activeProject_);
 }
 
 std::vector<std::shared_ptr<User>> StateManager::getProjectUsers() const {
-  return userRepository_->ofProject(activeProject_->idKey);
+  return userRepository_.ofProject(activeProject_->idKey);
 }
 
 std::vector<std::shared_ptr<User>> StateManager::getInactiveProjectUsers() const {
@@ -78,7 +71,7 @@ void StateManager::activateUser(const std::string& userId) {
 }
 
 void StateManager::activateUser(const std::shared_ptr<User>& user) {
-  coreManager_->activateUser(user, activeProject_);
+  coreManager_.activateUser(user, activeProject_);
   activeUser_ = user;
 }
 
@@ -90,10 +83,10 @@ void StateManager::replaceUserId(const std::shared_ptr<User>& user, const std::s
   user->previousUserId = user->userId;
   user->userId = userId;
   user->isDefaultUser = false;
-  userRepository_->update(user);
+  userRepository_.update(user);
 }
 
-Identifiers StateManager::getIdentifiers(const User& user) const {
+Identifiers StateManager::getIdentifiers(const User& user) {
   const auto device = getActiveDeviceIdentifiers();
   return {.deviceId = device->deviceIdentifier,
           .previousDeviceId = device->previousDeviceIdentifier,
@@ -122,7 +115,7 @@ Versions StateManager::getVersion() const {
 std::optional<DeviceInfo> StateManager::getDeviceInfo() const {
   const auto device = getDeviceData();
   if (!device) return std::nullopt;
-  const IdentifierData identifiers = deviceManager_->getIdentifiersData();
+  const IdentifierData identifiers = deviceManager_.getIdentifiersData();
   DeviceInfo info;
   info.osVersion = device->osVersion;
   info.os = device->osName;

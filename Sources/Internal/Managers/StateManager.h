@@ -26,15 +26,16 @@ class StateManager final {
   /// Finds or makes the project, the device identifiers and the active user. `userId`: absent keeps
   /// the user of last time, the empty text asks for the default user. Throws std::runtime_error
   /// when the project can be neither read nor stored.
-  StateManager(std::shared_ptr<DeviceManager> deviceManager,
-               std::shared_ptr<CoreManager> coreManager,
-               std::shared_ptr<UserRepository> userRepository,
-               const std::optional<std::string>& userId, std::function<bool()> isEditorMode);
+  StateManager(DeviceManager& deviceManager, CoreManager& coreManager,
+               UserRepository& userRepository, const std::optional<std::string>& userId,
+               std::function<bool()> isEditorMode);
 
   [[nodiscard]] bool isEditorMode() const { return isEditorMode_(); }
   [[nodiscard]] const std::shared_ptr<Project>& getActiveProject() const { return activeProject_; }
   [[nodiscard]] const std::shared_ptr<User>& getActiveUser() const { return activeUser_; }
-  [[nodiscard]] std::shared_ptr<DeviceIdentifiers> getActiveDeviceIdentifiers() const;
+  /// The row of the active project, made or brought up to date when the platform names another
+  /// device than the row.
+  [[nodiscard]] std::shared_ptr<DeviceIdentifiers> getActiveDeviceIdentifiers();
   /// All users of the active project, in order of insertion.
   [[nodiscard]] std::vector<std::shared_ptr<User>> getProjectUsers() const;
   /// Users of the active project other than the active user.
@@ -46,20 +47,20 @@ class StateManager final {
   void activateUser(const std::shared_ptr<User>& user);
   void replaceUserId(const std::shared_ptr<User>& user, const std::string& userId);
 
-  /// False when the active user has no row, as the disk has refused it and still does: what would
-  /// be stored for that user would be found by nobody.
-  [[nodiscard]] bool activeUserIsStored() {
-    return coreManager_->ensureStored(activeUser_, activeProject_);
+  /// Stores an active user whose row the disk has refused. False when it still does: nobody would
+  /// find what is stored for such a user.
+  [[nodiscard]] bool ensureActiveUserIsStored() {
+    return coreManager_.ensureStored(activeUser_, activeProject_);
   }
 
   /// What travels beside a request for this user.
-  [[nodiscard]] Identifiers getIdentifiers(const User& user) const;
+  [[nodiscard]] Identifiers getIdentifiers(const User& user);
   [[nodiscard]] Versions getVersion() const;
-  [[nodiscard]] ApplicationData getAppData() const { return deviceManager_->getAppData(); }
+  [[nodiscard]] ApplicationData getAppData() const { return deviceManager_.getAppData(); }
   /// The event but for its time. Absent when the device data cannot be had in time.
   [[nodiscard]] std::optional<DeviceInfo> getDeviceInfo() const;
   [[nodiscard]] std::optional<DeviceData> getDeviceData() const {
-    return deviceManager_->getDeviceData();
+    return deviceManager_.getDeviceData();
   }
 
   void updateDeviceIdentifiers(std::optional<std::int64_t> pelorinoId,
@@ -67,14 +68,14 @@ class StateManager final {
                                std::optional<std::int64_t> pelorinoIdTimestamp);
 
  private:
-  std::shared_ptr<User> chooseUser(const std::optional<std::string>& userId) const;
+  std::shared_ptr<User> chooseUser(const std::optional<std::string>& userId);
 
-  std::shared_ptr<DeviceManager> deviceManager_;
-  std::shared_ptr<CoreManager> coreManager_;
-  std::shared_ptr<UserRepository> userRepository_;
+  DeviceManager& deviceManager_;
+  CoreManager& coreManager_;
+  UserRepository& userRepository_;
   std::function<bool()> isEditorMode_;
   std::shared_ptr<Project> activeProject_;
-  CoreManager::IdentifiersReset resetClouser_;
+  CoreManager::IdentifiersReset resetClouser_;  ///< Writes the backend's identifiers.
   std::shared_ptr<User> activeUser_;
 };
 

@@ -16,11 +16,9 @@ bool opensNewSession(std::optional<std::int64_t> lastBackgroundTime, std::int64_
   return gap > sessionTimeout;
 }
 
-ActivityService::ActivityService(std::shared_ptr<StateManager> stateManager,
-                                 std::shared_ptr<UserRepository> userRepository, const Clock& clock)
-    : stateManager_(std::move(stateManager)),
-      userRepository_(std::move(userRepository)),
-      clock_(clock) {}
+ActivityService::ActivityService(StateManager& stateManager, UserRepository& userRepository,
+                                 const Clock& clock)
+    : stateManager_(stateManager), userRepository_(userRepository), clock_(clock) {}
 
 std::optional<bool> ActivityService::startActivity() {
   if (isActive_) {
@@ -28,20 +26,20 @@ std::optional<bool> ActivityService::startActivity() {
     return std::nullopt;
   }
   const std::int64_t now = clock_.milliseconds();
-  const auto& user = stateManager_->getActiveUser();
+  const auto& user = stateManager_.getActiveUser();
   user->lastForegroundTime = now;
   isActive_ = true;
-  const auto timeout = stateManager_->getActiveProject()->configuration.sessionTimeout;
+  const auto timeout = stateManager_.getActiveProject()->configuration.sessionTimeout;
   if (!opensNewSession(user->lastBackgroundTime, now, timeout)) return false;
   user->sessionId = now;
   user->lastBackgroundTime = now;
-  userRepository_->update(user);
+  userRepository_.update(user);
   return true;
 }
 
 std::optional<std::int64_t> ActivityService::stopActivity() {
   if (!isActive_) return std::nullopt;
-  const auto& user = stateManager_->getActiveUser();
+  const auto& user = stateManager_.getActiveUser();
   if (!user->lastForegroundTime) {
     Logger::writeLog(PLRLogLevel::error, "LastForegroundTime is lost!");
     return std::nullopt;
@@ -50,16 +48,16 @@ std::optional<std::int64_t> ActivityService::stopActivity() {
   const double seconds =
       (static_cast<double>(now) - static_cast<double>(*user->lastForegroundTime)) / 1000;
   user->lastBackgroundTime = now;
-  userRepository_->update(user);
+  userRepository_.update(user);
   isActive_ = false;
   return static_cast<std::int64_t>(std::floor(seconds));
 }
 
 void ActivityService::updateLastBackgroundTime() {
   if (!isActive_) return;
-  const auto& user = stateManager_->getActiveUser();
+  const auto& user = stateManager_.getActiveUser();
   user->lastBackgroundTime = clock_.milliseconds();
-  userRepository_->update(user);
+  userRepository_.update(user);
 }
 
 }  // namespace pelorino

@@ -20,8 +20,7 @@ namespace pelorino {
 /// Threads: the incomeQueue only.
 class ActivityService final {
  public:
-  ActivityService(std::shared_ptr<StateManager> stateManager,
-                  std::shared_ptr<UserRepository> userRepository, const Clock& clock);
+  ActivityService(StateManager& stateManager, UserRepository& userRepository, const Clock& clock);
 
   /// In memory only: false at each start of the process.
   [[nodiscard]] bool isActive() const { return isActive_; }
@@ -36,8 +35,8 @@ class ActivityService final {
   void updateLastBackgroundTime();
 
  private:
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<UserRepository> userRepository_;
+  StateManager& stateManager_;
+  UserRepository& userRepository_;
   const Clock& clock_;
   bool isActive_ = false;
 };

@@ -25,32 +25,28 @@ Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 }  // namespace
 
-ConfigService::ConfigService(std::shared_ptr<StateManager> stateManager,
-                             std::shared_ptr<BackendProtocol> backend, Executor& executor)
-    : stateManager_(std::move(stateManager)), backend_(std::move(backend)), executor_(executor) {}
+ConfigService::ConfigService(Run& run, StateManager& stateManager, BackendProtocol& backend,
+                             Executor& executor)
+    : run_(run), stateManager_(stateManager), backend_(backend), executor_(executor) {}
 
 void ConfigService::receiveSdkConfig() {
-  QueueManager::configQueue().addOperation(
-      [weak = weak_from_this(), key = stateManager_->getActiveProject()->applicationKey,
-       identifiers = stateManager_->getIdentifiers(*stateManager_->getActiveUser()),
-       versions = stateManager_->getVersion()] {
-        if (const auto self = weak.lock()) self->requestConfig(key, identifiers, versions);
-      });
+  run_.add(QueueManager::configQueue(),
+           [this, key = stateManager_.getActiveProject()->applicationKey,
+            identifiers = stateManager_.getIdentifiers(*stateManager_.getActiveUser()),
+            versions = stateManager_.getVersion()] { requestConfig(key, identifiers, versions); });
 }
 
 void ConfigService::requestConfig(const std::string& applicationKey, const Identifiers& identifiers,
                                   const Versions& versions) {
   Logger::writeLog(PLRLogLevel::debug, "Trying to get analytics configuration from the server");
-  ConfigAnswer answer = backend_->requestConfig(applicationKey, identifiers, versions);
+  ConfigAnswer answer = backend_.requestConfig(applicationKey, identifiers, versions);
   if (answer.isDefault) {
     retryConfig();
     return;
   }
-  QueueManager::incomeQueue().addOperation(
-      [weak = weak_from_this(), config = std::move(answer.config)] {
-        const auto self = weak.lock();
-        if (self && !self->isStopped_ && self->onSdkConfigUpdate) self->onSdkConfigUpdate(config);
-      });
+  run_.add(QueueManager::incomeQueue(), [this, config = std::move(answer.config)] {
+    if (onSdkConfigUpdate) onSdkConfigUpdate(config);
+  });
 }
 
 void ConfigService::retryConfig() {
@@ -63,15 +59,12 @@ void ConfigService::retryConfig() {
   });
   sdkConfigAttempt_ = std::min(sdkConfigAttempt_ + 1, longestConfigWait);
   // Over the incomeQueue, which alone may look at the project and the user.
-  configRetry_ = executor_.after(std::chrono::seconds(seconds), [weak = weak_from_this()] {
-    QueueManager::incomeQueue().addOperation([weak] {
-      if (const auto self = weak.lock()) self->receiveSdkConfig();
-    });
-  });
+  configRetry_ =
+      executor_.after(std::chrono::seconds(seconds), run_.callback([this] { receiveSdkConfig(); }));
 }
 
 void ConfigService::receiveUserBackendIds() {
-  const User& user = *stateManager_->getActiveUser();
+  const User& user = *stateManager_.getActiveUser();
   if (backendIDsRequestInProcess_) {
     Logger::writeLog(PLRLogLevel::debug, [&] {
       return fmt::format("Receiving operation for user backend identifiers [{}] has been canceled",
@@ -81,41 +74,37 @@ void ConfigService::receiveUserBackendIds() {
   }
   backendIDsRequestInProcess_ = true;
   const IdentifiersRequest request{
-      .applicationKey = stateManager_->getActiveProject()->applicationKey,
-      .identifiers = stateManager_->getIdentifiers(user),
+      .applicationKey = stateManager_.getActiveProject()->applicationKey,
+      .identifiers = stateManager_.getIdentifiers(user),
       .userIdKey = user.idKey};
-  QueueManager::configQueue().addOperation([weak = weak_from_this(), request] {
-    const auto self = weak.lock();
-    if (!self) return;
-    self->retryTimerTask_.set(nullptr);
-    self->getBackendIdentifiers(1, request);
+  run_.add(QueueManager::configQueue(), [this, request] {
+    retryTimerTask_.set(nullptr);
+    getBackendIdentifiers(1, request);
   });
 }
 
 void ConfigService::getBackendIdentifiers(std::int64_t attempt, const IdentifiersRequest& request) {
   const BackendIdentifiers::Outcome outcome =
-      backend_->requestIdentification(request.applicationKey, attempt, request.identifiers);
-  std::visit(
-      Overloaded{[&](const BackendIdentifiers::Identifiers& identifiers) {
-                   QueueManager::incomeQueue().addOperation(
-                       [weak = weak_from_this(), identifiers, userIdKey = request.userIdKey] {
-                         if (const auto self = weak.lock())
-                           self->applyIdentifiers(identifiers, userIdKey);
-                       });
-                 },
-                 [&](const BackendIdentifiers::RetryAfter& retry) {
-                   retryIdentifiers(attempt, retry.retryAfter, request);
-                 },
-                 [&](const BackendIdentifiers::Error& error) {
-                   Logger::writeLog(PLRLogLevel::error,
-                                    [&] { return "BackendIdentifiers: " + error.text; });
-                   stopRequestProcess();
-                 },
-                 [&](BackendIdentifiers::DoNotRetry) {
-                   Logger::writeLog(PLRLogLevel::debug, "BackendIdentifiers: doNotRetry");
-                   stopRequestProcess();
-                 }},
-      outcome);
+      backend_.requestIdentification(request.applicationKey, attempt, request.identifiers);
+  std::visit(Overloaded{[&](const BackendIdentifiers::Identifiers& identifiers) {
+                          run_.add(QueueManager::incomeQueue(),
+                                   [this, identifiers, userIdKey = request.userIdKey] {
+                                     applyIdentifiers(identifiers, userIdKey);
+                                   });
+                        },
+                        [&](const BackendIdentifiers::RetryAfter& retry) {
+                          retryIdentifiers(attempt, retry.retryAfter, request);
+                        },
+                        [&](const BackendIdentifiers::Error& error) {
+                          Logger::writeLog(PLRLogLevel::error,
+                                           [&] { return "BackendIdentifiers: " + error.text; });
+                          stopRequestProcess();
+                        },
+                        [&](BackendIdentifiers::DoNotRetry) {
+                          Logger::writeLog(PLRLogLevel::debug, "BackendIdentifiers: doNotRetry");
+                          stopRequestProcess();
+                        }},
+             outcome);
 }
 
 void ConfigService::retryIdentifiers(std::int64_t attempt, std::int64_t milliseconds,
@@ -128,30 +117,26 @@ void ConfigService::retryIdentifiers(std::int64_t attempt, std::int64_t millisec
   constexpr std::chrono::milliseconds longestWait = std::chrono::days(3650);
   const auto wait = std::clamp(std::chrono::milliseconds(milliseconds), shortestWait, longestWait);
   retryTimerTask_.update([&](std::unique_ptr<Timer>& task) {
-    task = executor_.after(wait, [weak = weak_from_this(), attempt, request] {
-      QueueManager::configBackQueue().addOperation([weak, attempt, request] {
-        if (const auto self = weak.lock()) self->getBackendIdentifiers(attempt + 1, request);
-      });
-    });
+    task = executor_.after(wait, run_.block([this, attempt, request] {
+      run_.add(QueueManager::configBackQueue(),
+               [this, attempt, request] { getBackendIdentifiers(attempt + 1, request); });
+    }));
   });
 }
 
 void ConfigService::stopRequestProcess() {
-  QueueManager::incomeQueue().addOperation([weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->backendIDsRequestInProcess_ = false;
-  });
+  run_.add(QueueManager::incomeQueue(), [this] { backendIDsRequestInProcess_ = false; });
 }
 
 void ConfigService::applyIdentifiers(const BackendIdentifiers::Identifiers& identifiers,
                                      std::int64_t userIdKey) {
   backendIDsRequestInProcess_ = false;
-  if (isStopped_) return;
-  if (!stateManager_->getActiveProject()->trackingAvailable) {
+  if (!stateManager_.getActiveProject()->trackingAvailable) {
     Logger::writeLog(PLRLogLevel::info,
                      "BackendIdentifiers: The query result was not applied. Tracking is Disabled");
     return;
   }
-  const User& user = *stateManager_->getActiveUser();
+  const User& user = *stateManager_.getActiveUser();
   if (user.idKey != userIdKey) {
     Logger::writeLog(PLRLogLevel::debug,
                      "In the process of receiving backendidentifiers from the server, the user was "
@@ -159,8 +144,8 @@ void ConfigService::applyIdentifiers(const BackendIdentifiers::Identifiers& iden
     receiveUserBackendIds();
     return;
   }
-  stateManager_->updateDeviceIdentifiers(
-      identifiers.pelorinoId, identifiers.crossPlatformPelorinoId, identifiers.pelorinoIdTimestamp);
+  stateManager_.updateDeviceIdentifiers(identifiers.pelorinoId, identifiers.crossPlatformPelorinoId,
+                                        identifiers.pelorinoIdTimestamp);
   Logger::writeLog(PLRLogLevel::info, [&] {
     return fmt::format("For [{}] user the updated backendIdentifiers are:\n{}",
                        user.userId.value_or(""), identifiers.description());

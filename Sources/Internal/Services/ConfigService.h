@@ -9,6 +9,7 @@
 #include "BackendProtocol.h"
 #include "Executor.h"
 #include "Guarded.h"
+#include "Run.h"
 #include "StateManager.h"
 
 namespace pelorino {
@@ -18,10 +19,9 @@ namespace pelorino {
 ///
 /// Threads: operations and callbacks on the incomeQueue; exchanges on the configuration queues.
 /// Callbacks are set before the first request and not changed afterwards.
-class ConfigService final : public std::enable_shared_from_this<ConfigService> {
+class ConfigService final {
  public:
-  ConfigService(std::shared_ptr<StateManager> stateManager,
-                std::shared_ptr<BackendProtocol> backend, Executor& executor);
+  ConfigService(Run& run, StateManager& stateManager, BackendProtocol& backend, Executor& executor);
 
   /// Called with a configuration from the backend, never with the default one.
   std::function<void(const Config&)> onSdkConfigUpdate;
@@ -36,9 +36,6 @@ class ConfigService final : public std::enable_shared_from_this<ConfigService> {
   /// Begins a cycle of requests, for the user who is active now, unless one is running. The backend
   /// may put the answer off again and again.
   void receiveUserBackendIds();
-
-  /// The library is torn down: an answer that is still on its way is the next one's to ask for.
-  void stop() { isStopped_ = true; }
 
  private:
   /// What a cycle asks for. It does not change across its attempts.
@@ -59,8 +56,9 @@ class ConfigService final : public std::enable_shared_from_this<ConfigService> {
   void stopRequestProcess();
   void applyIdentifiers(const BackendIdentifiers::Identifiers& identifiers, std::int64_t userIdKey);
 
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<BackendProtocol> backend_;
+  Run& run_;
+  StateManager& stateManager_;
+  BackendProtocol& backend_;
   Executor& executor_;
   // The configQueue only.
   std::int64_t sdkConfigAttempt_ = 1;
@@ -70,7 +68,6 @@ class ConfigService final : public std::enable_shared_from_this<ConfigService> {
   Guarded<std::unique_ptr<Timer>> retryTimerTask_;
   /// A cycle is running, waits included. The incomeQueue only.
   bool backendIDsRequestInProcess_ = false;
-  bool isStopped_ = false;  ///< The incomeQueue only.
 };
 
 }  // namespace pelorino

@@ -25,24 +25,22 @@ struct AccrualSums {
 }  // namespace
 
 CurrencyAccrualService::CurrencyAccrualService(
-    std::shared_ptr<StateManager> stateManager,
-    std::shared_ptr<CurrencyAccrualResourcesRepository> currencyAccrualResourcesRepository,
-    const Clock& clock)
-    : stateManager_(std::move(stateManager)),
-      currencyAccrualResourcesRepository_(std::move(currencyAccrualResourcesRepository)),
+    StateManager& stateManager,
+    CurrencyAccrualResourcesRepository& currencyAccrualResourcesRepository, const Clock& clock)
+    : stateManager_(stateManager),
+      currencyAccrualResourcesRepository_(currencyAccrualResourcesRepository),
       clock_(clock) {}
 
 void CurrencyAccrualService::addCurrencyAccrual(CurrencyAccrualResource resource) {
-  if (!stateManager_->getActiveProject()->trackingAvailable) return;
-  if (!stateManager_->activeUserIsStored()) return;
-  resource.userId = stateManager_->getActiveUser()->idKey;
+  if (!stateManager_.getActiveProject()->trackingAvailable) return;
+  if (!stateManager_.ensureActiveUserIsStored()) return;
+  resource.userId = stateManager_.getActiveUser()->idKey;
   resource.timestamp = clock_.milliseconds();
-  addToSums<AccrualSums>(*currencyAccrualResourcesRepository_, std::move(resource));
+  addToSums<AccrualSums>(currencyAccrualResourcesRepository_, std::move(resource));
 }
 
 bool CurrencyAccrualService::isContainsCurrencyAccrual() const {
-  return currencyAccrualResourcesRepository_->countOfUser(stateManager_->getActiveUser()->idKey) >
-         0;
+  return currencyAccrualResourcesRepository_.countOfUser(stateManager_.getActiveUser()->idKey) > 0;
 }
 
 std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService::getEarnedResources(
@@ -58,7 +56,7 @@ std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService:
 std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService::getResources(
     PLRAccrualType type, const User& user) const {
   ResourcesBySource sums;
-  for (const auto& row : currencyAccrualResourcesRepository_->ofUser(user.idKey)) {
+  for (const auto& row : currencyAccrualResourcesRepository_.ofUser(user.idKey)) {
     if (row->type != type) continue;
     // Rows that could not be deleted come back beside a new one of their kind.
     std::int64_t& sum = sums[row->source][row->name];
@@ -69,26 +67,26 @@ std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService:
 }
 
 std::optional<std::int64_t> CurrencyAccrualService::getLastCreatedTime(const User& user) const {
-  const auto rows = currencyAccrualResourcesRepository_->ofUser(user.idKey);
+  const auto rows = currencyAccrualResourcesRepository_.ofUser(user.idKey);
   if (rows.empty()) return std::nullopt;
   return std::ranges::max(rows, {}, &CurrencyAccrualResource::timestamp)->timestamp;
 }
 
 void CurrencyAccrualService::removeResourcesForActiveUser() {
-  removeResources(*stateManager_->getActiveUser());
+  removeResources(*stateManager_.getActiveUser());
 }
 
 void CurrencyAccrualService::removeResources(const User& user) {
-  currencyAccrualResourcesRepository_->deleteForDataForUsers(std::array{user.idKey});
+  currencyAccrualResourcesRepository_.deleteForDataForUsers(std::array{user.idKey});
 }
 
 void CurrencyAccrualService::removeAllResources() {
-  currencyAccrualResourcesRepository_->clear();
+  currencyAccrualResourcesRepository_.clear();
 }
 
 void CurrencyAccrualService::removeInactiveUserData(
     const std::vector<std::shared_ptr<User>>& users) {
-  currencyAccrualResourcesRepository_->deleteForDataForUsers(rowIds(users));
+  currencyAccrualResourcesRepository_.deleteForDataForUsers(rowIds(users));
 }
 
 }  // namespace pelorino

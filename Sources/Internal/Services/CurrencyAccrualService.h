@@ -25,10 +25,9 @@ class CurrencyAccrualService final {
   /// Amounts by the name of the currency, by the name of the source.
   using ResourcesBySource = std::map<std::string, Resources>;
 
-  CurrencyAccrualService(
-      std::shared_ptr<StateManager> stateManager,
-      std::shared_ptr<CurrencyAccrualResourcesRepository> currencyAccrualResourcesRepository,
-      const Clock& clock);
+  CurrencyAccrualService(StateManager& stateManager,
+                         CurrencyAccrualResourcesRepository& currencyAccrualResourcesRepository,
+                         const Clock& clock);
 
   /// Adds to the sums of the active user at the present time, whatever user and time the resource
   /// names. Nothing is added while tracking is off.
@@ -53,8 +52,8 @@ class CurrencyAccrualService final {
   [[nodiscard]] std::optional<ResourcesBySource> getResources(PLRAccrualType type,
                                                               const User& user) const;
 
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<CurrencyAccrualResourcesRepository> currencyAccrualResourcesRepository_;
+  StateManager& stateManager_;
+  CurrencyAccrualResourcesRepository& currencyAccrualResourcesRepository_;
   const Clock& clock_;
 };
 

@@ -4,11 +4,11 @@
 
 namespace pelorino {
 
-/// Reports that the backend has accepted and that someone may still hold to be waiting: a library
-/// that starts while the exchange of the one before it ends has read the row already, and one that
-/// starts after the disk has refused the deletion will.
+/// Reports that the backend has accepted, but whose row may still be stored: never send them again.
+/// The disk may refuse to delete the row, or the next run of the library may have read it before it
+/// was deleted.
 ///
-/// Threads: any. Process-wide, as the network queue is.
+/// Threads: any. Process-wide: it outlives a run.
 class DeliveredReports final {
  public:
   DeliveredReports() = delete;

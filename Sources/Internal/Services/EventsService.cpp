@@ -11,12 +11,11 @@
 
 namespace pelorino {
 
-EventsService::EventsService(std::shared_ptr<StateManager> stateManager,
-                             std::shared_ptr<EventRepository> eventRepository)
-    : stateManager_(std::move(stateManager)), eventRepository_(std::move(eventRepository)) {}
+EventsService::EventsService(StateManager& stateManager, EventRepository& eventRepository)
+    : stateManager_(stateManager), eventRepository_(eventRepository) {}
 
 void EventsService::addEvent(const Storable& event) {
-  createEventForUser(event, *stateManager_->getActiveUser());
+  createEventForUser(event, *stateManager_.getActiveUser());
 }
 
 void EventsService::addEvent(const Storable& event, const User& user) {
@@ -24,15 +23,15 @@ void EventsService::addEvent(const Storable& event, const User& user) {
 }
 
 void EventsService::removeAllEvents() {
-  eventRepository_->clear();
+  eventRepository_.clear();
 }
 
 void EventsService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  eventRepository_->deleteForDataForUsers(rowIds(users));
+  eventRepository_.deleteForDataForUsers(rowIds(users));
 }
 
 bool EventsService::passesGates(const Storable& event) const {
-  const Project& project = *stateManager_->getActiveProject();
+  const Project& project = *stateManager_.getActiveProject();
   if (!project.trackingAvailable) {
     Logger::writeLog(PLRLogLevel::debug, [&] {
       return fmt::format("Event [{}] not created. Tracking is Disabled", event.code());
@@ -49,17 +48,17 @@ bool EventsService::passesGates(const Storable& event) const {
 
 void EventsService::createEventForUser(const Storable& event, const User& user) {
   if (!passesGates(event)) return;
-  const bool isActive = &user == stateManager_->getActiveUser().get();
-  if (isActive && !stateManager_->activeUserIsStored()) return;
+  const bool isActive = &user == stateManager_.getActiveUser().get();
+  if (isActive && !stateManager_.ensureActiveUserIsStored()) return;
   const auto object = std::make_shared<EventObject>();
   object->code = event.code();
   object->userId = user.idKey;
   object->json = event.getJson();
-  eventRepository_->insert(object);
+  eventRepository_.insert(object);
   Logger::writeLog(PLRLogLevel::info,
                    [&] { return "Create a new event: \n" + event.description(); });
-  const auto waiting = static_cast<std::int64_t>(eventRepository_->countOfUser(user.idKey));
-  const auto& configuration = stateManager_->getActiveProject()->configuration;
+  const auto waiting = static_cast<std::int64_t>(eventRepository_.countOfUser(user.idKey));
+  const auto& configuration = stateManager_.getActiveProject()->configuration;
   if (waiting >= configuration.countForRequest && onFullStackAction) onFullStackAction();
 }
 

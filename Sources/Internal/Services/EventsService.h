@@ -15,8 +15,7 @@ namespace pelorino {
 /// Threads: the incomeQueue only.
 class EventsService final {
  public:
-  EventsService(std::shared_ptr<StateManager> stateManager,
-                std::shared_ptr<EventRepository> eventRepository);
+  EventsService(StateManager& stateManager, EventRepository& eventRepository);
 
   /// Called, within addEvent, when a user has enough stored events to be sent.
   std::function<void()> onFullStackAction;
@@ -32,8 +31,8 @@ class EventsService final {
   [[nodiscard]] bool passesGates(const Storable& event) const;
   void createEventForUser(const Storable& event, const User& user);
 
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<EventRepository> eventRepository_;
+  StateManager& stateManager_;
+  EventRepository& eventRepository_;
 };
 
 }  // namespace pelorino

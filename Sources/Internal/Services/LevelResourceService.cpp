@@ -23,20 +23,18 @@ struct LevelSums {
 
 }  // namespace
 
-LevelResourceService::LevelResourceService(
-    std::shared_ptr<StateManager> stateManager,
-    std::shared_ptr<LevelResourcesRepository> levelResourcesRepository)
-    : stateManager_(std::move(stateManager)),
-      levelResourcesRepository_(std::move(levelResourcesRepository)) {}
+LevelResourceService::LevelResourceService(StateManager& stateManager,
+                                           LevelResourcesRepository& levelResourcesRepository)
+    : stateManager_(stateManager), levelResourcesRepository_(levelResourcesRepository) {}
 
 void LevelResourceService::addLevelResource(LevelResource resource) {
-  const User& user = *stateManager_->getActiveUser();
-  if (!stateManager_->getActiveProject()->trackingAvailable || !user.isResourceAggregationEnable) {
+  const User& user = *stateManager_.getActiveUser();
+  if (!stateManager_.getActiveProject()->trackingAvailable || !user.isResourceAggregationEnable) {
     return;
   }
-  if (!stateManager_->activeUserIsStored()) return;
+  if (!stateManager_.ensureActiveUserIsStored()) return;
   resource.userId = user.idKey;
-  addToSums<LevelSums>(*levelResourcesRepository_, std::move(resource));
+  addToSums<LevelSums>(levelResourcesRepository_, std::move(resource));
 }
 
 std::optional<Resources> LevelResourceService::getSpentResources() const {
@@ -53,7 +51,7 @@ std::optional<Resources> LevelResourceService::getBoughtResources() const {
 
 std::optional<Resources> LevelResourceService::getResources(LevelResourceType type) const {
   Resources sums;
-  for (const auto& row : levelResourcesRepository_->ofUser(stateManager_->getActiveUser()->idKey)) {
+  for (const auto& row : levelResourcesRepository_.ofUser(stateManager_.getActiveUser()->idKey)) {
     if (row->type == type) sums[row->name] = row->amount;
   }
   if (sums.empty()) return std::nullopt;
@@ -61,16 +59,15 @@ std::optional<Resources> LevelResourceService::getResources(LevelResourceType ty
 }
 
 void LevelResourceService::removeResourcesForActiveUser() {
-  levelResourcesRepository_->deleteForDataForUsers(
-      std::array{stateManager_->getActiveUser()->idKey});
+  levelResourcesRepository_.deleteForDataForUsers(std::array{stateManager_.getActiveUser()->idKey});
 }
 
 void LevelResourceService::removeAllResources() {
-  levelResourcesRepository_->clear();
+  levelResourcesRepository_.clear();
 }
 
 void LevelResourceService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  levelResourcesRepository_->deleteForDataForUsers(rowIds(users));
+  levelResourcesRepository_.deleteForDataForUsers(rowIds(users));
 }
 
 }  // namespace pelorino

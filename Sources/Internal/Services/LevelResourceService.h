@@ -17,8 +17,8 @@ namespace pelorino {
 /// Threads: the incomeQueue only.
 class LevelResourceService final {
  public:
-  LevelResourceService(std::shared_ptr<StateManager> stateManager,
-                       std::shared_ptr<LevelResourcesRepository> levelResourcesRepository);
+  LevelResourceService(StateManager& stateManager,
+                       LevelResourcesRepository& levelResourcesRepository);
 
   /// Adds to the sums of the active user, whatever user the resource names. Nothing is added while
   /// tracking or the user's aggregation is off.
@@ -36,8 +36,8 @@ class LevelResourceService final {
  private:
   [[nodiscard]] std::optional<Resources> getResources(LevelResourceType type) const;
 
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<LevelResourcesRepository> levelResourcesRepository_;
+  StateManager& stateManager_;
+  LevelResourcesRepository& levelResourcesRepository_;
 };
 
 }  // namespace pelorino

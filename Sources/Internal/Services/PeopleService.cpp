@@ -69,13 +69,12 @@ std::optional<PeopleValueType> sumOf(const std::string& key, const PeopleValueTy
 
 }  // namespace
 
-PeopleService::PeopleService(std::shared_ptr<StateManager> stateManager,
-                             std::shared_ptr<PeopleRepository> peopleRepository)
-    : stateManager_(std::move(stateManager)), peopleRepository_(std::move(peopleRepository)) {}
+PeopleService::PeopleService(StateManager& stateManager, PeopleRepository& peopleRepository)
+    : stateManager_(stateManager), peopleRepository_(peopleRepository) {}
 
 PeopleService::Card PeopleService::activeCard() {
-  const auto& user = stateManager_->getActiveUser();
-  if (Card stored = peopleRepository_->findOfUser(user->idKey)) return stored;
+  const auto& user = stateManager_.getActiveUser();
+  if (Card stored = peopleRepository_.findOfUser(user->idKey)) return stored;
   if (userOfNewCard_ != user) {
     newCard_ = std::make_shared<PeopleCard>();
     userOfNewCard_ = user;
@@ -87,15 +86,15 @@ PeopleService::Card PeopleService::activeCard() {
 
 /// A card that the disk refuses, or whose user it has refused, waits for the next occasion.
 void PeopleService::insert(const Card& card) {
-  if (!stateManager_->activeUserIsStored()) return;
+  if (!stateManager_.ensureActiveUserIsStored()) return;
   card->userId = userOfNewCard_->idKey;
-  if (!peopleRepository_->insert(card)) return;
+  if (!peopleRepository_.insert(card)) return;
   newCard_.reset();
   userOfNewCard_.reset();
 }
 
 void PeopleService::store(const Card& card) {
-  card == newCard_ ? insert(card) : peopleRepository_->update(card);
+  card == newCard_ ? insert(card) : peopleRepository_.update(card);
 }
 
 void PeopleService::storeUpdated(const Card& card) {
@@ -210,7 +209,7 @@ void PeopleService::clearUser() {
 }
 
 void PeopleService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  peopleRepository_->deleteForDataForUsers(rowIds(users));
+  peopleRepository_.deleteForDataForUsers(rowIds(users));
 }
 
 }  // namespace pelorino

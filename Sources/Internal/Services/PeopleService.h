@@ -21,8 +21,7 @@ class PeopleService final {
  public:
   using ValueHandler = std::function<void(const std::optional<PeopleValueType>& value)>;
 
-  PeopleService(std::shared_ptr<StateManager> stateManager,
-                std::shared_ptr<PeopleRepository> peopleRepository);
+  PeopleService(StateManager& stateManager, PeopleRepository& peopleRepository);
 
   /// Called, within the operation, when the card has been cleared.
   std::function<void()> onClearedCard;
@@ -66,8 +65,8 @@ class PeopleService final {
   /// After a change of the properties.
   void storeUpdated(const Card& card);
 
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<PeopleRepository> peopleRepository_;
+  StateManager& stateManager_;
+  PeopleRepository& peopleRepository_;
   Card newCard_;                         ///< The active user's, while it has no row.
   std::shared_ptr<User> userOfNewCard_;  ///< Null without such a card.
 };

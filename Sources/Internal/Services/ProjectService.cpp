@@ -20,38 +20,37 @@ Config mergedConfig(const Config& stored, Config received) {
   return received;
 }
 
-ProjectService::ProjectService(std::shared_ptr<StateManager> stateManager,
-                               std::shared_ptr<ProjectRepository> projectRepository,
-                               std::shared_ptr<RealPaymentRepository> realPaymentRepository)
-    : stateManager_(std::move(stateManager)),
-      projectRepository_(std::move(projectRepository)),
-      realPaymentRepository_(std::move(realPaymentRepository)) {}
+ProjectService::ProjectService(StateManager& stateManager, ProjectRepository& projectRepository,
+                               RealPaymentRepository& realPaymentRepository)
+    : stateManager_(stateManager),
+      projectRepository_(projectRepository),
+      realPaymentRepository_(realPaymentRepository) {}
 
 void ProjectService::setTrackingAvailable(bool available) {
-  for (const auto& project : projectRepository_->list()) {
+  for (const auto& project : projectRepository_.list()) {
     project->trackingAvailable = available;
-    projectRepository_->update(project);
+    projectRepository_.update(project);
   }
   Logger::writeLog(PLRLogLevel::info,
                    available ? "Tracking status is Enable" : "Tracking status is Disable");
 }
 
 bool ProjectService::getTrackingAvailable() const {
-  return stateManager_->getActiveProject()->trackingAvailable;
+  return stateManager_.getActiveProject()->trackingAvailable;
 }
 
 bool ProjectService::userCounting() const {
-  return stateManager_->getActiveProject()->configuration.userCounting;
+  return stateManager_.getActiveProject()->configuration.userCounting;
 }
 
 std::int64_t ProjectService::paramsCount() const {
-  return stateManager_->getActiveProject()->configuration.eventParamsCount;
+  return stateManager_.getActiveProject()->configuration.eventParamsCount;
 }
 
 void ProjectService::applyConfig(const Config& received) {
-  const auto& project = stateManager_->getActiveProject();
+  const auto& project = stateManager_.getActiveProject();
   project->configuration = mergedConfig(project->configuration, received);
-  projectRepository_->update(project);
+  projectRepository_.update(project);
   Logger::writeLog(PLRLogLevel::debug, [&] {
     return "The SDK analytics configuration has been received:\n " +
            toPrettyJson(project->configuration);
@@ -61,8 +60,8 @@ void ProjectService::applyConfig(const Config& received) {
 }
 
 bool ProjectService::isCurrencyPaymentMarked(const std::string& orderId) const {
-  return realPaymentRepository_->findOfProject(
-             stateManager_->getActiveProject()->idKey,
+  return realPaymentRepository_.findOfProject(
+             stateManager_.getActiveProject()->idKey,
              [&](const RealPaymentMark& mark) { return mark.orderId == orderId; }) != nullptr;
 }
 
@@ -73,19 +72,19 @@ void ProjectService::markCurrencyPayment(const std::string& orderId) {
     });
     return;
   }
-  realPaymentRepository_->insert(std::make_shared<RealPaymentMark>(
-      RealPaymentMark{.projectId = stateManager_->getActiveProject()->idKey, .orderId = orderId}));
+  realPaymentRepository_.insert(std::make_shared<RealPaymentMark>(
+      RealPaymentMark{.projectId = stateManager_.getActiveProject()->idKey, .orderId = orderId}));
 }
 
 bool ProjectService::isRefererSent() const {
-  return stateManager_->getActiveProject()->isReferralSent;
+  return stateManager_.getActiveProject()->isReferralSent;
 }
 
 void ProjectService::setIsRefererSent(bool isSent) {
-  const auto& project = stateManager_->getActiveProject();
+  const auto& project = stateManager_.getActiveProject();
   if (!project->trackingAvailable) return;
   project->isReferralSent = isSent;
-  projectRepository_->update(project);
+  projectRepository_.update(project);
 }
 
 }  // namespace pelorino

@@ -20,9 +20,8 @@ namespace pelorino {
 /// Threads: the incomeQueue only.
 class ProjectService final {
  public:
-  ProjectService(std::shared_ptr<StateManager> stateManager,
-                 std::shared_ptr<ProjectRepository> projectRepository,
-                 std::shared_ptr<RealPaymentRepository> realPaymentRepository);
+  ProjectService(StateManager& stateManager, ProjectRepository& projectRepository,
+                 RealPaymentRepository& realPaymentRepository);
 
   /// Switches tracking for every project on the device, not only the active one.
   void setTrackingAvailable(bool available);
@@ -45,9 +44,9 @@ class ProjectService final {
   void setIsRefererSent(bool isSent);
 
  private:
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<ProjectRepository> projectRepository_;
-  std::shared_ptr<RealPaymentRepository> realPaymentRepository_;
+  StateManager& stateManager_;
+  ProjectRepository& projectRepository_;
+  RealPaymentRepository& realPaymentRepository_;
 };
 
 }  // namespace pelorino

@@ -16,6 +16,7 @@
 #include "Identifiers.h"
 #include "Report.h"
 #include "ReportsRepository.h"
+#include "Run.h"
 #include "StateManager.h"
 #include "Storable.h"
 
@@ -29,12 +30,10 @@ namespace pelorino {
 /// is at least once, in the order of the reports within a user's batch.
 ///
 /// Threads: the incomeQueue, except what says otherwise.
-class ReportService final : public std::enable_shared_from_this<ReportService> {
+class ReportService final {
  public:
-  ReportService(std::shared_ptr<StateManager> stateManager,
-                std::shared_ptr<EventRepository> eventRepository,
-                std::shared_ptr<ReportsRepository> reportsRepository,
-                std::shared_ptr<BackendProtocol> backend);
+  ReportService(Run& run, StateManager& stateManager, EventRepository& eventRepository,
+                ReportsRepository& reportsRepository, BackendProtocol& backend);
 
   /// Called after the backend has accepted a report, or some of them in quick succession.
   std::function<void()> onReportSendAction;
@@ -58,32 +57,36 @@ class ReportService final : public std::enable_shared_from_this<ReportService> {
     std::size_t reports;      ///< Those that come later wait for the next batch.
   };
 
+  /// What the networkSerialQueue gets at once.
+  struct HandOver {
+    ReportList reports;
+    int removals;  ///< How many there had been. After another one the reports may be gone.
+  };
+
   [[nodiscard]] std::vector<std::shared_ptr<User>> usersOfBatch() const;
   void packEventsOf(const User& user);
   [[nodiscard]] std::vector<Package> createPackages(
       std::span<const std::shared_ptr<EventObject>> events) const;
-  [[nodiscard]] bool isReplaced() const;
   void sendSavedReports();
   [[nodiscard]] std::deque<Share> savedReports() const;
   void continueBatch();
   [[nodiscard]] ReportList nextReports();
-  [[nodiscard]] bool isReadable(Report& report);
+  /// Reads what is to be sent, if it is not in memory. False when it cannot be read.
+  [[nodiscard]] bool readPackages(Report& report);
+  void handOver(const std::shared_ptr<const HandOver>& reports, std::size_t at = 0);
   /// On the networkSerialQueue; blocks it.
-  static void sendReports(const std::weak_ptr<ReportService>& weak, const ReportList& reports,
-                          int removals);
   [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
   void removeReport(const std::shared_ptr<Report>& report);
   void endBatch(bool succeeded);
 
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<EventRepository> eventRepository_;
-  std::shared_ptr<ReportsRepository> reportsRepository_;
-  std::shared_ptr<BackendProtocol> backend_;
-  const int generation_;      ///< Counts the services of this process, one for each start.
-  std::deque<Share> batch_;   ///< What the batch has not handed to the network queue yet.
-  std::size_t handOver_ = 0;  ///< How many reports go to the network queue next.
+  Run& run_;
+  StateManager& stateManager_;
+  EventRepository& eventRepository_;
+  ReportsRepository& reportsRepository_;
+  BackendProtocol& backend_;
+  std::deque<Share> batch_;  ///< What the batch has not handed to the network queue yet.
   /// Accepted by the backend, and not deleted yet. Added to on the networkSerialQueue.
-  const std::shared_ptr<Guarded<ReportList>> arrived_ = std::make_shared<Guarded<ReportList>>();
+  Guarded<ReportList> arrived_;
   std::atomic<int> removals_ = 0;  ///< Of stored reports; read on the networkSerialQueue.
   bool isSending_ = false;         ///< A batch is under way.
   bool resendWhenFinish_ = false;  ///< Look for stored reports again when that batch ends.

@@ -36,12 +36,12 @@ std::optional<std::string> callStore(Work work) {
 
 }  // namespace
 
-SubscriptionService::SubscriptionService(
-    std::shared_ptr<StateManager> stateManager,
-    std::shared_ptr<SubscriptionRepository> subscriptionRepository, StoreSource store,
-    HostFacts& facts, Executor& executor)
-    : stateManager_(std::move(stateManager)),
-      subscriptionRepository_(std::move(subscriptionRepository)),
+SubscriptionService::SubscriptionService(Run& run, StateManager& stateManager,
+                                         SubscriptionRepository& subscriptionRepository,
+                                         StoreSource store, HostFacts& facts, Executor& executor)
+    : run_(run),
+      stateManager_(stateManager),
+      subscriptionRepository_(subscriptionRepository),
       store_(std::move(store)),
       facts_(facts),
       executor_(executor) {}
@@ -51,12 +51,12 @@ SubscriptionService::~SubscriptionService() {
 }
 
 std::shared_ptr<SubscriptionInfo> SubscriptionService::info() {
-  const RowId projectId = stateManager_->getActiveProject()->idKey;
-  const auto rows = subscriptionRepository_->ofProject(projectId);
+  const RowId projectId = stateManager_.getActiveProject()->idKey;
+  const auto rows = subscriptionRepository_.ofProject(projectId);
   if (!rows.empty()) return rows.front();
   auto made = std::make_shared<SubscriptionInfo>();
   made->projectId = projectId;
-  subscriptionRepository_->insert(made);
+  subscriptionRepository_.insert(made);
   return made;
 }
 
@@ -64,7 +64,7 @@ template <class Change>
 void SubscriptionService::change(Change change) {
   const auto row = info();
   change(*row);
-  subscriptionRepository_->update(row);
+  subscriptionRepository_.update(row);
 }
 
 void SubscriptionService::requestUserProducts(std::vector<std::string> productsIDs,
@@ -108,23 +108,17 @@ void SubscriptionService::cancelRequest() {
   dropRequest();
 }
 
-void SubscriptionService::stop() {
-  ++lastRequest_;
-  requestRetry_.reset();
-  cancelRequest();
-}
-
 void SubscriptionService::dropRequest() {
   const ExitGate::Pass pass;  // The end of the request is code of the host, too.
   productRequest_.reset();
 }
 
 PLRStore::ProductsHandler SubscriptionService::handlerOf(std::int64_t request) {
-  return [weak = weak_from_this(), request](SKProductsResponse response) {
+  return [answer = run_.callback([this, request](const SKProductsResponse& response) {
+    receive(request, response);
+  })](SKProductsResponse response) {
     try {
-      QueueManager::incomeQueue().addOperation([weak, request, response = std::move(response)] {
-        if (const auto self = weak.lock()) self->receive(request, response);
-      });
+      answer(std::move(response));
     } catch (const std::exception& error) {
       Logger::writeLog(PLRLogLevel::error, [&] {
         return fmt::format("An answer of the store was dropped: {}", error.what());
@@ -186,11 +180,8 @@ void SubscriptionService::retryAfter(const std::string& error) {
   Logger::writeLog(PLRLogLevel::debug,
                    [&] { return fmt::format("Retry request products after {} seconds", seconds); });
   requestAttempt_ = std::min(requestAttempt_ + 1, longestRequestWait);
-  requestRetry_ = executor_.after(std::chrono::seconds(seconds), [weak = weak_from_this()] {
-    QueueManager::incomeQueue().addOperation([weak] {
-      if (const auto self = weak.lock()) self->startRequest();
-    });
-  });
+  requestRetry_ =
+      executor_.after(std::chrono::seconds(seconds), run_.callback([this] { startRequest(); }));
 }
 
 void SubscriptionService::resetSendProductsMark() {

@@ -13,6 +13,7 @@
 
 #include "Executor.h"
 #include "HostFacts.h"
+#include "Run.h"
 #include "StateManager.h"
 #include "SubscriptionRepository.h"
 
@@ -23,7 +24,7 @@ namespace pelorino {
 /// to be reported.
 ///
 /// Threads: the incomeQueue only. The store may answer on any thread.
-class SubscriptionService final : public std::enable_shared_from_this<SubscriptionService> {
+class SubscriptionService final {
  public:
   using StoreSource = std::function<std::shared_ptr<PLRStore>()>;
   using ProductsCallback = std::function<void(const std::vector<SubscriptionProduct>& products)>;
@@ -35,9 +36,9 @@ class SubscriptionService final : public std::enable_shared_from_this<Subscripti
   };
 
   /// `store` is asked at each request; it may give none.
-  SubscriptionService(std::shared_ptr<StateManager> stateManager,
-                      std::shared_ptr<SubscriptionRepository> subscriptionRepository,
-                      StoreSource store, HostFacts& facts, Executor& executor);
+  SubscriptionService(Run& run, StateManager& stateManager,
+                      SubscriptionRepository& subscriptionRepository, StoreSource store,
+                      HostFacts& facts, Executor& executor);
   ~SubscriptionService();
   SubscriptionService(const SubscriptionService&) = delete;
   SubscriptionService& operator=(const SubscriptionService&) = delete;
@@ -47,6 +48,9 @@ class SubscriptionService final : public std::enable_shared_from_this<Subscripti
   /// takes the place of an earlier one. The callback gets the products that were asked for.
   void requestUserProducts(std::vector<std::string> productsIDs,
                            ProductsCallback requestProductsCallback);
+
+  /// Lets go of the request that the store has not answered.
+  void cancelRequest();
 
   // The products are to be reported.
   [[nodiscard]] bool isProductsChanged() { return info()->productIsChanged; }
@@ -76,9 +80,6 @@ class SubscriptionService final : public std::enable_shared_from_this<Subscripti
   void storeProducts();
   [[nodiscard]] std::optional<SubscriptionProduct> findLocalProduct(const std::string& productId);
 
-  /// What a store still answers no longer matters: the tables are the next library's.
-  void stop();
-
  private:
   /// The row of the active project, made on demand.
   [[nodiscard]] std::shared_ptr<SubscriptionInfo> info();
@@ -86,7 +87,6 @@ class SubscriptionService final : public std::enable_shared_from_this<Subscripti
   void change(Change change);
 
   void startRequest();
-  void cancelRequest();
   void dropRequest();
   /// Any thread.
   [[nodiscard]] PLRStore::ProductsHandler handlerOf(std::int64_t request);
@@ -95,8 +95,9 @@ class SubscriptionService final : public std::enable_shared_from_this<Subscripti
   void logMissing(const std::vector<SubscriptionProduct>& products) const;
   void retryAfter(const std::string& error);
 
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<SubscriptionRepository> subscriptionRepository_;
+  Run& run_;
+  StateManager& stateManager_;
+  SubscriptionRepository& subscriptionRepository_;
   StoreSource store_;
   HostFacts& facts_;
   Executor& executor_;

@@ -34,8 +34,8 @@ const std::array<TimerService::Kind, 4> TimerService::kinds{{
     {[](const Config&) { return activityTimeout; }, &TimerService::onActivityTimerTick},
 }};
 
-TimerService::TimerService(std::shared_ptr<StateManager> stateManager, Executor& executor)
-    : stateManager_(std::move(stateManager)), executor_(executor) {}
+TimerService::TimerService(Run& run, StateManager& stateManager, Executor& executor)
+    : run_(run), stateManager_(stateManager), executor_(executor) {}
 
 void TimerService::startTimers() {
   state_.update([this](State& state) {
@@ -62,28 +62,25 @@ void TimerService::resetRequestTimer() {
 
 // The main thread must not look at the project, which belongs to the incomeQueue.
 void TimerService::readPeriods(State& state) const {
-  const Config& config = stateManager_->getActiveProject()->configuration;
+  const Config& config = stateManager_.getActiveProject()->configuration;
   for (std::size_t slot = 0; slot < kinds.size(); ++slot) {
     state.periods[slot] = timerPeriod(kinds[slot].period(config));
   }
 }
 
 void TimerService::scheduleMissing() {
-  executor_.mainQueue().add([weak = weak_from_this()] {
-    const auto self = weak.lock();
-    if (!self) return;
-    self->state_.update([&](State& state) {
+  executor_.mainQueue().add(run_.block([this] {
+    state_.update([this](State& state) {
       if (!state.isRunning) return;
       for (std::size_t slot = 0; slot < kinds.size(); ++slot) {
         if (state.timers[slot]) continue;
-        state.timers[slot] = self->executor_.repeat(state.periods[slot], tolerance, [weak, slot] {
-          const auto service = weak.lock();
-          if (!service) return;
-          if (const auto& onTick = (*service).*kinds[slot].onTick) onTick();
-        });
+        state.timers[slot] =
+            executor_.repeat(state.periods[slot], tolerance, run_.callback([this, slot] {
+              if (const auto& onTick = this->*kinds[slot].onTick) onTick();
+            }));
       }
     });
-  });
+  }));
 }
 
 }  // namespace pelorino

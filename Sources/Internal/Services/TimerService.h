@@ -9,6 +9,7 @@
 #include "Config.h"
 #include "Executor.h"
 #include "Guarded.h"
+#include "Run.h"
 #include "StateManager.h"
 
 namespace pelorino {
@@ -20,11 +21,11 @@ namespace pelorino {
 /// Owns the four repeating timers that run while the application is in the foreground. It knows
 /// nothing of what a tick means.
 ///
-/// Threads: operations on the incomeQueue; timers are made and tick on the main thread. Callbacks
-/// are set before the first start and not changed afterwards.
-class TimerService final : public std::enable_shared_from_this<TimerService> {
+/// Threads: operations and callbacks on the incomeQueue; timers are made and tick on the main
+/// thread. Callbacks are set before the first start and not changed afterwards.
+class TimerService final {
  public:
-  TimerService(std::shared_ptr<StateManager> stateManager, Executor& executor);
+  TimerService(Run& run, StateManager& stateManager, Executor& executor);
 
   std::function<void()> onAliveTimerTick;
   std::function<void()> onCurrencyAccrualTimerTick;
@@ -56,7 +57,8 @@ class TimerService final : public std::enable_shared_from_this<TimerService> {
   void readPeriods(State& state) const;
   void scheduleMissing();
 
-  std::shared_ptr<StateManager> stateManager_;
+  Run& run_;
+  StateManager& stateManager_;
   Executor& executor_;
   Guarded<State> state_;
 };

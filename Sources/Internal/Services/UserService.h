@@ -17,9 +17,8 @@ namespace pelorino {
 /// Threads: the incomeQueue only.
 class UserService final {
  public:
-  UserService(std::shared_ptr<StateManager> stateManager,
-              std::shared_ptr<UserRepository> userRepository,
-              std::shared_ptr<TutorialRepository> tutorialRepository);
+  UserService(StateManager& stateManager, UserRepository& userRepository,
+              TutorialRepository& tutorialRepository);
 
   void setUserLevel(std::int64_t level);
   /// The same, told in the log.
@@ -46,9 +45,9 @@ class UserService final {
   [[nodiscard]] bool isBalanceSentForActiveUser() const;
 
  private:
-  std::shared_ptr<StateManager> stateManager_;
-  std::shared_ptr<UserRepository> userRepository_;
-  std::shared_ptr<TutorialRepository> tutorialRepository_;
+  StateManager& stateManager_;
+  UserRepository& userRepository_;
+  TutorialRepository& tutorialRepository_;
   std::optional<Location> location_;
 };
 

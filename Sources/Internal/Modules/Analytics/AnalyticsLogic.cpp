@@ -1,147 +1,205 @@
 #include "AnalyticsLogic.h"
 
-#include <utility>
-
-#include "EndedOnIncomeQueue.h"
-#include "Event.h"
 #include "Logger.h"
 #include "QueueManager.h"
+#include "SdkConstraints.h"
 #include "TrackingStatus.h"
 
 namespace pelorino {
 
-std::shared_ptr<AnalyticsLogic> AnalyticsLogic::make(
-    AnalyticsServices services, std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
-    const Clock& clock) {
-  std::shared_ptr<AnalyticsLogic> logic(
-      new AnalyticsLogic(std::move(services), std::move(lifeCycle), clock), EndedOnIncomeQueue());
-  logic->lifeCycle_->setLifeCycleListener(logic);
-  return logic;
-}
-
-AnalyticsLogic::AnalyticsLogic(AnalyticsServices services,
-                               std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
+AnalyticsLogic::AnalyticsLogic(Run& run, StateManager& stateManager, ServiceFactory& services,
                                const Clock& clock)
-    : services_(std::move(services)),
-      lifeCycle_(std::move(lifeCycle)),
-      clock_(clock),
-      customEventParamsCount_(services_.projectService->paramsCount()) {}
+    : run_(run),
+      stateManager_(stateManager),
+      services_(services),
+      userEvents_(stateManager, services.projectService, services.userService,
+                  services.eventsService, services.reportService, services.peopleService, clock),
+      userData_(services.userService, services.eventsService, services.currencyAccrualService,
+                services.levelResourceService, services.reportService, services.peopleService),
+      accruals_(stateManager, services.eventsService, services.currencyAccrualService,
+                services.levelResourceService, userEvents_),
+      activity_(stateManager, services.projectService, services.activityService,
+                services.timerService, services.reportService, accruals_, userEvents_),
+      events_(stateManager, services.projectService, userEvents_),
+      identity_(stateManager, services.projectService, services.userService,
+                services.levelResourceService, services.configService, services.reportService,
+                userData_, accruals_, activity_, userEvents_),
+      payments_(services.projectService, services.levelResourceService, userEvents_),
+      progress_(stateManager, services.userService, services.currencyAccrualService,
+                services.levelResourceService, accruals_, userEvents_),
+      subscriptions_(stateManager, services.projectService, services.subscriptionService,
+                     services.reportService, userEvents_) {}
 
 void AnalyticsLogic::prepareCallBacks() {
   prepareTimerCallBacks();
-  services_.eventsService->onFullStackAction = [weak = weak_from_this()] {
+  services_.eventsService.onFullStackAction = [this] {
     Logger::writeLog(PLRLogLevel::debug, "There are enough events for dispatching");
-    if (const auto self = weak.lock()) self->services_.reportService->sendBufferedEvents();
+    services_.reportService.sendBufferedEvents();
   };
-  services_.configService->onSdkConfigUpdate = [weak = weak_from_this()](const Config& config) {
-    if (const auto self = weak.lock()) self->receiveConfig(config);
+  services_.configService.onSdkConfigUpdate = [this](const Config& config) {
+    receiveConfig(config);
   };
-  services_.reportService->onReportSendAction = [weak = weak_from_this()] {
-    const auto self = weak.lock();
-    if (!self) return;
-    const AnalyticsServices& services = self->services_;
-    if (services.projectService->getTrackingAvailable() && services.activityService->isActive()) {
-      services.timerService->resetRequestTimer();
+  services_.configService.onIdentifiersUpdate = [this](std::optional<std::int64_t> pelorinoId) {
+    if (onBackendIdentifiersUpdate) onBackendIdentifiersUpdate(pelorinoId);
+  };
+  services_.reportService.onReportSendAction = [this] {
+    if (services_.projectService.getTrackingAvailable() && services_.activityService.isActive()) {
+      services_.timerService.resetRequestTimer();
     }
   };
-  preparePeopleCardCallback();
+  // Behind the call that has cleared the card.
+  services_.peopleService.onClearedCard =
+      run_.callback([this] { userEvents_.sendBufferedEvents(); });
+  services_.peopleService.didChangeCheaterMark = [this] { userEvents_.generatePeopleEvent(false); };
 }
 
 void AnalyticsLogic::prepareTimerCallBacks() {
-  TimerService& timers = *services_.timerService;
-  timers.onAliveTimerTick = onIncomeQueue([](AnalyticsLogic& logic) { logic.sendAlive(); });
-  timers.onCurrencyAccrualTimerTick = onIncomeQueue([](AnalyticsLogic& logic) {
+  TimerService& timers = services_.timerService;
+  timers.onAliveTimerTick = [this] { activity_.sendAlive(); };
+  timers.onCurrencyAccrualTimerTick = [this] {
     Logger::writeLog(PLRLogLevel::debug, "Currency accrual timer tick");
-    logic.addCurrencyAccrual();
-  });
-  timers.onRequestTimerTick =
-      onIncomeQueue([](AnalyticsLogic& logic) { logic.sendBufferedEvents(); });
-  timers.onActivityTimerTick = onIncomeQueue(
-      [](AnalyticsLogic& logic) { logic.services_.activityService->updateLastBackgroundTime(); });
+    accruals_.addCurrencyAccrual();
+  };
+  timers.onRequestTimerTick = [this] { userEvents_.sendBufferedEvents(); };
+  timers.onActivityTimerTick = [this] { services_.activityService.updateLastBackgroundTime(); };
 }
 
 void AnalyticsLogic::applyAnalyticsConfiguration(
     const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {
   if (!configuration) return;
   applyTracking(configuration->trackingAvailability);
-  if (configuration->userId) services_.stateManager->activateUser(*configuration->userId);
+  if (configuration->userId) stateManager_.activateUser(*configuration->userId);
   if (!configuration->level) return;
-  if (*configuration->level != services_.stateManager->getActiveUser()->level) {
-    addSavedCurrencyAccrualResources();
-    services_.levelResourceService->removeResourcesForActiveUser();
-    services_.userService->resourceAggregation(false);
+  if (*configuration->level != stateManager_.getActiveUser()->level) {
+    accruals_.addSavedCurrencyAccrualResources();
+    services_.levelResourceService.removeResourcesForActiveUser();
+    services_.userService.resourceAggregation(false);
   }
-  services_.userService->setLevel(*configuration->level);
+  services_.userService.setLevel(*configuration->level);
 }
 
 void AnalyticsLogic::applyTracking(PLRTrackingStatus trackingAvailability) {
-  ProjectService& project = *services_.projectService;
+  ProjectService& project = services_.projectService;
   if (!project.getTrackingAvailable() && trackingAvailability == PLRTrackingStatus::enable) {
     project.setTrackingAvailable(true);
     addTrackingStatus(true);
   }
   if (project.getTrackingAvailable() && trackingAvailability == PLRTrackingStatus::disable) {
-    removeEventsAndResources();
-    services_.timerService->stopTimers();
+    userData_.removeEventsAndResources();
+    services_.timerService.stopTimers();
     project.setTrackingAvailable(false);
   }
 }
 
 void AnalyticsLogic::tryStartSDK() {
-  if (services_.projectService->getTrackingAvailable()) {
+  if (services_.projectService.getTrackingAvailable()) {
     startSDK();
     return;
   }
-  services_.reportService->sendFlashEvent(
-      Event(TrackingStatus{.timestamp = clock_.milliseconds(), .trackingAllowed = false}));
+  services_.reportService.sendFlashEvent(
+      Event(TrackingStatus{.timestamp = userEvents_.now(), .trackingAllowed = false}));
   Logger::writeLog(PLRLogLevel::info, "SDK not active!\n\t Tracking status is Disable!");
 }
 
 void AnalyticsLogic::startSDK() {
   if (started_) Logger::writeLog(PLRLogLevel::error, "The SDK is already running!");
-  if (services_.activityService->isActive()) {
+  if (services_.activityService.isActive()) {
     Logger::writeLog(PLRLogLevel::error, "Activity cannot be launched before the SDK starts!");
     return;
   }
-  addSavedCurrencyAccrualResources();
-  startActivity();
-  sendDeviceInfo();
-  generatePeopleEvent(true);
-  services_.reportService->sendBufferedEvents();
-  services_.configService->receiveSdkConfig();
-  requestMissingBackendIds();
+  accruals_.addSavedCurrencyAccrualResources();
+  activity_.startActivity();
+  activity_.sendDeviceInfo();
+  userEvents_.generatePeopleEvent(true);
+  services_.reportService.sendBufferedEvents();
+  services_.configService.receiveSdkConfig();
+  identity_.requestMissingBackendIds();
   started_ = true;
 }
 
 void AnalyticsLogic::stopSDK() {
-  lifeCycle_->setLifeCycleListener({});
-  stopActivity();
-  services_.configService->stop();
-  services_.subscriptionService->stop();
+  activity_.stopActivity();
+  services_.subscriptionService.cancelRequest();
 }
 
 void AnalyticsLogic::receiveConfig(const Config& config) {
-  const bool resetHistory = checkIfNeedResetHistory(config);
-  services_.projectService->applyConfig(config);
-  customEventParamsCount_ = services_.projectService->paramsCount();
+  const bool resetHistory = subscriptions_.checkIfNeedResetHistory(config);
+  services_.projectService.applyConfig(config);
+  if (onCustomEventParamsCountUpdate) onCustomEventParamsCountUpdate(customEventParamsCount());
   // With one account for the device. Where the process died or the disk failed amid the removal, a
   // later answer makes up for it.
-  if (!config.userCounting) removeUsers(services_.stateManager->getInactiveProjectUsers());
-  if (resetHistory) services_.subscriptionService->resetHistoryMark();
+  if (!config.userCounting) userData_.removeUsers(stateManager_.getInactiveProjectUsers());
+  if (resetHistory) services_.subscriptionService.resetHistoryMark();
   // Begun anew, so that the new periods apply at once. With tracking off nothing ticks, whenever
   // the answer comes.
-  services_.timerService->stopTimers();
-  if (services_.projectService->getTrackingAvailable()) services_.timerService->startTimers();
-  startSubscriptionsService();
-}
-
-void AnalyticsLogic::setOnBackendIdentifiersUpdate(IdentifiersUpdate onBackendIdentifiersUpdate) {
-  services_.configService->onIdentifiersUpdate = std::move(onBackendIdentifiersUpdate);
+  services_.timerService.stopTimers();
+  if (services_.projectService.getTrackingAvailable()) services_.timerService.startTimers();
+  subscriptions_.startSubscriptionsService();
 }
 
 void AnalyticsLogic::forceUpdate() {
-  const auto& tell = services_.configService->onIdentifiersUpdate;
-  if (tell) tell(services_.stateManager->getActiveDeviceIdentifiers()->pelorinoId);
+  if (!onBackendIdentifiersUpdate) return;
+  onBackendIdentifiersUpdate(stateManager_.getActiveDeviceIdentifiers()->pelorinoId);
+}
+
+void AnalyticsLogic::goActive() {
+  run_.add(QueueManager::incomeQueue(), [this] { activity_.startActivity(); });
+}
+
+void AnalyticsLogic::stopSession() {
+  run_.add(QueueManager::incomeQueue(), [this] { activity_.stopActivity(); });
+  QueueManager::incomeQueue().waitUntilAllOperationsAreFinished();
+}
+
+void AnalyticsLogic::perform(SendBufferedEventsCall /*call*/) {
+  userEvents_.sendBufferedEvents();
+}
+
+std::string AnalyticsLogic::answer(SDKVersionQuery /*query*/) {
+  return SdkConstraints::sdkVersion();
+}
+
+bool AnalyticsLogic::answer(TrackingAvailabilityQuery /*query*/) {
+  return services_.projectService.getTrackingAvailable();
+}
+
+void AnalyticsLogic::perform(SetTrackingAvailabilityCall call) {
+  const bool value = call.isAvailable;
+  if (services_.projectService.getTrackingAvailable() != value) {
+    value ? enableTracking() : disableTracking();
+    return;
+  }
+  Logger::writeLog(PLRLogLevel::info, value ? "Tracking status is already Enable"
+                                            : "Tracking status is already Disable");
+  if (value) addTrackingStatus(true);
+}
+
+void AnalyticsLogic::enableTracking() {
+  services_.projectService.setTrackingAvailable(true);
+  addTrackingStatus(true);
+  if (!started_) {  // The library was held back at its start.
+    startSDK();
+    return;
+  }
+  services_.reportService.sendBufferedEvents();
+  activity_.startActivity();
+  services_.configService.receiveSdkConfig();
+  services_.configService.receiveUserBackendIds();
+}
+
+void AnalyticsLogic::disableTracking() {
+  userData_.removeEventsAndResources();
+  activity_.stopActivity();
+  services_.timerService.stopTimers();  // They may run without activity.
+  addTrackingStatus(false);             // Tracking is still on, so that this is stored and leaves.
+  userEvents_.sendBufferedEvents();
+  services_.projectService.setTrackingAvailable(false);
+  stateManager_.updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);
+}
+
+void AnalyticsLogic::addTrackingStatus(bool trackingAllowed) {
+  userEvents_.addAsIs(
+      TrackingStatus{.timestamp = userEvents_.now(), .trackingAllowed = trackingAllowed});
 }
 
 }  // namespace pelorino

@@ -1,70 +1,39 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
+#include <tuple>
+#include <utility>
 
-#include "ActivityService.h"
-#include "Clock.h"
-#include "ConfigService.h"
-#include "CurrencyAccrualService.h"
-#include "Event.h"
-#include "EventCalls.h"
-#include "EventsService.h"
-#include "IdentityCalls.h"
-#include "LevelResourceService.h"
-#include "LifeCycleProtocol.h"
-#include "LifeCycleRepository.h"
+#include "AccrualLogic.h"
+#include "ActivityLogic.h"
+#include "EventLogic.h"
+#include "IdentityLogic.h"
+#include "LifeCycle.h"
 #include "LogicBroadcasterProtocol.h"
 #include "PLRAnalyticsConfigurationLocal.h"
-#include "PaymentCalls.h"
-#include "PeopleService.h"
-#include "ProgressCalls.h"
-#include "ProjectService.h"
-#include "QueueManager.h"
-#include "ReportService.h"
-#include "StateManager.h"
-#include "SubscriptionPayment.h"
-#include "SubscriptionService.h"
-#include "TimerService.h"
-#include "UserService.h"
+#include "PaymentLogic.h"
+#include "ProgressLogic.h"
+#include "Run.h"
+#include "ServiceFactory.h"
+#include "SubscriptionLogic.h"
+#include "UserData.h"
+#include "UserEvents.h"
 
 namespace pelorino {
 
-/// The services that the analytics module works with.
-struct AnalyticsServices {
-  std::shared_ptr<StateManager> stateManager;
-  std::shared_ptr<ProjectService> projectService;
-  std::shared_ptr<UserService> userService;
-  std::shared_ptr<EventsService> eventsService;
-  std::shared_ptr<TimerService> timerService;
-  std::shared_ptr<ConfigService> configService;
-  std::shared_ptr<ReportService> reportService;
-  std::shared_ptr<ActivityService> activityService;
-  std::shared_ptr<CurrencyAccrualService> currencyAccrualService;
-  std::shared_ptr<LevelResourceService> levelResourceService;
-  std::shared_ptr<PeopleService> peopleService;
-  std::shared_ptr<SubscriptionService> subscriptionService;
-};
-
-/// The analytics module: it holds the services, wires them to each other, and carries out every
-/// operation behind AnalyticsProxy.
+/// The analytics module: it wires the services to each other, starts and stops them, and switches
+/// tracking. What the host calls is carried out by its parts, one for each subject.
 ///
 /// It never waits for the backend: it runs on the stored configuration, or on the default one.
 ///
 /// Threads: the incomeQueue, except what says otherwise.
-class AnalyticsLogic final : public LifeCycleProtocol,
-                             public LogicBroadcasterProtocol,
-                             public std::enable_shared_from_this<AnalyticsLogic> {
+class AnalyticsLogic final : public LifeCycleProtocol, public LogicBroadcasterProtocol {
  public:
-  /// The new logic listens to the life cycle from here on.
-  [[nodiscard]] static std::shared_ptr<AnalyticsLogic> make(
-      AnalyticsServices services, std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
-      const Clock& clock);
+  AnalyticsLogic(Run& run, StateManager& stateManager, ServiceFactory& services,
+                 const Clock& clock);
 
   /// Wires the services to each other. Once, before anything else.
   void prepareCallBacks();
@@ -76,142 +45,79 @@ class AnalyticsLogic final : public LifeCycleProtocol,
   /// Starts, or tells the backend that tracking is off and stays down.
   void tryStartSDK();
   void startSDK();
-  void startActivity();
-  void stopActivity();
-
   void stopSDK();
 
+  /// Carries out a call that has passed its rule: in the one part that takes it.
+  template <class Call>
+  void perform(Call call);
   void perform(SetTrackingAvailabilityCall call);
-  void perform(const SetUserIdCall& call);
-  void perform(const ReplaceUserIdCall& call);
-  void perform(SetCurrentLevelCall call);
-  void perform(LevelUpCall call);
-  void perform(CurrentBalanceCall call);
-  void perform(CustomEventCall call);
   void perform(SendBufferedEventsCall call);
-  void perform(VirtualCurrencyPaymentCall call);
-  void perform(CurrencyAccrualCall call);
-  void perform(StartProgressionEventCall call);
-  void perform(FinishProgressionEventCall call);
-  void perform(RealCurrencyPaymentCall call);
-  void perform(SocialNetworkConnectCall call);
-  void perform(SocialNetworkPostCall call);
-  void perform(TutorialCall call);
-  void perform(ReferrerCall call);
-  void perform(const SubscriptionPaymentCall& call);
-  void perform(EngineSubscriptionPaymentCall call);
-  void perform(const SubscriptionHistoryCall& call);
-  void perform(const EngineSubscriptionHistoryCall& call);
-  void perform(AdImpressionCall call);
 
-  [[nodiscard]] std::string answer(DeviceIdQuery) const;
-  [[nodiscard]] std::string answer(SDKVersionQuery) const;
-  [[nodiscard]] bool answer(TrackingAvailabilityQuery) const;
-  [[nodiscard]] std::string answer(UserIdQuery) const;
-  [[nodiscard]] std::int64_t answer(CurrentLevelQuery) const;
-  [[nodiscard]] bool answer(RestoreTransactionHistoryQuery) const;
+  template <class Query>
+  [[nodiscard]] typename Query::Answer answer(Query query);
+  [[nodiscard]] std::string answer(SDKVersionQuery query);
+  [[nodiscard]] bool answer(TrackingAvailabilityQuery query);
 
-  /// Limit of parameters of a custom event. Any thread.
-  [[nodiscard]] std::int64_t getCustomEventParamsCount() const;
+  /// Limit of parameters of a custom event.
+  [[nodiscard]] std::int64_t customEventParamsCount() const {
+    return services_.projectService.paramsCount();
+  }
+  /// Told that limit when a configuration has come.
+  std::function<void(std::int64_t)> onCustomEventParamsCountUpdate;
+  void forceUpdate() override;
 
   /// On the thread that posts the notification. The last three return when the incomeQueue has
   /// drained.
   void goActive() override;
-  void goInactive() override;
-  void goBackground() override;
-  void goTerminate() override;
-
-  void setOnBackendIdentifiersUpdate(IdentifiersUpdate onBackendIdentifiersUpdate) override;
-  void forceUpdate() override;
+  void goInactive() override { stopSession(); }
+  void goBackground() override { stopSession(); }
+  void goTerminate() override { stopSession(); }
 
  private:
-  AnalyticsLogic(AnalyticsServices services, std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle,
-                 const Clock& clock);
-
-  /// A callback that runs `work(logic)` as a block on the incomeQueue.
-  template <class Work>
-  std::function<void()> onIncomeQueue(Work work);
   void prepareTimerCallBacks();
-  void preparePeopleCardCallback();
   void receiveConfig(const Config& config);
   void applyTracking(PLRTrackingStatus trackingAvailability);
-
-  /// What reports something of a session stops here without one.
-  [[nodiscard]] bool hasSession() const;
-  /// The record with what events have in common, as far as it has these fields: the time, and the
-  /// session, level and progression of the active user.
-  template <class Record>
-  [[nodiscard]] Record stamped(Record record) const;
-  /// Stores the stamped record as an event of the active user.
-  template <class Record>
-  void addEvent(Record record);
-
-  /// Stores an event of the user's sums since the last one, if there are any, and forgets them.
-  void addCurrencyAccrual();
-  /// The same for the sums that an earlier run has left behind, for every user of the project.
-  void addSavedCurrencyAccrualResources();
-  /// Stores an event of what has changed in the active user's card, or of the whole card.
-  void generatePeopleEvent(bool needFullCard);
-
-  /// Whether the backend's subscriptions are others than those whose history was asked for.
-  [[nodiscard]] bool checkIfNeedResetHistory(const Config& received) const;
-  /// Asks the store for the products that the configuration names, if it does.
-  void startSubscriptionsService();
-  void receiveProducts(const std::vector<SubscriptionProduct>& products);
-  void sendSubscriptionsHistoryEvent();
-  template <class Transactions>
-  void receiveHistory(const Transactions& transactions);
-  /// Reports the payment and remembers its order.
-  void addSubscriptionPayment(SubscriptionPayment payment);
-
-  void sendBufferedEvents();
-  void stopSession();
-  void sendAlive();
-  void sendDeviceInfo();
-  void sendUserEngagement();
-  void addTrackingStatus(bool trackingAllowed);
-
   void enableTracking();
   void disableTracking();
-  void switchUser(const std::string& userId);
-  void requestMissingBackendIds();
-  void removeUsers(const std::vector<std::shared_ptr<User>>& users);
-  void removeEventsAndResources();
+  void addTrackingStatus(bool trackingAllowed);
+  void stopSession();
 
-  const AnalyticsServices services_;
-  const std::shared_ptr<LifeCycleRepositoryProtocol> lifeCycle_;
-  const Clock& clock_;
+  /// The parts that take calls and answer queries.
+  [[nodiscard]] auto parts() {
+    return std::tie(accruals_, events_, identity_, payments_, progress_, subscriptions_);
+  }
+
+  Run& run_;
+  StateManager& stateManager_;
+  ServiceFactory& services_;
+  UserEvents userEvents_;
+  UserData userData_;
+  AccrualLogic accruals_;
+  ActivityLogic activity_;
+  EventLogic events_;
+  IdentityLogic identity_;
+  PaymentLogic payments_;
+  ProgressLogic progress_;
+  SubscriptionLogic subscriptions_;
   bool started_ = false;  ///< True from the first complete startSDK(); never set back.
-  /// Any thread; written on the incomeQueue.
-  std::atomic<std::int64_t> customEventParamsCount_;
 };
 
-template <class Work>
-std::function<void()> AnalyticsLogic::onIncomeQueue(Work work) {
-  return [weak = weak_from_this(), work] {
-    QueueManager::incomeQueue().addOperation([weak, work] {
-      if (const auto self = weak.lock()) work(*self);
-    });
+template <class Call>
+void AnalyticsLogic::perform(Call call) {
+  const auto offer = [&call](auto& part) {
+    if constexpr (requires { part.perform(std::move(call)); }) part.perform(std::move(call));
   };
+  std::apply([&](auto&... part) { (offer(part), ...); }, parts());
 }
 
-template <class Record>
-Record AnalyticsLogic::stamped(Record record) const {
-  const User& user = *services_.stateManager->getActiveUser();
-  record.timestamp = clock_.milliseconds();
-  if constexpr (requires { record.sessionId; }) record.sessionId = user.sessionId.value_or(0);
-  if constexpr (requires { record.level; }) record.level = user.level;
-  if constexpr (requires { record.inProgress; }) {
-    if (const auto& location = services_.userService->getLocation()) {
-      record.inProgress = {location->name};
-    }
-  }
-  return record;
-}
-
-template <class Record>
-void AnalyticsLogic::addEvent(Record record) {
-  services_.eventsService->addEvent(Event(stamped(std::move(record))));
+template <class Query>
+typename Query::Answer AnalyticsLogic::answer(Query query) {
+  typename Query::Answer answer{};
+  const auto offer = [&](auto& part) {
+    if constexpr (requires { part.answer(query); }) answer = part.answer(query);
+  };
+  std::apply([&](auto&... part) { (offer(part), ...); }, parts());
+  return answer;
 }
 
 }  // namespace pelorino

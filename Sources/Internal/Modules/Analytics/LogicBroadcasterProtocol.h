@@ -9,14 +9,12 @@ namespace pelorino {
 /// What the observer needs of the logic. On the incomeQueue.
 class LogicBroadcasterProtocol {
  public:
-  using IdentifiersUpdate = std::function<void(std::optional<std::int64_t>)>;
-
   virtual ~LogicBroadcasterProtocol() = default;
 
-  /// Who hears of the backend's identifier of the active user.
-  virtual void setOnBackendIdentifiersUpdate(IdentifiersUpdate onBackendIdentifiersUpdate) = 0;
+  /// Told the backend's identifier of the active user, present or not.
+  std::function<void(std::optional<std::int64_t>)> onBackendIdentifiersUpdate;
 
-  /// Tells the identifier that is stored, present or not.
+  /// Tells the identifier that is stored.
   virtual void forceUpdate() = 0;
 };
 

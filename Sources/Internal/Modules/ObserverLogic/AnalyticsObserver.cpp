@@ -5,7 +5,6 @@
 
 #include "ExitGate.h"
 #include "HostCall.h"
-#include "QueueManager.h"
 
 namespace pelorino {
 
@@ -13,21 +12,17 @@ void AnalyticsObserver::addIdentifiersListener(
     std::shared_ptr<PLRIdentifiersListener> identifiersListener) {
   if (identifiersListener) ExitGate::arm();
   identifiersListener_.set(std::move(identifiersListener));
-  QueueManager::incomeQueue().addOperation([weak = weak_from_this()] {
-    const auto self = weak.lock();
-    if (!self) return;
-    if (const auto broadcaster = self->logicBroadcaster_.lock()) broadcaster->forceUpdate();
+  enqueue([](LogicBroadcasterProtocol* broadcaster) {
+    if (broadcaster != nullptr) broadcaster->forceUpdate();
   });
 }
 
-void AnalyticsObserver::addLogicBroadcaster(
-    const std::shared_ptr<LogicBroadcasterProtocol>& logicBroadcaster) {
-  logicBroadcaster_ = logicBroadcaster;
-  logicBroadcaster->setOnBackendIdentifiersUpdate(
-      [weak = weak_from_this()](std::optional<std::int64_t> pelorinoId) {
-        if (!pelorinoId || *pelorinoId == 0) return;
-        if (const auto self = weak.lock()) self->tellListener(*pelorinoId);
-      });
+void AnalyticsObserver::addLogicBroadcaster(LogicBroadcasterProtocol* logicBroadcaster) {
+  setLogic(logicBroadcaster);
+  if (logicBroadcaster == nullptr) return;
+  logicBroadcaster->onBackendIdentifiersUpdate = [this](std::optional<std::int64_t> pelorinoId) {
+    if (pelorinoId && *pelorinoId != 0) tellListener(*pelorinoId);
+  };
 }
 
 void AnalyticsObserver::tellListener(std::int64_t pelorinoId) const {

@@ -6,6 +6,7 @@
 
 #include "Guarded.h"
 #include "LogicBroadcasterProtocol.h"
+#include "ModuleFront.h"
 
 namespace pelorino {
 
@@ -13,18 +14,18 @@ namespace pelorino {
 ///
 /// Threads: the listener is set from any thread and called on the incomeQueue; the logic is given
 /// on the incomeQueue.
-class AnalyticsObserver final : public std::enable_shared_from_this<AnalyticsObserver> {
+class AnalyticsObserver final : public ModuleFront<LogicBroadcasterProtocol> {
  public:
   /// Replaces the listener; none clears it. It hears at once of an identifier already known.
   void addIdentifiersListener(std::shared_ptr<PLRIdentifiersListener> identifiersListener);
 
-  void addLogicBroadcaster(const std::shared_ptr<LogicBroadcasterProtocol>& logicBroadcaster);
+  /// The logic goes before this does, or is taken away by null.
+  void addLogicBroadcaster(LogicBroadcasterProtocol* logicBroadcaster);
 
  private:
   void tellListener(std::int64_t pelorinoId) const;
 
   Guarded<std::shared_ptr<PLRIdentifiersListener>> identifiersListener_;
-  std::weak_ptr<LogicBroadcasterProtocol> logicBroadcaster_;
 };
 
 }  // namespace pelorino

@@ -3,10 +3,8 @@
 #include <optional>
 #include <utility>
 
-#include "AnalyticsProxy.h"
 #include "HostCall.h"
 #include "PeopleValidatorRules.h"
-#include "QueueManager.h"
 #include "Validator.h"
 
 namespace pelorino {
@@ -34,26 +32,10 @@ std::optional<PeopleValidatorRules::Property> validateChanges(const char* method
 }  // namespace
 
 template <class Work>
-void PeopleLogic::post(const char* method, Work work) {
-  QueueManager::incomeQueue().addOperation(
-      [weak = weak_from_this(), method, work = std::move(work)]() mutable {
-        const auto self = weak.lock();
-        if (!self) return;
-        const auto service = self->peopleService_;
-        const bool isThere = AnalyticsProxy::validateInitialization(method, service != nullptr);
-        work(isThere ? service.get() : nullptr);
-      });
-}
-
-template <class Work>
 void PeopleLogic::perform(const char* method, Work work) {
   post(method, [work = std::move(work)](PeopleService* service) mutable {
     if (service != nullptr) work(*service);
   });
-}
-
-void PeopleLogic::setPeopleService(std::shared_ptr<PeopleService> peopleService) {
-  peopleService_ = std::move(peopleService);
 }
 
 void PeopleLogic::setReservedValue(PeopleReservedKeys key, PeopleValueType value,

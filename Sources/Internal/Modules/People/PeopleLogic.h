@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ModuleFront.h"
 #include "PeopleReservedKeys.h"
 #include "PeopleService.h"
 
@@ -17,12 +18,12 @@ namespace pelorino {
 /// `method` is what messages call the operation; a constant.
 ///
 /// Threads: any. The service is given on the incomeQueue, and the handlers run there.
-class PeopleLogic final : public std::enable_shared_from_this<PeopleLogic> {
+class PeopleLogic final : public ModuleFront<PeopleService> {
  public:
   using ValueHandler = PeopleService::ValueHandler;
 
   /// None takes it away, and calls are refused again.
-  void setPeopleService(std::shared_ptr<PeopleService> peopleService);
+  void setPeopleService(PeopleService* peopleService) { setLogic(peopleService); }
 
   /// The caller answers for the type of the value.
   void setReservedValue(PeopleReservedKeys key, PeopleValueType value, const char* method);
@@ -36,16 +37,10 @@ class PeopleLogic final : public std::enable_shared_from_this<PeopleLogic> {
  private:
   using Change = void (PeopleService::*)(const std::string& key, const PeopleValueType& value);
 
-  /// Runs `work(service)` on the incomeQueue: with null, behind the line that refuses the call,
-  /// when the library has not been started.
-  template <class Work>
-  void post(const char* method, Work work);
-  /// Runs `work(*service)` there when it has been.
+  /// Runs `work(*service)` on the incomeQueue, where there is one.
   template <class Work>
   void perform(const char* method, Work work);
   void change(std::string key, PeopleValueType value, const char* method, Change operation);
-
-  std::shared_ptr<PeopleService> peopleService_;  ///< Touched on the incomeQueue only.
 };
 
 }  // namespace pelorino

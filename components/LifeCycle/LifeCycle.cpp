@@ -1,7 +1,6 @@
-#include "ApplicationLifeCycle.h"
+#include "LifeCycle.h"
 
 #include <cstddef>
-#include <utility>
 
 namespace pelorino {
 namespace {
@@ -28,10 +27,6 @@ ApplicationLifeCycle::ApplicationLifeCycle(NotificationCenter& notifications) {
           if (const auto listener = held->get().lock()) ((*listener).*operation)();
         });
   }
-}
-
-void ApplicationLifeCycle::setLifeCycleListener(std::weak_ptr<LifeCycleProtocol> listener) {
-  listener_->set(std::move(listener));
 }
 
 }  // namespace pelorino

@@ -1,0 +1,36 @@
+#include "LibraryRun.h"
+
+#include <utility>
+
+#include "System.h"
+
+namespace pelorino {
+
+LibraryRun::LibraryRun(std::unique_ptr<CoreFactory> coreFactory, const std::string& applicationKey,
+                       const std::optional<std::string>& userId, std::function<bool()> isEditorMode)
+    : coreFactory_(std::move(coreFactory)),
+      deviceManager_(coreFactory_->get<IdentifiersRepository>(),
+                     coreFactory_->get<ToolsRepository>(), coreFactory_->platform(),
+                     System::current().executor()),
+      coreManager_(applicationKey, coreFactory_->get<ProjectRepository>(),
+                   coreFactory_->get<UserRepository>()),
+      stateManager_(deviceManager_, coreManager_, coreFactory_->get<UserRepository>(), userId,
+                    std::move(isEditorMode)),
+      services_(*this, *coreFactory_, stateManager_, System::current().clock(),
+                System::current().executor()),
+      analyticsLogic_(*this, stateManager_, services_, System::current().clock()) {}
+
+void LibraryRun::start(const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {
+  coreFactory_->lifeCycle().setLifeCycleListener(weak(analyticsLogic_));
+  analyticsLogic_.prepareCallBacks();
+  analyticsLogic_.applyAnalyticsConfiguration(configuration);
+  analyticsLogic_.tryStartSDK();
+}
+
+void LibraryRun::stop() {
+  coreFactory_->lifeCycle().setLifeCycleListener({});
+  analyticsLogic_.stopSDK();
+  end();
+}
+
+}  // namespace pelorino

@@ -1,0 +1,65 @@
+#include "EventLogic.h"
+
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "AdImpression.h"
+#include "CustomEvent.h"
+#include "Logger.h"
+#include "Referral.h"
+#include "SocialNetworkConnect.h"
+#include "SocialNetworkPost.h"
+
+namespace pelorino {
+
+void EventLogic::perform(CustomEventCall call) {
+  if (!events_.hasSession()) return;
+  events_.add(CustomEvent{.name = std::move(call.name),
+                          .parameters = {std::move_iterator(call.params.begin()),
+                                         std::move_iterator(call.params.end())}});
+}
+
+void EventLogic::perform(SocialNetworkConnectCall call) {
+  if (!events_.hasSession()) return;
+  events_.add(SocialNetworkConnect{.socialNetwork = std::move(call.name)});
+}
+
+void EventLogic::perform(SocialNetworkPostCall call) {
+  if (!events_.hasSession()) return;
+  events_.add(SocialNetworkPost{.socialNetwork = std::move(call.name),
+                                .postReason = std::move(call.reason)});
+}
+
+void EventLogic::perform(AdImpressionCall call) {
+  if (!events_.hasSession()) return;
+  events_.add(AdImpression{.network = std::move(call.network),
+                           .placement = std::move(call.placement),
+                           .unit = std::move(call.unit),
+                           .revenue = call.revenue});
+}
+
+void EventLogic::perform(ReferrerCall call) {
+  if (projectService_.isRefererSent()) {
+    Logger::writeLog(PLRLogLevel::info, "The referrer has been sent");
+    return;
+  }
+  if (!events_.hasSession()) return;
+  const auto valueOf = [&](const char* property) -> std::optional<std::string> {
+    const auto found = call.utmData.find(property);
+    if (found == call.utmData.end()) return std::nullopt;
+    return std::move(found->second);
+  };
+  // Not stamped: a progression has no part in where the user came from.
+  events_.addAsIs(Referral{.timestamp = events_.now(),
+                           .sessionId = *stateManager_.getActiveUser()->sessionId,
+                           .source = valueOf("source"),
+                           .campaign = valueOf("campaign"),
+                           .content = valueOf("content"),
+                           .medium = valueOf("medium"),
+                           .term = valueOf("term")});
+  events_.sendBufferedEvents();
+  projectService_.setIsRefererSent(true);
+}
+
+}  // namespace pelorino

@@ -1,0 +1,36 @@
+#include "UserData.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <string_view>
+
+#include "Logger.h"
+
+namespace pelorino {
+
+void UserData::removeUsers(const std::vector<std::shared_ptr<User>>& users) {
+  if (users.empty()) return;
+  Logger::writeLog(PLRLogLevel::debug, [&] {
+    std::vector<std::string_view> names;
+    for (const auto& user : users) {
+      names.push_back(user->userId ? std::string_view(*user->userId) : std::string_view());
+    }
+    return fmt::format("Remove inactive users [{}]", fmt::join(names, ", "));
+  });
+  userService_.removeUsers(users);
+  eventsService_.removeInactiveUserData(users);
+  currencyAccrualService_.removeInactiveUserData(users);
+  levelResourceService_.removeInactiveUserData(users);
+  reportService_.removeInactiveUserData(users);
+  peopleService_.removeInactiveUserData(users);
+}
+
+void UserData::removeEventsAndResources() {
+  eventsService_.removeAllEvents();
+  reportService_.removeAllReports();
+  levelResourceService_.removeAllResources();
+  currencyAccrualService_.removeAllResources();
+}
+
+}  // namespace pelorino

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "CurrencyAccrualService.h"
+#include "EventsService.h"
+#include "LevelResourceService.h"
+#include "PeopleService.h"
+#include "ReportService.h"
+#include "UserService.h"
+
+namespace pelorino {
+
+/// Removes what is stored of users. A table whose rows belong to a user is emptied here, too.
+///
+/// Threads: the incomeQueue only.
+class UserData final {
+ public:
+  UserData(UserService& userService, EventsService& eventsService,
+           CurrencyAccrualService& currencyAccrualService,
+           LevelResourceService& levelResourceService, ReportService& reportService,
+           PeopleService& peopleService)
+      : userService_(userService),
+        eventsService_(eventsService),
+        currencyAccrualService_(currencyAccrualService),
+        levelResourceService_(levelResourceService),
+        reportService_(reportService),
+        peopleService_(peopleService) {}
+
+  /// The users and all that belongs to them, but for their tutorial marks.
+  void removeUsers(const std::vector<std::shared_ptr<User>>& users);
+
+  /// What of all users has not been sent.
+  void removeEventsAndResources();
+
+ private:
+  UserService& userService_;
+  EventsService& eventsService_;
+  CurrencyAccrualService& currencyAccrualService_;
+  LevelResourceService& levelResourceService_;
+  ReportService& reportService_;
+  PeopleService& peopleService_;
+};
+
+}  // namespace pelorino

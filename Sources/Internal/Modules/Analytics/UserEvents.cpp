@@ -1,0 +1,30 @@
+#include "UserEvents.h"
+
+#include "JsonHelpers.h"
+#include "PeopleEvent.h"
+
+namespace pelorino {
+
+void UserEvents::generatePeopleEvent(bool needFullCard) {
+  if (!projectService_.getTrackingAvailable()) return;
+  if (!needFullCard && !peopleService_.isNeedToSend()) return;
+  if (!hasSession()) return;  // Nothing is lost: what has changed stays marked.
+  PeopleEvent event;
+  if (!peopleService_.isNeedToClear()) {
+    const PeopleProperties properties = peopleService_.getParameters(needFullCard);
+    if (properties.empty()) return;
+    event.parameters =
+        from<AnyCodable::Object>(peopleJson(properties)).value_or(AnyCodable::Object());
+  }
+  add(std::move(event));
+  peopleService_.removeNulls();
+  peopleService_.unmarkUpdated();
+  peopleService_.unmarkCleared();
+}
+
+void UserEvents::sendBufferedEvents() {
+  generatePeopleEvent(false);
+  reportService_.sendBufferedEvents();
+}
+
+}  // namespace pelorino

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <utility>
+
+#include "QueueManager.h"
+
+namespace pelorino {
+
+/// One run of the library, from a start to its end. What the start made belongs to it and goes with
+/// it.
+///
+/// Work that comes back later, from a queue, a timer, the network or the host's store, comes back
+/// through these operations. They keep the run while the work runs, and drop work that comes after
+/// its end. So the parts of a run may name each other by reference in such work.
+///
+/// What outlives a run: the queues, the log, the backend's test address, the table of excluded
+/// events, the uuids of DeliveredReports, and a run that has ended itself, for as long as an
+/// exchange with the backend is under way in it.
+///
+/// Threads: any, but for end().
+class Run : public std::enable_shared_from_this<Run> {
+ public:
+  /// A run whose last owner lets go of it on another thread goes on the incomeQueue: letting go
+  /// must not close files on a thread of the host.
+  template <class Made, class... Arguments>
+  [[nodiscard]] static std::shared_ptr<Made> make(Arguments&&... arguments) {
+    return {new Made(std::forward<Arguments>(arguments)...), &destroyOnIncomeQueue};
+  }
+
+  virtual ~Run() = default;
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+
+  /// The work as a block for whoever calls back: it does nothing once the run has ended.
+  template <class Work>
+  [[nodiscard]] Block block(Work work) {
+    return [weak = weak_from_this(), work = std::move(work)] {
+      const auto run = weak.lock();
+      if (run && !run->hasEnded()) work();
+    };
+  }
+
+  /// Adds the work to a queue.
+  template <class Work>
+  void add(QueueManager& queue, Work work) {
+    queue.addOperation(block(std::move(work)));
+  }
+
+  /// A closure for a timer, or for whoever answers later: each call of it, on any thread, adds
+  /// `work(arguments...)` to the incomeQueue.
+  template <class Work>
+  [[nodiscard]] auto callback(Work work) {
+    return [weak = weak_from_this(), work = std::move(work)](auto... arguments) {
+      QueueManager::incomeQueue().addOperation([weak, work, ... held = std::move(arguments)] {
+        const auto run = weak.lock();
+        if (run && !run->hasEnded()) work(held...);
+      });
+    };
+  }
+
+  /// Adds work to the incomeQueue that is done also after the end of the run. For what the backend
+  /// has accepted and nobody else knows of.
+  template <class Work>
+  void addForSure(Work work) {
+    QueueManager::incomeQueue().addOperation(
+        [run = shared_from_this(), work = std::move(work)] { work(); });
+  }
+
+  [[nodiscard]] bool hasEnded() const { return hasEnded_; }
+
+  /// A part of the run for those who hold it weakly.
+  template <class Part>
+  [[nodiscard]] std::weak_ptr<Part> weak(Part& part) {
+    return std::shared_ptr<Part>(shared_from_this(), &part);
+  }
+
+ protected:
+  Run() = default;
+
+  /// On the incomeQueue.
+  void end() { hasEnded_ = true; }
+
+ private:
+  static void destroyOnIncomeQueue(Run* run) noexcept;
+
+  std::atomic<bool> hasEnded_ = false;
+};
+
+}  // namespace pelorino
