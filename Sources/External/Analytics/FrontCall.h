@@ -1,5 +1,6 @@
 #pragma once
 
+#include <type_traits>
 #include <utility>
 
 #include "Core.h"
@@ -15,7 +16,8 @@ void report(const char* operation, void (AnalyticsProxy::*tracking)(Call), auto 
 
 /// Hands a completion handler to a getter of the front.
 template <class Handler>
-void ask(const char* operation, void (AnalyticsProxy::*getter)(Handler), Handler handler) noexcept {
+void ask(const char* operation, void (AnalyticsProxy::*getter)(Handler),
+         std::type_identity_t<Handler> handler) noexcept {
   publicCall(operation, [&] { (Core::shared()->analyticsProxy().*getter)(std::move(handler)); });
 }
 

@@ -8,7 +8,7 @@
 #include "BackendConfigUrl.h"
 #include "FrontCall.h"
 #include "Host.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "HostText.h"
 #include "Logger.h"
 #include "PLRAnalyticsConfigurationLocal.h"
@@ -123,8 +123,7 @@ void PLRAnalytics::setTestProxyUrl(std::string_view url) noexcept {
 
 void PLRAnalytics::getTestProxyUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  publicCall("getTestProxyUrl",
-             [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testProxyUrl()); });
+  publicCall("getTestProxyUrl", [&] { callHost(urlHandler, BackendConfigUrl::testProxyUrl()); });
 }
 
 void PLRAnalytics::setTestCustomUrl(std::string_view url) noexcept {
@@ -133,8 +132,7 @@ void PLRAnalytics::setTestCustomUrl(std::string_view url) noexcept {
 
 void PLRAnalytics::getTestCustomUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  publicCall("getTestCustomUrl",
-             [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testCustomUrl()); });
+  publicCall("getTestCustomUrl", [&] { callHost(urlHandler, BackendConfigUrl::testCustomUrl()); });
 }
 
 std::string PLRAnalytics::sdkFolderPath() {

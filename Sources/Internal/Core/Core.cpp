@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "EndedOnIncomeQueue.h"
-#include "ExitGate.h"
-#include "ForkedChild.h"
 #include "Host.h"
+#include "HostCode.h"
 #include "Logger.h"
+#include "PublicCall.h"
 #include "QueueManager.h"
 #include "System.h"
 
@@ -45,7 +45,7 @@ Core::Core()
     : analyticsProxy_(std::make_shared<AnalyticsProxy>()),
       peopleLogic_(std::make_shared<PeopleLogic>()),
       analyticsObserver_(std::make_shared<AnalyticsObserver>()) {
-  ExitGate::arm();
+  closeHostCodeAtExit();
 }
 
 Core::~Core() {
@@ -57,8 +57,8 @@ Core::~Core() {
 void Core::initialize(std::string applicationKey,
                       std::optional<PLRAnalyticsConfigurationLocal> configuration) {
   // Now, and on this thread: a start that waits for the application has none of its own yet.
-  ForkedChild::arm();
-  ExitGate::arm();
+  refuseCallsAfterFork();
+  closeHostCodeAtExit();
   const bool inBackground = Host::applicationState() == ApplicationState::background;
   if (inBackground) QueueManager::incomeQueue().pause();
   startInitialize(std::move(applicationKey), std::move(configuration));

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "AnalyticsLogic.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "Logger.h"
 #include "SdkConstraints.h"
 #include "TrackingStatus.h"

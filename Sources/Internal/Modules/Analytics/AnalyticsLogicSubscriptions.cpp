@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "AnalyticsLogic.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "Logger.h"
 #include "RestoredTransactionsEvent.h"
 #include "SubscriptionProductsEvent.h"

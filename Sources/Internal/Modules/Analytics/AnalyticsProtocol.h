@@ -1,19 +1,19 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 #include "Calls.h"
+#include "HostClosure.h"
 
 namespace pelorino {
 
 /// What the analytics module offers, behind its front as behind the logic itself.
 class AnalyticsProtocol {
  public:
-  using TextHandler = std::function<void(const std::string&)>;
-  using BoolHandler = std::function<void(bool)>;
-  using IntegerHandler = std::function<void(std::int64_t)>;
+  using TextHandler = HostClosure<void(const std::string&)>;
+  using BoolHandler = HostClosure<void(bool)>;
+  using IntegerHandler = HostClosure<void(std::int64_t)>;
 
   virtual ~AnalyticsProtocol() = default;
 

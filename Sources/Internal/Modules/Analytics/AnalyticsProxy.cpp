@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "Config.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "Logger.h"
 #include "QueueManager.h"
 #include "Validator.h"
@@ -77,8 +77,7 @@ void AnalyticsProxy::answer(const char* label, Handler completionHandler,
   post(label, [handler = std::move(completionHandler), getter,
                fallback = std::move(fallback)](AnalyticsProtocol* logic) mutable {
     if (logic == nullptr) return callHost(handler, fallback);
-    // The block keeps it: the queue knows that its end is code of the host, too.
-    (logic->*getter)(handler ? Handler(std::ref(handler)) : Handler());
+    (logic->*getter)(std::move(handler));
   });
 }
 

@@ -1,17 +1,14 @@
 #include "AnalyticsObserver.h"
 
-#include <functional>
 #include <utility>
 
-#include "ExitGate.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "QueueManager.h"
 
 namespace pelorino {
 
 void AnalyticsObserver::addIdentifiersListener(
     std::shared_ptr<PLRIdentifiersListener> identifiersListener) {
-  if (identifiersListener) ExitGate::arm();
   identifiersListener_.set(std::move(identifiersListener));
   QueueManager::incomeQueue().addOperation([weak = weak_from_this()] {
     const auto self = weak.lock();
@@ -31,11 +28,10 @@ void AnalyticsObserver::addLogicBroadcaster(
 }
 
 void AnalyticsObserver::tellListener(std::int64_t pelorinoId) const {
-  const ExitGate::Pass pass;  // The end of the listener is code of the host, too.
-  const auto listener = identifiersListener_.get();
-  if (!listener) return;
-  callHost(std::function([&](std::int64_t id) { listener->didReceivePelorinoIdWith(id); }),
-           pelorinoId);
+  const auto held = identifiersListener_.get();
+  if (!held) return;
+  held->run([&](const auto& listener) { listener->didReceivePelorinoIdWith(pelorinoId); },
+            logFailedHandler);
 }
 
 }  // namespace pelorino

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "Guarded.h"
+#include "HostCode.h"
 #include "LogicBroadcasterProtocol.h"
 
 namespace pelorino {
@@ -23,7 +23,7 @@ class AnalyticsObserver final : public std::enable_shared_from_this<AnalyticsObs
  private:
   void tellListener(std::int64_t pelorinoId) const;
 
-  Guarded<std::shared_ptr<PLRIdentifiersListener>> identifiersListener_;
+  HostSlot<std::shared_ptr<PLRIdentifiersListener>> identifiersListener_;
   std::weak_ptr<LogicBroadcasterProtocol> logicBroadcaster_;
 };
 

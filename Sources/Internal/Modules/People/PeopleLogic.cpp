@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "AnalyticsProxy.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "PeopleValidatorRules.h"
 #include "QueueManager.h"
 #include "Validator.h"

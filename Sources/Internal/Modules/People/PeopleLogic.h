@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "HostClosure.h"
 #include "PeopleReservedKeys.h"
 #include "PeopleService.h"
 
@@ -19,7 +21,7 @@ namespace pelorino {
 /// Threads: any. The service is given on the incomeQueue, and the handlers run there.
 class PeopleLogic final : public std::enable_shared_from_this<PeopleLogic> {
  public:
-  using ValueHandler = PeopleService::ValueHandler;
+  using ValueHandler = HostClosure<void(const std::optional<PeopleValueType>& value)>;
 
   /// None takes it away, and calls are refused again.
   void setPeopleService(std::shared_ptr<PeopleService> peopleService);
