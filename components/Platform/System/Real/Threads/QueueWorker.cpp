@@ -32,7 +32,7 @@ const QueueWorker* QueueWorker::current() {
 
 void QueueWorker::add(Block block) {
   if (ForkedChild::isHere()) return;
-  Lock lock(mutex_);
+  MutexLock lock(mutex_);
   if (isClosed_) return;
   waiting_.push_back(std::move(block));
   ++added_;
@@ -41,15 +41,15 @@ void QueueWorker::add(Block block) {
 
 void QueueWorker::pause() {
   if (ForkedChild::isHere()) return;
-  const Lock lock(mutex_);
+  const MutexLock lock(mutex_);
   isPaused_ = true;
   setHeld();
-  progress_.notify_all();
+  progress_.notifyAll();
 }
 
 void QueueWorker::resume() {
   if (ForkedChild::isHere()) return;
-  Lock lock(mutex_);
+  MutexLock lock(mutex_);
   isPaused_ = false;
   setHeld();
   if (hasWork()) ensureRunning(lock);
@@ -57,14 +57,15 @@ void QueueWorker::resume() {
 
 void QueueWorker::close() noexcept {
   if (ForkedChild::isHere()) return;
-  Lock lock(mutex_);
+  MutexLock lock(mutex_);
   isClosed_ = true;
   setHeld();
   const bool hasThread = hasThread_;
-  progress_.notify_all();
-  work_.notify_one();
-  // A block may hold the last reference to something that calls this queue again. Nobody adds to a
-  // closed one, and its batch is the thread's while there is one.
+  progress_.notifyAll();
+  work_.notifyOne();
+  // Without the lock, which the check would want: a block may hold the last reference to something
+  // that calls this queue again. Nobody adds to a closed one, and its batch is the thread's while
+  // there is one.
   lock.unlock();
   waiting_.clear();
   if (!hasThread) batch_.clear();
@@ -72,22 +73,23 @@ void QueueWorker::close() noexcept {
 
 void QueueWorker::waitUntilAllBlocksAreFinished() {
   if (currentWorker == this || ForkedChild::isHere()) return;
-  Lock lock(mutex_);
+  MutexLock lock(mutex_);
   const std::uint64_t last = added_;
   waiters_.fetch_add(1, std::memory_order_seq_cst);
   const auto isOver = [&] {
+    mutex_.assertHeld();
     if (finished() >= last || ExitGate::isClosed()) return true;
     if (isHeld_.load(std::memory_order_seq_cst)) return !isRunning();
     if (!hasThread_) ensureRunning(lock);
     return !hasThread_;
   };
-  while (!isOver()) progress_.wait_for(lock, exitCheckInterval);
+  while (!isOver()) progress_.waitFor(lock, exitCheckInterval);
   waiters_.fetch_sub(1, std::memory_order_seq_cst);
 }
 
 void QueueWorker::schedule(std::shared_ptr<TimerSchedule::Entry> entry) {
   if (ForkedChild::isHere()) return;
-  Lock lock(mutex_);
+  MutexLock lock(mutex_);
   const auto before = timers_.nextWakeUp();
   timers_.add(std::move(entry));
   if (!hasThread_ || !before || *timers_.nextWakeUp() < *before) ensureRunning(lock);
@@ -96,7 +98,7 @@ void QueueWorker::schedule(std::shared_ptr<TimerSchedule::Entry> entry) {
 void QueueWorker::cancel(std::shared_ptr<TimerSchedule::Entry>& entry) {
   std::shared_ptr<TimerSchedule::Entry> cancelled;  // Destroyed after the lock is released.
   if (ForkedChild::isHere()) return;
-  Lock lock(mutex_);
+  MutexLock lock(mutex_);
   if (!entry) return;
   cancelled.swap(entry);
   cancelled->isCancelled.store(true, std::memory_order_release);
@@ -106,15 +108,16 @@ void QueueWorker::cancel(std::shared_ptr<TimerSchedule::Entry>& entry) {
 }
 
 /// Starts or wakes the thread. The lock may be released afterwards: a thread that is woken while
-/// the lock is held would go straight back to sleep on it.
-void QueueWorker::ensureRunning(Lock& lock) {
+/// the lock is held would go straight back to sleep on it. That release is the lock's own to know:
+/// the check of locks takes it for held until the caller returns.
+void QueueWorker::ensureRunning(MutexLock& lock) {
   if (isPaused_ || isClosed_) return;
   if (!hasThread_) {
     hasThread_ = startThread();
   } else if (isAsleep_) {
     isAsleep_ = false;
     lock.unlock();
-    work_.notify_one();
+    work_.notifyOne();
   }
 }
 
@@ -140,7 +143,7 @@ void QueueWorker::runUntilIdle() {
 
 /// False when the thread has to end.
 bool QueueWorker::takeBatch() {
-  Lock lock(mutex_);
+  MutexLock lock(mutex_);
   while (!isClosed_) {
     if (!isPaused_) {
       takeDueTimers();
@@ -171,14 +174,14 @@ void QueueWorker::takeDueTimers() {
 }
 
 /// False when the idle time has passed and nothing has come.
-bool QueueWorker::sleep(Lock& lock) {
+bool QueueWorker::sleep(MutexLock& lock) {
   isAsleep_ = true;
   bool isIdle = false;
   const auto wakeUp = isPaused_ ? std::nullopt : timers_.nextWakeUp();
   if (wakeUp) {
-    work_.wait_until(lock, *wakeUp);
+    work_.waitUntil(lock, *wakeUp);
   } else {
-    isIdle = work_.wait_for(lock, idleTime_) == std::cv_status::timeout && isAsleep_ && !isClosed_;
+    isIdle = work_.waitFor(lock, idleTime_) == std::cv_status::timeout && isAsleep_ && !isClosed_;
   }
   isAsleep_ = false;
   return !isIdle;
@@ -217,8 +220,8 @@ void QueueWorker::endBlock() {
 }
 
 void QueueWorker::wakeWaiters() {
-  const Lock lock(mutex_);
-  progress_.notify_all();
+  const MutexLock lock(mutex_);
+  progress_.notifyAll();
 }
 
 void QueueWorker::setHeld() {

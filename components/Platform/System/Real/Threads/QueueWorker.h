@@ -2,15 +2,14 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "Block.h"
 #include "ExceptionOutlet.h"
+#include "Mutex.h"
 #include "TimerSchedule.h"
 
 namespace pelorino {
@@ -36,7 +35,7 @@ class QueueWorker final : public std::enable_shared_from_this<QueueWorker> {
 
   /// Drops what waits; a running block ends, and the thread with it. Nothing runs afterwards.
   /// Called once.
-  void close() noexcept;
+  void close() noexcept PLR_LOCKING_UNCHECKED;
 
   /// When the timer is due, its block runs like one that was added then.
   void schedule(std::shared_ptr<TimerSchedule::Entry> entry);
@@ -48,20 +47,18 @@ class QueueWorker final : public std::enable_shared_from_this<QueueWorker> {
   [[nodiscard]] static const QueueWorker* current();
 
  private:
-  using Lock = std::unique_lock<std::mutex>;
-
   void runUntilIdle();
   bool takeBatch();
-  void takeDueTimers();
-  bool sleep(Lock& lock);
+  void takeDueTimers() PLR_REQUIRES(mutex_);
+  bool sleep(MutexLock& lock) PLR_REQUIRES(mutex_);
   void runBatch();
   bool beginBlock();
   void endBlock();
-  void setHeld();
-  void ensureRunning(Lock& lock);
+  void setHeld() PLR_REQUIRES(mutex_);
+  void ensureRunning(MutexLock& lock) PLR_REQUIRES(mutex_) PLR_LOCKING_UNCHECKED;
   [[nodiscard]] bool startThread() noexcept;
   void wakeWaiters();
-  [[nodiscard]] bool hasWork() const;
+  [[nodiscard]] bool hasWork() const PLR_REQUIRES(mutex_);
   [[nodiscard]] bool isRunning() const;
   [[nodiscard]] std::uint64_t finished() const;
 
@@ -69,17 +66,16 @@ class QueueWorker final : public std::enable_shared_from_this<QueueWorker> {
   const std::shared_ptr<const ExceptionOutlet> outlet_;
   const std::chrono::milliseconds idleTime_;
 
-  std::mutex mutex_;
-  // Guarded by mutex_.
-  std::condition_variable work_;
-  std::condition_variable progress_;
-  std::deque<Block> waiting_;
-  TimerSchedule timers_;
-  std::uint64_t added_ = 0;
-  bool hasThread_ = false;
-  bool isAsleep_ = false;
-  bool isPaused_ = false;
-  bool isClosed_ = false;
+  Mutex mutex_;
+  Condition work_;
+  Condition progress_;
+  std::deque<Block> waiting_ PLR_GUARDED_BY(mutex_);
+  TimerSchedule timers_ PLR_GUARDED_BY(mutex_);
+  std::uint64_t added_ PLR_GUARDED_BY(mutex_) = 0;
+  bool hasThread_ PLR_GUARDED_BY(mutex_) = false;
+  bool isAsleep_ PLR_GUARDED_BY(mutex_) = false;
+  bool isPaused_ PLR_GUARDED_BY(mutex_) = false;
+  bool isClosed_ PLR_GUARDED_BY(mutex_) = false;
 
   // Of the thread that runs; guarded by mutex_ while there is none.
   std::deque<Block> batch_;

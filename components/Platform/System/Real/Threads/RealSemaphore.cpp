@@ -12,15 +12,17 @@ constexpr std::chrono::milliseconds longestWait = std::chrono::years{10};
 
 void RealSemaphore::signal() {
   // Under the lock: the waiter may destroy the semaphore as soon as it has the signal.
-  const std::lock_guard lock(mutex_);
+  const MutexLock lock(mutex_);
   ++signals_;
-  signalled_.notify_one();
+  signalled_.notifyOne();
 }
 
 bool RealSemaphore::wait(std::chrono::milliseconds timeout) {
-  std::unique_lock lock(mutex_);
-  const auto isSignalled = [this] { return signals_ > 0; };
-  if (!signalled_.wait_for(lock, std::min(timeout, longestWait), isSignalled)) return false;
+  const auto end = std::chrono::steady_clock::now() + std::min(timeout, longestWait);
+  MutexLock lock(mutex_);
+  while (signals_ == 0) {
+    if (signalled_.waitUntil(lock, end) == std::cv_status::timeout && signals_ == 0) return false;
+  }
   --signals_;
   return true;
 }

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
-#include <mutex>
 
 #include "Executor.h"
+#include "Mutex.h"
 
 namespace pelorino {
 
@@ -14,9 +13,9 @@ class RealSemaphore final : public Semaphore {
   [[nodiscard]] bool wait(std::chrono::milliseconds timeout) override;
 
  private:
-  std::mutex mutex_;
-  std::condition_variable signalled_;
-  std::uint64_t signals_ = 0;  // Guarded by mutex_.
+  Mutex mutex_;
+  Condition signalled_;
+  std::uint64_t signals_ PLR_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace pelorino
