@@ -2,13 +2,10 @@
 
 #include <atomic>
 #include <chrono>
-#include <exception>
-#include <memory>
 #include <utility>
 
-#include "ExitGate.h"
 #include "ForkedChild.h"
-#include "Guarded.h"
+#include "HostCode.h"
 #include "Polling.h"
 
 namespace pelorino {
@@ -24,8 +21,8 @@ constexpr auto closurePollInterval = 100us;
 struct State {
   std::atomic<int> writers{0};  ///< Threads in the closure, each as often as it has entered it.
   std::atomic<PLRLogLevel> level{PLRLogLevel::error};
-  Guarded<std::shared_ptr<const Logger::EngineClosure>> engineClosure;
-  Guarded<std::shared_ptr<const Logger::Closure>> closure;
+  HostSlot<Logger::EngineClosure> engineClosure;
+  HostSlot<Logger::Closure> closure;
 };
 
 /// Never destroyed: lines may be written while the process exits. Not made on first use either: in
@@ -45,11 +42,7 @@ State& state() {
   return lasting.state;
 }
 
-template <class Closure>
-std::shared_ptr<const Closure> shared(Closure closure) {
-  if (!closure) return nullptr;
-  return std::make_shared<const Closure>(std::move(closure));
-}
+using HeldClosure = HostSlot<Logger::EngineClosure>::Held;
 
 class Writing {
  public:
@@ -69,18 +62,23 @@ bool isOtherThreadWriting() {
   return state().writers.load(std::memory_order_relaxed) > ownWriting;
 }
 
-/// In a forked child a thread that is gone may have taken the lock of the slot, or, inside the
-/// closure, one of the host's own.
-std::shared_ptr<const Logger::EngineClosure> engineClosure() {
-  const auto& slot = state().engineClosure;
-  if (!ForkedChild::isHere()) return slot.get();
-  return isOtherThreadWriting() ? nullptr : slot.tryGet().value_or(nullptr);
+/// In a forked child a thread that is gone may have taken, inside the closure, a lock of the
+/// host's.
+HeldClosure engineClosure() {
+  if (ForkedChild::isHere() && isOtherThreadWriting()) return nullptr;
+  return state().engineClosure.get();
 }
 
 /// Until no other thread runs the closure any more. Not from within one.
-void waitForEndOf(const std::shared_ptr<const Logger::EngineClosure>& closure) {
+void waitForEndOf(const HeldClosure& closure) {
   if (ownWriting > 0) return;
   pollFor(closurePatience, closurePollInterval, [&] { return closure.use_count() <= 1; });
+}
+
+template <class Closure>
+Closure copyOf(const HostSlot<Closure>& slot) {
+  const auto held = slot.get();
+  return held ? held->handle() : Closure{};
 }
 
 }  // namespace
@@ -94,42 +92,35 @@ void Logger::setLogLevel(PLRLogLevel level) noexcept {
 }
 
 Logger::EngineClosure Logger::engineLoggerMessageClosure() {
-  const auto closure = state().engineClosure.get();
-  return closure ? *closure : EngineClosure{};
+  return copyOf(state().engineClosure);
 }
 
 void Logger::setEngineLoggerMessageClosure(EngineClosure closure) {
-  ExitGate::arm();
-  auto former = shared(std::move(closure));
-  state().engineClosure.update([&](auto& current) { std::swap(current, former); });
-  waitForEndOf(former);
+  waitForEndOf(state().engineClosure.exchange(std::move(closure)));
 }
 
 Logger::Closure Logger::loggerMessageClosure() {
-  const auto closure = state().closure.get();
-  return closure ? *closure : Closure{};
+  return copyOf(state().closure);
 }
 
 void Logger::setLoggerMessageClosure(Closure closure) {
-  state().closure.set(shared(std::move(closure)));
+  state().closure.set(std::move(closure));
 }
 
 void Logger::deliver(PLRLogLevel level, std::string_view message) {
-  auto closure = engineClosure();
-  if (!closure) return;
-  std::string line = description(level);
-  line.reserve(line.size() + 1 + message.size());
-  line += ' ';
-  line += message;
-  const Writing writing;
-  const ExitGate::TryPass pass;
-  if (!pass.isInside()) return;
-  try {
-    (*closure)(level, line);
-  } catch (...) {  // NOLINT(bugprone-empty-catch)
-    // The host's own exception has nowhere to go: the closure is the only outlet there is.
-  }
-  closure = nullptr;  // Inside: it may be the last reference to what the host has put in there.
+  const auto write = [&] {
+    auto closure = engineClosure();
+    if (!closure) return;
+    std::string line = description(level);
+    line.reserve(line.size() + 1 + message.size());
+    line += ' ';
+    line += message;
+    const Writing writing;
+    closure->handle()(level, line);
+    closure = nullptr;  // While this counts as writing, and inside: it may be the last reference.
+  };
+  // The host's own exception has nowhere to go: the closure is the only outlet there is.
+  runHostCode<HostEntry::neverSleeping>(write, [](const char*) {});
 }
 
 }  // namespace pelorino

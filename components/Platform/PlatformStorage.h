@@ -8,7 +8,8 @@
 
 namespace pelorino {
 
-/// Remembers a device identifier for the life of the process.
+/// Remembers a device identifier for the life of the process. Interface only: the library keeps its
+/// identifiers in the keychain.
 class PlatformStorageProtocol {
  public:
   virtual ~PlatformStorageProtocol() = default;

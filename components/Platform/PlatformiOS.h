@@ -7,7 +7,7 @@
 #include "IdentifierGateway.h"
 #include "PlatformProtocol.h"
 #include "PlatformStorage.h"
-#include "SDKGateway.h"
+#include "SdkConstraints.h"
 
 namespace pelorino {
 

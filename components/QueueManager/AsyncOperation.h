@@ -6,7 +6,8 @@
 
 namespace pelorino {
 
-/// A piece of work that goes on after start() has returned, and ends when it says so.
+/// Interface only: nothing of the library uses it yet. A piece of work that goes on after start()
+/// has returned, and ends when it says so.
 ///
 /// The work sets `state` to finished when it is done, and only after start() has returned: start()
 /// itself leaves the operation executing.

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "HostTest.h"
-#include "IdentifierCollector.h"
+#include "IdentifierGateway.h"
 #include "LogCapture.h"
 #include "MemoryKeyStore.h"
 

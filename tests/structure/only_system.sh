@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # only_system.sh TREE: fails if a source of the library outside components/Platform/System names a
-# thread, a lock, a clock, a wait, a random device or curl. Comments do not count.
+# thread, a lock, a clock, a wait, a random device or curl, or one outside its Real/Http curl.
+# Comments do not count.
 set -euo pipefail
 cd "$1"
 
@@ -31,6 +32,13 @@ done
 found=$(sources -not -path 'components/Platform/System/*' | places)
 if [[ -n $found ]]; then
   echo "outside components/Platform/System:"
+  echo "$found"
+  exit 1
+fi
+
+found=$(sources -not -path 'components/Platform/System/Real/Http/*' | places | grep -i curl_ || true)
+if [[ -n $found ]]; then
+  echo "curl outside components/Platform/System/Real/Http:"
   echo "$found"
   exit 1
 fi

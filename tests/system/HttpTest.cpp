@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "CurlExchange.h"
-#include "HttpUrl.h"
 #include "LoopbackServer.h"
 #include "RealQueue.h"
 #include "SystemTestSupport.h"

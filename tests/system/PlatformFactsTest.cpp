@@ -6,10 +6,9 @@
 #include <fstream>
 #include <regex>
 
-#include "RealClock.h"
 #include "RealFacts.h"
 #include "RealFiles.h"
-#include "RealRandom.h"
+#include "RealSystem.h"
 #include "TemporaryFolder.h"
 
 namespace pelorino {

@@ -8,7 +8,7 @@
 #include "BackendConfigUrl.h"
 #include "Front.h"
 #include "Host.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "HostText.h"
 #include "Logger.h"
 #include "PLRAnalyticsConfigurationLocal.h"
@@ -116,7 +116,7 @@ void PLRAnalytics::setTestProxyUrl(std::string_view url) noexcept {
 
 void PLRAnalytics::getTestProxyUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  enter("getTestProxyUrl", [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testProxyUrl()); });
+  enter("getTestProxyUrl", [&] { callHost(urlHandler, BackendConfigUrl::testProxyUrl()); });
 }
 
 void PLRAnalytics::setTestCustomUrl(std::string_view url) noexcept {
@@ -125,7 +125,7 @@ void PLRAnalytics::setTestCustomUrl(std::string_view url) noexcept {
 
 void PLRAnalytics::getTestCustomUrl(
     const std::function<void(const std::string&)>& urlHandler) noexcept {
-  enter("getTestCustomUrl", [&] { callHostAtOnce(urlHandler, BackendConfigUrl::testCustomUrl()); });
+  enter("getTestCustomUrl", [&] { callHost(urlHandler, BackendConfigUrl::testCustomUrl()); });
 }
 
 std::string PLRAnalytics::sdkFolderPath() {

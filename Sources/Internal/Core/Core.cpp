@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <utility>
 
-#include "ExitGate.h"
-#include "ForkedChild.h"
+#include "Entry.h"
 #include "Host.h"
+#include "HostCode.h"
 #include "Logger.h"
 #include "QueueManager.h"
 #include "System.h"
@@ -36,7 +36,7 @@ Core::Core()
     : analyticsProxy_(std::make_shared<AnalyticsProxy>()),
       peopleLogic_(std::make_shared<PeopleLogic>()),
       analyticsObserver_(std::make_shared<AnalyticsObserver>()) {
-  ExitGate::arm();
+  closeHostCodeAtExit();
 }
 
 Core::~Core() {
@@ -48,8 +48,8 @@ Core::~Core() {
 void Core::initialize(std::string applicationKey,
                       std::optional<PLRAnalyticsConfigurationLocal> configuration) {
   // Now, and on this thread: a start that waits for the application has none of its own yet.
-  ForkedChild::arm();
-  ExitGate::arm();
+  refuseCallsAfterFork();
+  closeHostCodeAtExit();
   const bool inBackground = Host::applicationState() == ApplicationState::background;
   if (inBackground) QueueManager::incomeQueue().pause();
   startInitialize(std::move(applicationKey), std::move(configuration));

@@ -9,7 +9,6 @@
 #include <string_view>
 #include <utility>
 
-#include "ExitGate.h"
 #include "Logger.h"
 #include "QueueManager.h"
 #include "StoreValues.h"
@@ -20,19 +19,6 @@ namespace {
 
 constexpr std::int64_t requestTimeout = 60;     ///< Seconds of one unit of waiting.
 constexpr std::int64_t longestRequestWait = 4;  ///< In those units.
-
-/// Runs code of the host's store. What it throws ends here, as the text of an error.
-template <class Work>
-std::optional<std::string> callStore(Work work) {
-  const ExitGate::Pass pass;
-  try {
-    return work();
-  } catch (const std::exception& error) {
-    return error.what();
-  } catch (...) {
-    return "The store ended with an unknown error";
-  }
-}
 
 }  // namespace
 
@@ -82,34 +68,29 @@ void SubscriptionService::startRequest() {
   requestRetry_.reset();
   cancelRequest();
   const auto handler = handlerOf(++lastRequest_);
-  auto error = callStore([&]() -> std::optional<std::string> {
-    const auto store = store_();
-    if (!store) return "The host has set no store";
+  if (const auto error = askStore(handler)) handler({.products = {}, .error = error});
+}
+
+std::optional<std::string> SubscriptionService::askStore(const PLRStore::ProductsHandler& handler) {
+  std::optional<std::string> error;
+  const auto fail = [&](const char* what) {
+    error = what == nullptr ? "The store ended with an unknown error" : what;
+  };
+  const auto held = store_();
+  if (!held) return "The host has set no store";
+  const auto makeRequest = [&](const auto& store) {
     productRequest_ =
         store->makeProductsRequest({productList_.begin(), productList_.end()}, handler);
-    if (!productRequest_) return "The store has made no request";
-    return std::nullopt;
-  });
-  if (!error) {
-    error = callStore([this]() -> std::optional<std::string> {
-      productRequest_->start();
-      return std::nullopt;
-    });
-  }
-  if (error) handler({.products = {}, .error = error});
+  };
+  held->run(makeRequest, fail);
+  if (!error && !productRequest_) return "The store has made no request";
+  productRequest_.run([](const auto& request) { request->start(); }, fail);
+  return error;
 }
 
 void SubscriptionService::cancelRequest() {
   // What it still says no longer matters.
-  static_cast<void>(callStore([this]() -> std::optional<std::string> {
-    if (productRequest_) productRequest_->cancel();
-    return std::nullopt;
-  }));
-  dropRequest();
-}
-
-void SubscriptionService::dropRequest() {
-  const ExitGate::Pass pass;  // The end of the request is code of the host, too.
+  productRequest_.run([](const auto& request) { request->cancel(); }, [](const char*) {});
   productRequest_.reset();
 }
 
@@ -130,7 +111,7 @@ PLRStore::ProductsHandler SubscriptionService::handlerOf(std::int64_t request) {
 void SubscriptionService::receive(std::int64_t request, const SKProductsResponse& response) {
   if (request != lastRequest_) return;
   ++lastRequest_;  // A second answer to it does not count either.
-  dropRequest();
+  productRequest_.reset();
   if (response.error) {
     retryAfter(repairUtf8(*response.error));
     return;

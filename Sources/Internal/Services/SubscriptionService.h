@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "Executor.h"
+#include "Host.h"
+#include "HostCode.h"
 #include "HostFacts.h"
 #include "Run.h"
 #include "StateManager.h"
@@ -26,7 +28,7 @@ namespace pelorino {
 /// Threads: the incomeQueue only. The store may answer on any thread.
 class SubscriptionService final {
  public:
-  using StoreSource = std::function<std::shared_ptr<PLRStore>()>;
+  using StoreSource = std::function<Host::HeldStore()>;
   using ProductsCallback = std::function<void(const std::vector<SubscriptionProduct>& products)>;
   using TransactionTable = std::map<std::string, std::vector<std::string>>;
 
@@ -87,7 +89,8 @@ class SubscriptionService final {
   void change(Change change);
 
   void startRequest();
-  void dropRequest();
+  /// Empty, or why the host's store has not been asked.
+  [[nodiscard]] std::optional<std::string> askStore(const PLRStore::ProductsHandler& handler);
   /// Any thread.
   [[nodiscard]] PLRStore::ProductsHandler handlerOf(std::int64_t request);
   void receive(std::int64_t request, const SKProductsResponse& response);
@@ -104,7 +107,8 @@ class SubscriptionService final {
 
   std::vector<std::string> productList_;  ///< What the last request asks for.
   ProductsCallback requestProductsCallback_;
-  std::shared_ptr<SKProductsRequest> productRequest_;  ///< None while no answer is awaited.
+  /// None while no answer is awaited.
+  HostHeld<std::shared_ptr<SKProductsRequest>> productRequest_;
   std::int64_t lastRequest_ = 0;  ///< Number of the request whose answer counts.
   std::int64_t requestAttempt_ = 1;
   std::unique_ptr<Timer> requestRetry_;

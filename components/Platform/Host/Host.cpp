@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "DescribedExchange.h"
-#include "ExitGate.h"
 #include "Guarded.h"
+#include "HostCode.h"
 #include "ResolvedHost.h"
 #include "System.h"
 
@@ -16,7 +16,7 @@ struct State {
   Guarded<std::shared_ptr<const HostDescription>> description{
       std::make_shared<const HostDescription>()};
   Guarded<ApplicationState> applicationState{ApplicationState::active};
-  Guarded<std::shared_ptr<PLRStore>> store;
+  HostSlot<std::shared_ptr<PLRStore>> store;
 };
 
 State& state() {
@@ -27,7 +27,7 @@ State& state() {
 }  // namespace
 
 void Host::describe(HostDescription description) {
-  ExitGate::arm();
+  closeHostCodeAtExit();
   state().description.set(std::make_shared<const HostDescription>(std::move(description)));
 }
 
@@ -43,12 +43,11 @@ void Host::setApplicationState(ApplicationState applicationState) {
   state().applicationState.set(applicationState);
 }
 
-std::shared_ptr<PLRStore> Host::store() {
+Host::HeldStore Host::store() {
   return state().store.get();
 }
 
 void Host::setStore(std::shared_ptr<PLRStore> store) {
-  if (store) ExitGate::arm();
   state().store.set(std::move(store));
 }
 

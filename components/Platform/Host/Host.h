@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "HostCode.h"
 #include "HostDescription.h"
 
 namespace pelorino {
@@ -32,7 +33,8 @@ class Host final {
   static void setApplicationState(ApplicationState state);
 
   /// None until told otherwise.
-  [[nodiscard]] static std::shared_ptr<PLRStore> store();
+  using HeldStore = HostSlot<std::shared_ptr<PLRStore>>::Held;
+  [[nodiscard]] static HeldStore store();
   static void setStore(std::shared_ptr<PLRStore> store);
 
   /// The description in force at each read, completed from the current system.

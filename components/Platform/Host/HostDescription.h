@@ -1,9 +1,10 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "HostClosure.h"
 
 namespace pelorino {
 
@@ -39,7 +40,7 @@ struct HostDescription {
   std::optional<HostScreen> screen;
   std::optional<std::string> machine;
   std::optional<std::string> systemVersion;
-  std::function<bool()> integrityProbe;
+  HostClosure<bool()> integrityProbe;
 };
 
 }  // namespace pelorino

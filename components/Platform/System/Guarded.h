@@ -4,6 +4,8 @@
 #include <optional>
 #include <utility>
 
+#include "Mutex.h"
+
 namespace pelorino {
 
 /// A value that several threads read and write whole. The lock is held for one copy or one move,
@@ -15,18 +17,19 @@ class Guarded {
   explicit Guarded(T value) : value_(std::move(value)) {}
 
   [[nodiscard]] T get() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return value_;
   }
 
   /// Nothing when the lock is taken. For a forked child, where the taker may be gone.
   [[nodiscard]] std::optional<T> tryGet() const {
-    const std::unique_lock lock(mutex_, std::try_to_lock);
-    return lock ? std::optional(value_) : std::nullopt;
+    if (!mutex_.tryLock()) return std::nullopt;
+    const MutexLock lock(mutex_, std::adopt_lock);
+    return value_;
   }
 
   void set(T value) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     std::swap(value_, value);
     // The old value is destroyed with the argument, after the lock is released.
   }
@@ -34,13 +37,13 @@ class Guarded {
   /// Runs `change` on the value under the lock; it must be short and must not call out.
   template <class Change>
   auto update(Change&& change) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return std::forward<Change>(change)(value_);
   }
 
  private:
-  mutable std::mutex mutex_;
-  T value_{};
+  mutable Mutex mutex_;
+  T value_ PLR_GUARDED_BY(mutex_){};
 };
 
 }  // namespace pelorino

@@ -2,17 +2,10 @@
 
 #include <atomic>
 
-#include "RealSystem.h"
-
 namespace pelorino {
 namespace {
 
 constinit std::atomic<System*> inUse{nullptr};
-
-System& real() {
-  static System& instance = *new RealSystem;
-  return instance;
-}
 
 }  // namespace
 

@@ -40,6 +40,10 @@ class System {
   /// Puts another system in place of the real one, for the life of the process. Call it before
   /// anything else of the library.
   static void install(System& system);
+
+ private:
+  /// Defined by the row of the real system, which nothing here can include.
+  static System& real();
 };
 
 }  // namespace pelorino

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "ExitGate.h"
+#include "HostCode.h"
 #include "Logger.h"
 #include "System.h"
 
@@ -54,14 +55,23 @@ SerialQueue& makeQueue() {
   return *System::current().executor().makeQueue("com.pelorino.child").release();
 }
 
-void callHost() {
-  const ExitGate::Pass pass;
+void useHost() {
   if (!hostState.isAlive) ::_exit(usedTooLate);
 }
 
-/// Adds a block that runs `work` over and over.
+void callHost() {
+  runHostCode(useHost, [](const char*) {});
+}
+
+/// What a host may have put into a closure.
+struct UsesHostAtItsEnd {
+  ~UsesHostAtItsEnd() { useHost(); }
+};
+
+/// Adds a block that runs `work` over and over, and ends with something of the host's.
 void repeatOn(SerialQueue& queue, const std::function<void()>& work) {
-  queue.add([&queue, work] {
+  const HostHeld<std::shared_ptr<UsesHostAtItsEnd>> held(std::make_shared<UsesHostAtItsEnd>());
+  queue.add([&queue, work, held] {
     work();
     repeatOn(queue, work);
   });

@@ -11,7 +11,7 @@ void AnalyticsProxy::initialize(AnalyticsLogic* analyticsLogic) {
   analyticsLogic->onCustomEventParamsCountUpdate = keep;
 }
 
-void AnalyticsProxy::isInited(std::function<void(bool)> completionHandler) {
+void AnalyticsProxy::isInited(HostClosure<void(bool)> completionHandler) {
   enqueue([handler = std::move(completionHandler)](const AnalyticsLogic* logic) {
     callHost(handler, logic != nullptr);
   });

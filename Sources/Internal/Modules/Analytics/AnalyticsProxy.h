@@ -2,13 +2,12 @@
 
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <utility>
 
 #include "AnalyticsLogic.h"
 #include "Config.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "ModuleFront.h"
 
 namespace pelorino {
@@ -22,7 +21,7 @@ class AnalyticsProxy final : public ModuleFront<AnalyticsLogic> {
   /// Gives the logic; null takes it away, and calls are refused again.
   void initialize(AnalyticsLogic* analyticsLogic);
 
-  void isInited(std::function<void(bool)> completionHandler);
+  void isInited(HostClosure<void(bool)> completionHandler);
 
   /// Has the logic perform what the call's rule makes of it, unless the rule rejects it or the
   /// backend has switched it off.
@@ -55,10 +54,11 @@ void AnalyticsProxy::perform(Call call) {
 
 template <class Query, class Handler>
 void AnalyticsProxy::answer(Handler completionHandler) {
-  post(Query::label, [handler = std::move(completionHandler)](AnalyticsLogic* logic) {
-    using Answer = typename Query::Answer;
-    callHost(handler, logic != nullptr ? logic->answer(Query()) : Answer(Query::fallback));
-  });
+  post(Query::label,
+       [handler = HostHeld<Handler>(std::move(completionHandler))](AnalyticsLogic* logic) {
+         using Answer = typename Query::Answer;
+         callHost(handler, logic != nullptr ? logic->answer(Query()) : Answer(Query::fallback));
+       });
 }
 
 }  // namespace pelorino

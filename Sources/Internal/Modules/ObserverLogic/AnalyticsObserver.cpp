@@ -1,16 +1,13 @@
 #include "AnalyticsObserver.h"
 
-#include <functional>
 #include <utility>
 
-#include "ExitGate.h"
-#include "HostCall.h"
+#include "HostClosure.h"
 
 namespace pelorino {
 
 void AnalyticsObserver::addIdentifiersListener(
     std::shared_ptr<PLRIdentifiersListener> identifiersListener) {
-  if (identifiersListener) ExitGate::arm();
   identifiersListener_.set(std::move(identifiersListener));
   enqueue([](LogicBroadcasterProtocol* broadcaster) {
     if (broadcaster != nullptr) broadcaster->forceUpdate();
@@ -26,11 +23,10 @@ void AnalyticsObserver::addLogicBroadcaster(LogicBroadcasterProtocol* logicBroad
 }
 
 void AnalyticsObserver::tellListener(std::int64_t pelorinoId) const {
-  const ExitGate::Pass pass;  // The end of the listener is code of the host, too.
-  const auto listener = identifiersListener_.get();
-  if (!listener) return;
-  callHost(std::function([&](std::int64_t id) { listener->didReceivePelorinoIdWith(id); }),
-           pelorinoId);
+  const auto held = identifiersListener_.get();
+  if (!held) return;
+  held->run([&](const auto& listener) { listener->didReceivePelorinoIdWith(pelorinoId); },
+            logFailedHandler);
 }
 
 }  // namespace pelorino

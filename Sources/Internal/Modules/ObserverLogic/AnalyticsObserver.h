@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "Guarded.h"
+#include "HostCode.h"
 #include "LogicBroadcasterProtocol.h"
 #include "ModuleFront.h"
 
@@ -25,7 +25,7 @@ class AnalyticsObserver final : public ModuleFront<LogicBroadcasterProtocol> {
  private:
   void tellListener(std::int64_t pelorinoId) const;
 
-  Guarded<std::shared_ptr<PLRIdentifiersListener>> identifiersListener_;
+  HostSlot<std::shared_ptr<PLRIdentifiersListener>> identifiersListener_;
 };
 
 }  // namespace pelorino

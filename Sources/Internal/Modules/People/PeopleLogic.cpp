@@ -3,7 +3,7 @@
 #include <optional>
 #include <utility>
 
-#include "HostCall.h"
+#include "HostClosure.h"
 #include "PeopleValidatorRules.h"
 #include "Validator.h"
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "HostClosure.h"
 #include "ModuleFront.h"
 #include "PeopleReservedKeys.h"
 #include "PeopleService.h"
@@ -20,7 +22,7 @@ namespace pelorino {
 /// Threads: any. The service is given on the incomeQueue, and the handlers run there.
 class PeopleLogic final : public ModuleFront<PeopleService> {
  public:
-  using ValueHandler = PeopleService::ValueHandler;
+  using ValueHandler = HostClosure<void(const std::optional<PeopleValueType>& value)>;
 
   /// None takes it away, and calls are refused again.
   void setPeopleService(PeopleService* peopleService) { setLogic(peopleService); }

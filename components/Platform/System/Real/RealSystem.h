@@ -1,15 +1,27 @@
 #pragma once
 
+#include "Clock.h"
 #include "CurlExchange.h"
 #include "NotificationHub.h"
-#include "RealClock.h"
+#include "Random.h"
 #include "RealExecutor.h"
 #include "RealFacts.h"
 #include "RealFiles.h"
-#include "RealRandom.h"
 #include "System.h"
 
 namespace pelorino {
+
+class RealClock final : public Clock {
+ public:
+  [[nodiscard]] std::int64_t milliseconds() const override;
+};
+
+/// Randomness of the operating system: nothing is kept between two calls, so that a forked process
+/// repeats nothing.
+class RealRandom final : public Random {
+ public:
+  [[nodiscard]] std::string uuid() override;
+};
 
 /// The operating system itself. Making it starts nothing.
 class RealSystem final : public System {

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <csignal>
+#include <optional>
+
+namespace pelorino {
+
+/// Tells a process that the host has forked off from the one in which the library works.
+///
+/// Such a child has a copy of everything and only the thread that called fork: queues have no
+/// threads, locks may be held by nobody, and the database and the connections are the parent's. So
+/// the library does nothing there; whoever may be called in a child asks first. A child that runs
+/// another program, and one that was forked before the library had started, are none of these.
+class ForkedChild final {
+ public:
+  ForkedChild() = delete;
+
+  /// From here on a fork makes such a child. Callable any number of times.
+  static void arm();
+
+  /// True in such a child, for good. Costs one load.
+  [[nodiscard]] static bool isHere() noexcept;
+
+  /// Marks the calling thread as one of the library's own. A child that the host forks off on it
+  /// gets back the signal mask that the host's threads have.
+  static void markLibraryThread(const sigset_t& signalsOfHost) noexcept;
+
+  [[nodiscard]] static bool isLibraryThread() noexcept;
+
+  /// That mask, on a thread of the library; absent on one of the host.
+  [[nodiscard]] static std::optional<sigset_t> signalsOfHost() noexcept;
+
+  /// Held while a thread runs the host's code. When the host has forked in there, on a thread of
+  /// the library, this thread is all that the child has, and what it would go on with is the
+  /// parent's work: the child ends with the outermost of these, without exit handlers.
+  class HostCode {
+   public:
+    HostCode() noexcept;
+    ~HostCode();
+    HostCode(const HostCode&) = delete;
+    HostCode& operator=(const HostCode&) = delete;
+  };
+};
+
+}  // namespace pelorino
