@@ -215,8 +215,8 @@ void addEvents() {
       {"Checking and encoding: referrer, 5 properties",
        ReferrerCall{
            {{"source", "s"}, {"campaign", "c"}, {"content", "x"}, {"medium", "m"}, {"term", "t"}}},
-       [](ReferrerCall given) {
-         const auto call = ValidatorRules::validateReferrer(std::move(given)).value().utmData;
+       [](const ReferrerCall& given) {
+         const auto call = ValidatorRules::validateReferrer(given).value().utmData;
          return textOf(Referral{.source = call.at("source"),
                                 .campaign = call.at("campaign"),
                                 .content = call.at("content"),

@@ -82,14 +82,15 @@ std::optional<SocialNetworkPostCall> ValidatorRules::validateSocialNetworkPost(
   return rule.verdict(std::move(call));
 }
 
-std::optional<ReferrerCall> ValidatorRules::validateReferrer(ReferrerCall call) {
+std::optional<ReferrerCall> ValidatorRules::validateReferrer(const ReferrerCall& call) {
   Rule rule("Referrer");
   ReferrerCall kept;
-  for (auto& [property, value] : call.utmData) {
+  for (const auto& [property, value] : call.utmData) {
     const std::string rest = "] value of the utm data dictionary by [" + property + "] key";
+    std::string repaired = value;
     Rule entry(rule.method());
-    entry.namedText("The [", rest, value, 255);
-    if (entry.passed()) kept.utmData.emplace(property, std::move(value));
+    entry.namedText("The [", rest, repaired, 255);
+    if (entry.passed()) kept.utmData.emplace(property, std::move(repaired));
   }
   rule.notEmpty("The referrer argument value", kept.utmData);
   return rule.verdict(std::move(kept));

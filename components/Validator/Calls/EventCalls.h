@@ -26,7 +26,7 @@ namespace ValidatorRules {
     SocialNetworkConnectCall call);
 [[nodiscard]] std::optional<SocialNetworkPostCall> validateSocialNetworkPost(
     SocialNetworkPostCall call);
-[[nodiscard]] std::optional<ReferrerCall> validateReferrer(ReferrerCall call);
+[[nodiscard]] std::optional<ReferrerCall> validateReferrer(const ReferrerCall& call);
 [[nodiscard]] std::optional<AdImpressionCall> validateAdImpression(AdImpressionCall call);
 }  // namespace ValidatorRules
 
