@@ -1,11 +1,9 @@
 #pragma once
 
 #include <exception>
-#include <string>
 #include <utility>
 
 #include "CancellationHeldBack.h"
-#include "Logger.h"
 
 namespace pelorino {
 
@@ -15,6 +13,10 @@ void refuseCallsAfterFork();
 /// True, and at the first time a log line, in such a process.
 [[nodiscard]] bool isRefusedAfterFork();
 
+/// Writes the log line for a call that ended with an exception; `what` is null where it had no
+/// words.
+void logDroppedCall(const char* operation, const char* what) noexcept;
+
 /// Runs a public operation, but not in a forked child. Whatever is thrown in it, be it for want of
 /// memory or by a handler that is copied, costs this one call and a log line: nothing reaches the
 /// host.
@@ -22,19 +24,12 @@ template <class Work>
 void enter(const char* operation, Work&& work) noexcept {
   const CancellationHeldBack heldBack;
   try {
-    try {
-      if (isRefusedAfterFork()) return;
-      std::forward<Work>(work)();
-    } catch (const std::exception& error) {
-      Logger::writeLog(PLRLogLevel::error, [&] {
-        return std::string("The call of ") + operation + " was dropped: " + error.what();
-      });
-    } catch (...) {
-      Logger::writeLog(PLRLogLevel::error,
-                       [&] { return std::string("The call of ") + operation + " was dropped"; });
-    }
-  } catch (...) {  // NOLINT(bugprone-empty-catch)
-    // No memory even for the line.
+    if (isRefusedAfterFork()) return;
+    std::forward<Work>(work)();
+  } catch (const std::exception& error) {
+    logDroppedCall(operation, error.what());
+  } catch (...) {
+    logDroppedCall(operation, nullptr);
   }
 }
 

@@ -3,6 +3,7 @@
 #include <concepts>
 #include <exception>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "ExitGate.h"
@@ -21,6 +22,17 @@ enum class HostEntry {
   /// On a thread of the library, for code that may take long: it does not begin too late, and exit
   /// leaves it behind.
   unawaited,
+};
+
+/// Held while a thread runs code of the host, which it enters as HostEntry::awaited says.
+class HostPass {
+ public:
+  HostPass();
+
+  [[nodiscard]] bool isInside() const { return pass_.isInside(); }
+
+ private:
+  const ExitGate::TryPass pass_;
 };
 
 /// Runs code of the host. What it throws ends here: `onError` gets its words, or null where it has
@@ -42,16 +54,13 @@ void runHostCode(Work&& work, OnError&& onError) {
     const ForkedChild::HostCode inside;
     guarded();
   } else {
-    const ExitGate::TryPass pass;
-    if (pass.isInside()) return guarded();
-    if (entry == HostEntry::awaited && ForkedChild::isLibraryThread()) ExitGate::parkIfClosed();
+    const std::conditional_t<entry == HostEntry::awaited, HostPass, ExitGate::TryPass> pass;
+    if (pass.isInside()) guarded();
   }
 }
 
 /// Nothing of the host's runs any more when exit destroys what was made until now.
-inline void closeHostCodeAtExit() {
-  ExitGate::arm();
-}
+void closeHostCodeAtExit();
 
 /// Something of the host's that the library holds: a std::function or a std::shared_ptr. Its end is
 /// code of the host, too, and is run as such. One thread at a time.
@@ -82,8 +91,7 @@ class HostHeld {
   /// What the host's own thread lets go of while the process exits ends outside.
   void reset() noexcept {
     if (!handle_) return;
-    const ExitGate::TryPass pass;
-    if (!pass.isInside() && ForkedChild::isLibraryThread()) ExitGate::parkIfClosed();
+    const HostPass pass;
     handle_ = nullptr;
   }
 
@@ -104,7 +112,7 @@ class HostSlot {
 
   /// Gives back what was there.
   Held exchange(Handle given) {
-    closeHostCodeAtExit();
+    if (given) closeHostCodeAtExit();
     Held held = given ? std::make_shared<const HostHeld<Handle>>(std::move(given)) : nullptr;
     slot_.update([&](Held& current) { std::swap(current, held); });
     return held;

@@ -1,30 +1,17 @@
 #include "AsyncOperation.h"
 
+#include <array>
 #include <utility>
 
 namespace pelorino {
-namespace {
-
-constexpr std::string_view key(AsyncOperation::State state) {
-  switch (state) {
-    case AsyncOperation::State::ready:
-      return "isReady";
-    case AsyncOperation::State::executing:
-      return "isExecuting";
-    case AsyncOperation::State::finished:
-      return "isFinished";
-  }
-  return "";
-}
-
-}  // namespace
 
 AsyncOperation::AsyncOperation(std::string name, ExecutionBlock executionBlock)
     : name_(std::move(name)), executionBlock_(std::move(executionBlock)) {}
 
 void AsyncOperation::setState(State state) {
-  const std::string_view oldKey = key(state_);
-  const std::string_view newKey = key(state);
+  constexpr std::array<std::string_view, 3> keys = {"isReady", "isExecuting", "isFinished"};
+  const std::string_view oldKey = keys[static_cast<std::size_t>(state_)];
+  const std::string_view newKey = keys[static_cast<std::size_t>(state)];
   if (observer_) {
     observer_(Change::will, newKey);
     observer_(Change::will, oldKey);

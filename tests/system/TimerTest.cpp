@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "MainThread.h"
-#include "RealSemaphore.h"
+#include "RealExecutor.h"
 #include "SystemTestSupport.h"
 #include "TimerSchedule.h"
 
