@@ -46,8 +46,8 @@ std::shared_ptr<User> CoreHelper::getCurrentUser() {
         projectUsers_, [&](const auto& user) { return user->idKey == *project_->activeUserId; });
     if (found != projectUsers_.end()) activeUser_ = *found;
   }
-  // The row of the one who was active last may never have been stored: another of that name must
-  // not be made, as the table has no room for two.
+  // The row of the last active user may never have been stored. Search by name before inserting:
+  // names are unique in the table.
   if (!activeUser_) activeUser_ = findRequestedUser();
   if (!activeUser_) activeUser_ = insertUser();
   return activeUser_;

@@ -30,9 +30,9 @@ class ForkedChild final {
   /// That mask, on a thread of the library; absent on one of the host.
   [[nodiscard]] static std::optional<sigset_t> signalsOfHost() noexcept;
 
-  /// Held while a thread runs the host's code. When the host has forked in there, on a thread of
-  /// the library, this thread is all that the child has, and what it would go on with is the
-  /// parent's work: the child ends with the outermost of these, without exit handlers.
+  /// Held while a thread runs the host's code. If that code forks on a thread of the library, this
+  /// is the child's only thread, and the work behind it is the parent's: the child exits when the
+  /// outermost of these goes, without exit handlers.
   class HostCode {
    public:
     HostCode() noexcept;
