@@ -54,6 +54,12 @@ class Script final {
     }
   }
 
+  template <class Entries>
+  const auto& pick(const Entries& entries) {
+    const auto index = input_.ConsumeIntegralInRange<std::size_t>(0, entries.size() - 1);
+    return *std::next(entries.begin(), static_cast<std::ptrdiff_t>(index));
+  }
+
   void call() {
     const auto& [op, command] = pick(host::libraryCommands());
     const json::object& sample = pick(command.samples);
@@ -64,12 +70,6 @@ class Script final {
     } catch (const host::CommandError&) {
       // A field that must be there has gone, or a name means nothing.
     }
-  }
-
-  template <class Entries>
-  const auto& pick(const Entries& entries) {
-    const auto index = input_.ConsumeIntegralInRange<std::size_t>(0, entries.size() - 1);
-    return *std::next(entries.begin(), static_cast<std::ptrdiff_t>(index));
   }
 
   // ---- Arguments of the sample's form ----

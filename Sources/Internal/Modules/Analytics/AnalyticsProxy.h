@@ -52,6 +52,7 @@ void AnalyticsProxy::perform(Call call) {
   });
 }
 
+/// The block keeps the handler: the queue knows that its end is code of the host, too.
 template <class Query, class Handler>
 void AnalyticsProxy::answer(Handler completionHandler) {
   post(Query::label,
