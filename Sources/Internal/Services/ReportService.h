@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "BackendProtocol.h"
-#include "EventObject.h"
+#include "Event.h"
 #include "EventRepository.h"
 #include "Guarded.h"
 #include "Identifiers.h"
@@ -18,7 +18,6 @@
 #include "ReportsRepository.h"
 #include "Run.h"
 #include "StateManager.h"
-#include "Storable.h"
 
 namespace pelorino {
 
