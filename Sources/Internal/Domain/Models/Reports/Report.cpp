@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "JsonHelpers.h"
-#include "System.h"
 
 namespace pelorino {
 namespace {
@@ -58,8 +57,8 @@ void decode(const JsonView& json, Package& package) {
   package.events = events ? readEvents(*events) : std::vector<std::string>();
 }
 
-Report::Report(const std::vector<Package>& with)
-    : uuid(System::current().random().uuid()), body_(bodyOf(with)) {}
+Report::Report(const std::vector<Package>& with, std::string id)
+    : uuid(std::move(id)), body_(bodyOf(with)) {}
 
 const JsonText& Report::body() {
   if (!body_) {

@@ -55,8 +55,8 @@ void decode(const JsonView& json, Package& package);
 /// Threads: the incomeQueue; while a batch is under way the network queue alone.
 class Report final {
  public:
-  /// A report made in memory, with a fresh `uuid`.
-  explicit Report(const std::vector<Package>& with);
+  /// A report made in memory. `id` becomes its `uuid`.
+  Report(const std::vector<Package>& with, std::string id);
 
   /// A report that is to be filled from its row: without a `uuid` so far.
   Report() = default;
