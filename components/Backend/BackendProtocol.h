@@ -13,7 +13,6 @@
 #include "PLRError.h"
 #include "Receipt.h"
 #include "Report.h"
-#include "Versions.h"
 
 namespace pelorino {
 

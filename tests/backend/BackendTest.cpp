@@ -116,7 +116,8 @@ TEST_F(BackendTest, SendsEachRequestToItsEndpoint) {
   (void)backend_.requestConfig("key", ids_, versions);
   (void)backend_.requestIdentification("key", 3, ids_);
   BackendConfigUrl::setTestCustomUrl("/c");
-  (void)backend_.sendAnalytics("key", ids_, {{std::make_shared<Report>(std::vector<Package>())}});
+  (void)backend_.sendAnalytics("key", ids_,
+                               {{std::make_shared<Report>(std::vector<Package>(), "uuid")}});
   (void)backend_.sendVerifyReceipt(
       "key", {.platform = "ios", .receipt = {.data = "ZGF0YQ==", .password = ""}}, ids_);
   BackendConfigUrl::setTestProxyUrl("");
@@ -141,8 +142,7 @@ TEST_F(BackendTest, NamesDeviceAndUserInHeadersAndLogsTheWholeRequest) {
   ids_.userId = "u\r\nX: \u00e9";
   ids_.previousUserId = "q";
   ids_.pelorinoIdTimestamp = -1;
-  const auto report = std::make_shared<Report>(std::vector<Package>());
-  report->uuid = "uuid";
+  const auto report = std::make_shared<Report>(std::vector<Package>(), "uuid");
   const LogCapture log;
   (void)backend_.sendAnalytics("key", ids_, {{report}});
   EXPECT_EQ(http_.requests.at(0).timeout, std::chrono::seconds(60));

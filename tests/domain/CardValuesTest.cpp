@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "PeopleValueType.h"
-#include "SubscriptionProduct.h"
+#include "Subscriptions.h"
 
 namespace pelorino {
 namespace {

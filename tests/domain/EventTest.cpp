@@ -7,31 +7,14 @@
 #include <utility>
 #include <vector>
 
-#include "AdImpression.h"
-#include "Alive.h"
-#include "CurrencyAccrual.h"
-#include "CurrentBalance.h"
-#include "CustomEvent.h"
-#include "DeviceInfo.h"
+#include "CustomEvents.h"
 #include "Event.h"
-#include "LevelUp.h"
 #include "LogCapture.h"
-#include "PeopleEvent.h"
-#include "ProgressionEvent.h"
-#include "PushOpened.h"
-#include "PushToken.h"
-#include "RealCurrencyPayment.h"
-#include "Referral.h"
-#include "RestoredTransactionsEvent.h"
-#include "SessionStart.h"
-#include "SocialNetworkConnect.h"
-#include "SocialNetworkPost.h"
-#include "SubscriptionPayment.h"
-#include "SubscriptionProductsEvent.h"
-#include "TrackingStatus.h"
-#include "Tutorial.h"
-#include "UserEngagement.h"
-#include "VirtualCurrencyPayment.h"
+#include "PaymentEvents.h"
+#include "ProgressEvents.h"
+#include "PushEvents.h"
+#include "SessionEvents.h"
+#include "SocialEvents.h"
 
 namespace pelorino {
 namespace {

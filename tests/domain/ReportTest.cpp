@@ -36,14 +36,14 @@ TEST(Package, EmbedsEventsAsObjects) {
 
 TEST(Report, SendsItsPackagesAndNothingElse) {
   const std::vector packages{packageOf(Texts{"{\"n\":1}"})};
-  const auto report = std::make_shared<Report>(packages);
+  const auto report = std::make_shared<Report>(packages, "uuid");
   report->idKey = 5;
   report->userId = 6;
   report->appKey = "key";
   report->identifiers.emplace().deviceId = "device";
   const std::string text = "{\"packages\":[" + std::string(head) + "[{\"n\":1}]}]}";
   EXPECT_EQ(*Reports{{report}}.json(), "{\"reports\":[" + text + "]}");
-  const auto empty = std::make_shared<Report>(std::vector<Package>());
+  const auto empty = std::make_shared<Report>(std::vector<Package>(), "uuid");
   EXPECT_EQ(*(Reports{{report, empty}}.json()), "{\"reports\":[" + text + ",{\"packages\":[]}]}");
   EXPECT_EQ(report->stored(), encodeJson(packages));
 }

@@ -6,9 +6,9 @@
 
 #include "Event.h"
 #include "Host.h"
+#include "PaymentEvents.h"
 #include "ResolvedHost.h"
 #include "StoreValues.h"
-#include "SubscriptionProductsEvent.h"
 #include "TrackingTest.h"
 
 namespace pelorino {

@@ -13,11 +13,11 @@ LibraryRun::LibraryRun(std::unique_ptr<CoreFactory> coreFactory, const std::stri
                      coreFactory_->get<ToolsRepository>(), coreFactory_->platform(),
                      System::current().executor()),
       coreManager_(applicationKey, coreFactory_->get<ProjectRepository>(),
-                   coreFactory_->get<UserRepository>()),
+                   coreFactory_->get<UserRepository>(), System::current().clock()),
       stateManager_(deviceManager_, coreManager_, coreFactory_->get<UserRepository>(), userId,
                     std::move(isEditorMode)),
       services_(*this, *coreFactory_, stateManager_, System::current().clock(),
-                System::current().executor()),
+                System::current().executor(), System::current().random()),
       analyticsLogic_(*this, stateManager_, services_, System::current().clock()) {}
 
 void LibraryRun::start(const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {

@@ -6,14 +6,14 @@
 namespace pelorino {
 
 ServiceFactory::ServiceFactory(Run& run, CoreFactory& core, StateManager& state, const Clock& clock,
-                               Executor& executor)
+                               Executor& executor, Random& random)
     : projectService(state, core.get<ProjectRepository>(), core.get<RealPaymentRepository>()),
       userService(state, core.get<UserRepository>(), core.get<TutorialRepository>()),
       eventsService(state, core.get<EventRepository>()),
       timerService(run, state, executor),
       configService(run, state, core.backend(), executor),
       reportService(run, state, core.get<EventRepository>(), core.get<ReportsRepository>(),
-                    core.backend()),
+                    core.backend(), random),
       activityService(state, core.get<UserRepository>(), clock),
       currencyAccrualService(state, core.get<CurrencyAccrualResourcesRepository>(), clock),
       levelResourceService(state, core.get<LevelResourcesRepository>()),

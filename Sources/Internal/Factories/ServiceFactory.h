@@ -10,6 +10,7 @@
 #include "LevelResourceService.h"
 #include "PeopleService.h"
 #include "ProjectService.h"
+#include "Random.h"
 #include "ReportService.h"
 #include "Run.h"
 #include "StateManager.h"
@@ -25,7 +26,7 @@ namespace pelorino {
 class ServiceFactory final {
  public:
   ServiceFactory(Run& run, CoreFactory& core, StateManager& state, const Clock& clock,
-                 Executor& executor);
+                 Executor& executor, Random& random);
 
   ProjectService projectService;
   UserService userService;

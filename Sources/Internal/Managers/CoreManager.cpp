@@ -7,16 +7,23 @@
 namespace pelorino {
 
 CoreManager::CoreManager(std::string applicationKey, ProjectRepository& projectRepository,
-                         UserRepository& userRepository)
+                         UserRepository& userRepository, const Clock& clock)
     : applicationKey_(std::move(applicationKey)),
       projectRepository_(projectRepository),
-      userRepository_(userRepository) {}
+      userRepository_(userRepository),
+      clock_(clock) {}
 
 std::shared_ptr<Project> CoreManager::createOrActivateProject() {
+  const auto setTime = [&](Config& config) {
+    if (config.serverTime == 0) config.serverTime = clock_.milliseconds();
+  };
   for (const auto& project : projectRepository_.list()) {
-    if (project->applicationKey == applicationKey_) return project;
+    if (project->applicationKey != applicationKey_) continue;
+    setTime(project->configuration);  // Of one that could not be read.
+    return project;
   }
   auto project = std::make_shared<Project>(applicationKey_);
+  setTime(project->configuration);
   projectRepository_.insert(project);
   return project;
 }

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "Clock.h"
 #include "Project.h"
 #include "ProjectRepository.h"
 #include "User.h"
@@ -23,12 +24,13 @@ class CoreManager final {
       std::optional<std::int64_t>, std::optional<std::int64_t>, std::optional<std::int64_t>)>;
 
   CoreManager(std::string applicationKey, ProjectRepository& projectRepository,
-              UserRepository& userRepository);
+              UserRepository& userRepository, const Clock& clock);
 
   /// Called with three absent values when the active user changes: the backend's identifiers
   /// belong to the user before.
   IdentifiersReset onIndetifiersReset;
 
+  /// A project without a configuration of the backend has the default one, as of now.
   [[nodiscard]] std::shared_ptr<Project> createOrActivateProject();
 
   [[nodiscard]] std::shared_ptr<User> createOrActivateUser(const std::string& userId,
@@ -52,6 +54,7 @@ class CoreManager final {
   std::string applicationKey_;
   ProjectRepository& projectRepository_;
   UserRepository& userRepository_;
+  const Clock& clock_;
 };
 
 }  // namespace pelorino

@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "PeopleCard.h"
 #include "SdkConstraints.h"
-#include "SdkTools.h"
 
 namespace pelorino {
 namespace {

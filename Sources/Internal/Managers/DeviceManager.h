@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 
-#include "DeviceIdentifiers.h"
 #include "Executor.h"
 #include "Guarded.h"
+#include "Identifiers.h"
 #include "IdentifiersRepository.h"
 #include "PlatformProtocol.h"
 #include "Project.h"

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "Config.h"
 #include "CoreManager.h"
-#include "DeviceInfo.h"
 #include "DeviceManager.h"
 #include "Identifiers.h"
-#include "Versions.h"
+#include "SessionEvents.h"
 
 namespace pelorino {
 

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "Clock.h"
-#include "CurrencyAccrualResource.h"
 #include "CurrencyAccrualResourcesRepository.h"
 #include "Resources.h"
 #include "StateManager.h"

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "EventObject.h"
+#include "Event.h"
 #include "Logger.h"
 #include "RowIds.h"
 

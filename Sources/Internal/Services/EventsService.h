@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
+#include "Event.h"
 #include "EventRepository.h"
 #include "StateManager.h"
-#include "Storable.h"
 
 namespace pelorino {
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include "LevelResource.h"
 #include "LevelResourcesRepository.h"
 #include "Resources.h"
 #include "StateManager.h"

@@ -42,18 +42,20 @@ void logSuccess(const Report& report) {
 }  // namespace
 
 ReportService::ReportService(Run& run, StateManager& stateManager, EventRepository& eventRepository,
-                             ReportsRepository& reportsRepository, BackendProtocol& backend)
+                             ReportsRepository& reportsRepository, BackendProtocol& backend,
+                             Random& random)
     : run_(run),
       stateManager_(stateManager),
       eventRepository_(eventRepository),
       reportsRepository_(reportsRepository),
-      backend_(backend) {}
+      backend_(backend),
+      random_(random) {}
 
 void ReportService::sendFlashEvent(const Storable& event) {
   const auto object = std::make_shared<EventObject>();
   object->code = event.code();
   object->json = event.getJson();
-  auto report = std::make_shared<Report>(createPackages({&object, 1}));
+  auto report = std::make_shared<Report>(createPackages({&object, 1}), random_.uuid());
   report->identifiers = stateManager_.getIdentifiers(*stateManager_.getActiveUser());
   report->appKey = stateManager_.getActiveProject()->applicationKey;
   run_.add(QueueManager::networkFlashQueue(), [this, report] {
@@ -92,7 +94,7 @@ void ReportService::packEventsOf(const User& user) {
   if (events.empty()) return;
   auto packages = createPackages(events);
   if (packages.empty()) return;
-  auto report = std::make_shared<Report>(std::move(packages));
+  auto report = std::make_shared<Report>(packages, random_.uuid());
   report->userId = user.idKey;
   // Without a stored report the events must stay: they would be in no table at all.
   if (!reportsRepository_.insert(report)) return;

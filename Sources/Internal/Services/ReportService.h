@@ -10,15 +10,15 @@
 #include <vector>
 
 #include "BackendProtocol.h"
-#include "EventObject.h"
+#include "Event.h"
 #include "EventRepository.h"
 #include "Guarded.h"
 #include "Identifiers.h"
+#include "Random.h"
 #include "Report.h"
 #include "ReportsRepository.h"
 #include "Run.h"
 #include "StateManager.h"
-#include "Storable.h"
 
 namespace pelorino {
 
@@ -33,7 +33,7 @@ namespace pelorino {
 class ReportService final {
  public:
   ReportService(Run& run, StateManager& stateManager, EventRepository& eventRepository,
-                ReportsRepository& reportsRepository, BackendProtocol& backend);
+                ReportsRepository& reportsRepository, BackendProtocol& backend, Random& random);
 
   /// Called after the backend has accepted a report, or some of them in quick succession.
   std::function<void()> onReportSendAction;
@@ -84,6 +84,7 @@ class ReportService final {
   EventRepository& eventRepository_;
   ReportsRepository& reportsRepository_;
   BackendProtocol& backend_;
+  Random& random_;           ///< Gives reports their uuid.
   std::deque<Share> batch_;  ///< What the batch has not handed to the network queue yet.
   /// Accepted by the backend, and not deleted yet. Added to on the networkSerialQueue.
   Guarded<ReportList> arrived_;

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-#include "Location.h"
 #include "StateManager.h"
 #include "TutorialRepository.h"
+#include "User.h"
 #include "UserRepository.h"
 
 namespace pelorino {

@@ -8,7 +8,7 @@
 #include "BackendConfigUrl.h"
 #include "JsonHelpers.h"
 #include "Logger.h"
-#include "VerifyResponseMaker.h"
+#include "Receipt.h"
 
 namespace pelorino {
 namespace {

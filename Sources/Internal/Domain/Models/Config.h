@@ -52,8 +52,8 @@ struct Config {
   std::optional<ExcludeEvents> exclude;
   std::optional<BackendUserProperties> userProperties;
 
-  /// The defaults above, with the time of the first call. Any thread.
-  [[nodiscard]] static const Config& defaulConfiguration();
+  /// The defaults above. Who makes a project of them sets `serverTime`.
+  [[nodiscard]] static Config defaulConfiguration() { return {}; }
 
   template <class Self, class Visit>
   static void describe(Self& self, Visit& visit) {
@@ -69,6 +69,25 @@ struct Config {
     visit("sbsConfigVersion", self.sbsConfigVersion);
     visit("exclude", self.exclude);
     visit("userProperties", self.userProperties);
+  }
+};
+
+/// What the client tells the backend about itself; the body of the configuration request.
+struct Versions {
+  std::string sdkVersion;
+  std::int64_t sdkCodeVersion = 0;
+  std::optional<std::string> appVersion;
+  std::optional<std::string> appBuildVersion;  ///< Not sent.
+  std::optional<std::int64_t> excludeVersion;
+  std::optional<std::int64_t> sbsConfigVersion;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("sdkVersion", self.sdkVersion);
+    visit("sdkCodeVersion", self.sdkCodeVersion);
+    visit(Field("appVersion").nullWhenAbsent(), self.appVersion);
+    visit("excludeVersion", self.excludeVersion);
+    visit("sbsConfigVersion", self.sbsConfigVersion);
   }
 };
 

@@ -21,4 +21,12 @@ class PeopleCard final {
   bool cleared = false;
 };
 
+/// What the library notes about itself, one row for the whole process. The key in use is
+/// "sdkVersion".
+class SdkTools final {
+ public:
+  RowId idKey = notStoredRowId;
+  PeopleProperties properties;
+};
+
 }  // namespace pelorino

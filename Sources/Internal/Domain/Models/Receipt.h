@@ -1,8 +1,11 @@
 #pragma once
 
+#include <pelorino/PLRVerifyResponse.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "JsonCoding.h"
 
@@ -42,6 +45,14 @@ struct ReceiptResult {
   static void describe(Self& self, Visit& visit) {
     visit("verificationResult", self.verificationResult);
     visit("status", self.status);
+  }
+};
+
+/// Makes what hosts can only be given.
+struct VerifyResponseMaker {
+  [[nodiscard]] static PLRVerifyResponse make(
+      PLRReceiptStatus status, std::optional<std::string> verificationResult = std::nullopt) {
+    return {std::move(verificationResult), status};
   }
 };
 

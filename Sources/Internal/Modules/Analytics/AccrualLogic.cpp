@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "CurrencyAccrual.h"
+#include "ProgressEvents.h"
 
 namespace pelorino {
 

@@ -2,10 +2,8 @@
 
 #include <utility>
 
-#include "Alive.h"
 #include "Logger.h"
-#include "SessionStart.h"
-#include "UserEngagement.h"
+#include "SessionEvents.h"
 #include "Validator.h"
 
 namespace pelorino {

@@ -3,7 +3,7 @@
 #include "Logger.h"
 #include "QueueManager.h"
 #include "SdkConstraints.h"
-#include "TrackingStatus.h"
+#include "SessionEvents.h"
 
 namespace pelorino {
 

@@ -4,12 +4,10 @@
 #include <optional>
 #include <utility>
 
-#include "AdImpression.h"
-#include "CustomEvent.h"
+#include "CustomEvents.h"
 #include "Logger.h"
-#include "Referral.h"
-#include "SocialNetworkConnect.h"
-#include "SocialNetworkPost.h"
+#include "PaymentEvents.h"
+#include "SocialEvents.h"
 
 namespace pelorino {
 

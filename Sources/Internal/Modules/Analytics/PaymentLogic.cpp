@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "Logger.h"
-#include "RealCurrencyPayment.h"
-#include "VirtualCurrencyPayment.h"
+#include "PaymentEvents.h"
 
 namespace pelorino {
 

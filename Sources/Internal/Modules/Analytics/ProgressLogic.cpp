@@ -6,11 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "CurrentBalance.h"
-#include "LevelUp.h"
 #include "Logger.h"
-#include "ProgressionEvent.h"
-#include "Tutorial.h"
+#include "ProgressEvents.h"
 
 namespace pelorino {
 namespace {

@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "Logger.h"
-#include "RestoredTransactionsEvent.h"
-#include "SubscriptionProductsEvent.h"
+#include "PaymentEvents.h"
 
 namespace pelorino {
 namespace {

@@ -4,10 +4,10 @@
 
 #include "Config.h"
 #include "PaymentCalls.h"
+#include "PaymentEvents.h"
 #include "ProjectService.h"
 #include "ReportService.h"
 #include "StateManager.h"
-#include "SubscriptionPayment.h"
 #include "SubscriptionService.h"
 #include "UserEvents.h"
 

@@ -1,7 +1,7 @@
 #include "UserEvents.h"
 
+#include "CustomEvents.h"
 #include "JsonHelpers.h"
-#include "PeopleEvent.h"
 
 namespace pelorino {
 

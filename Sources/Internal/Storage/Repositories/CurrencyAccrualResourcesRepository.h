@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "CurrencyAccrualResource.h"
+#include "Resources.h"
 
 namespace pelorino {
 

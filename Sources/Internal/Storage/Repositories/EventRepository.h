@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "EventObject.h"
+#include "Event.h"
 
 namespace pelorino {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "DeviceIdentifiers.h"
+#include "Identifiers.h"
 
 namespace pelorino {
 

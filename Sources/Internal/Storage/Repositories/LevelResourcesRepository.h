@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "LevelResource.h"
+#include "Resources.h"
 
 namespace pelorino {
 

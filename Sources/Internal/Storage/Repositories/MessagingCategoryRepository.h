@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "MessagingCategory.h"
+#include "MessagingConfig.h"
 
 namespace pelorino {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "RealPaymentMark.h"
+#include "Marks.h"
 
 namespace pelorino {
 

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "SubscriptionInfo.h"
+#include "Subscriptions.h"
 
 namespace pelorino {
 

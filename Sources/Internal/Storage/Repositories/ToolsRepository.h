@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "CachedRepository.h"
-#include "SdkTools.h"
+#include "PeopleCard.h"
 
 namespace pelorino {
 

@@ -6,9 +6,24 @@
 
 #include "EventText.h"
 #include "JsonHelpers.h"
-#include "Storable.h"
+#include "SQLiteValue.h"
 
 namespace pelorino {
+
+/// An event value on its way to the store, whatever its type. Immutable.
+class Storable {
+ public:
+  virtual ~Storable() = default;
+
+  /// The short text that tells event types apart on the wire and in exclusions.
+  [[nodiscard]] virtual std::string_view code() const = 0;
+
+  /// The event as JSON text; empty, with a line in the log, when JSON cannot hold it.
+  [[nodiscard]] virtual std::string getJson() const = 0;
+
+  /// The event as the log shows it: one line a field.
+  [[nodiscard]] virtual std::string description() const = 0;
+};
 
 /// Makes a storable event of a record: `service.addEvent(Event(SessionStart{.timestamp = now}))`.
 ///
@@ -47,6 +62,23 @@ class Event final : public Storable {
   void visitFields(Visit& visit) const {
     visit("code", Record::code);
     Record::describe(record, visit);
+  }
+};
+
+/// One event that waits to be packed.
+class EventObject final {
+ public:
+  std::string code;
+  RowId idKey = notStoredRowId;
+  RowId userId = notStoredRowId;  ///< `idKey` of the owning user; -1 for an event without a row.
+  std::string json;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("code", self.code);
+    visit("idKey", self.idKey);
+    visit("userId", self.userId);
+    visit("json", self.json);
   }
 };
 

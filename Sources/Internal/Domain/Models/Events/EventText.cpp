@@ -1,9 +1,9 @@
 #include "EventText.h"
 
+#include "Event.h"
 #include "Logger.h"
 #include "NumberText.h"
-#include "RestoredTransaction.h"
-#include "SubscriptionProduct.h"
+#include "Subscriptions.h"
 
 namespace pelorino {
 namespace {

@@ -12,10 +12,10 @@
 #include "Decimal.h"
 #include "JsonCoding.h"
 #include "Resources.h"
-#include "Storable.h"
 
 namespace pelorino {
 
+class Storable;
 struct RestoredTransaction;
 struct SubscriptionProduct;
 

@@ -3,7 +3,7 @@
 #include <pelorino/SKPaymentTransaction.h>
 #include <pelorino/SKProduct.h>
 
-#include "SubscriptionProduct.h"
+#include "Subscriptions.h"
 
 // What a host hands over of its store. Any thread.
 

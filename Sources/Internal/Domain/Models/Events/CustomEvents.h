@@ -11,6 +11,29 @@
 
 namespace pelorino {
 
+/// An event of the host's own making.
+struct CustomEvent {
+  static constexpr std::string_view code = "ce";
+  std::int64_t timestamp = 0;
+  std::int64_t sessionId = 0;
+  std::int64_t level = 0;
+  std::string name;
+  AnyCodable::Object parameters;
+  std::optional<std::vector<std::string>> inProgress;
+  std::optional<std::string> inExperiments;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("timestamp", self.timestamp);
+    visit("sessionId", self.sessionId);
+    visit("level", self.level);
+    visit("name", self.name);
+    visit(Field("parameters").leftOutWhenEmpty(), self.parameters);
+    visit("inProgress", self.inProgress);
+    visit("inExperiments", self.inExperiments);
+  }
+};
+
 /// Values of the user's card.
 struct PeopleEvent {
   static constexpr std::string_view code = "pl";

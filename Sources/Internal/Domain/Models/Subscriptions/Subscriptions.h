@@ -3,9 +3,11 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Decimal.h"
 #include "JsonCoding.h"
+#include "SQLiteValue.h"
 
 namespace pelorino {
 
@@ -32,6 +34,31 @@ struct SubscriptionProduct {
     visit("introductoryPrice", self.introductoryPrice);
     visit("discounts", self.discounts);
   }
+};
+
+/// Past purchases of one product, as the host has restored them.
+struct RestoredTransaction {
+  std::string productID;
+  std::vector<std::string> transactionIds;
+
+  template <class Self, class Visit>
+  static void describe(Self& self, Visit& visit) {
+    visit("productID", self.productID);
+    visit("transactionIds", self.transactionIds);
+  }
+};
+
+/// What is known of a project's subscriptions and what of it is still to be reported, one row for
+/// each project. Shared by reference.
+class SubscriptionInfo final {
+ public:
+  RowId idKey = notStoredRowId;
+  RowId projectId = notStoredRowId;
+  std::vector<SubscriptionProduct> products;
+  std::vector<RestoredTransaction> restoredTransaction;
+  bool alreadyRestored = false;          ///< The host has given its history.
+  bool alreadySendRestoreEvent = false;  ///< That history has been reported.
+  bool productIsChanged = false;         ///< The products are to be reported.
 };
 
 }  // namespace pelorino

@@ -1,4 +1,4 @@
-#include "SubscriptionProduct.h"
+#include "Subscriptions.h"
 
 #include <algorithm>
 

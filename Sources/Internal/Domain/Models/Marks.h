@@ -1,10 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "SQLiteValue.h"
 
 namespace pelorino {
+
+/// An order of a project that has been reported, so that it is not reported again.
+struct RealPaymentMark {
+  RowId idKey = notStoredRowId;
+  RowId projectId = notStoredRowId;
+  std::string orderId;
+};
 
 /// A tutorial step of a user that has been reported, so that it is not reported again.
 struct TutorialMark {
