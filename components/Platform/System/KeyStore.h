@@ -6,7 +6,7 @@
 
 namespace pelorino {
 
-/// A few small named values that outlive the application's own data.
+/// A few small named values that outlive the application's own data. Any thread.
 class KeyStore {
  public:
   virtual ~KeyStore() = default;

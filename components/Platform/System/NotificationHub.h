@@ -14,6 +14,8 @@ namespace pelorino {
 /// An observer added while a notification is being posted hears the next one; one removed
 /// meanwhile is not called any more. What a block throws is thrown to the poster, and the
 /// observers behind it are not called. Observations may outlive the hub.
+///
+/// Threads: any; an observer's block runs on the thread that posts.
 class NotificationHub final : public NotificationCenter {
  public:
   [[nodiscard]] std::unique_ptr<Observation> observe(ApplicationNotification name,

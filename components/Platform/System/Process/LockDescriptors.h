@@ -4,6 +4,8 @@ namespace pelorino {
 
 /// The open descriptors that carry this process's file locks. A forked child inherits them, and
 /// with them the locks: the parent's would outlive the parent. So the child closes its copies.
+///
+/// Threads: any, without a lock.
 class LockDescriptors final {
  public:
   LockDescriptors() = delete;

@@ -9,6 +9,8 @@ namespace pelorino {
 /// A file that this process has open and locked against all others, until the object goes or the
 /// process dies, in whatever way. The file is made if missing and never removed: two processes
 /// could then hold locks on two files of that name. A forked child does not get the lock.
+///
+/// Threads: made and let go of on any; nothing changes in between.
 class LockedFile final {
  public:
   enum class Wait { no, untilFree };

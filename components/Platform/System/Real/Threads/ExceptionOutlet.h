@@ -9,7 +9,8 @@
 
 namespace pelorino {
 
-/// Runs blocks so that nothing they throw gets any further than the handler.
+/// Runs blocks so that nothing they throw gets any further than the handler. Any thread; the
+/// handler runs on the thread of the block.
 class ExceptionOutlet final {
  public:
   void setHandler(Executor::ExceptionHandler handler);
