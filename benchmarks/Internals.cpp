@@ -22,7 +22,6 @@
 #include "DeviceInfo.h"
 #include "Event.h"
 #include "EventCalls.h"
-#include "EventRepository.h"
 #include "JsonHelpers.h"
 #include "LevelUp.h"
 #include "PaymentCalls.h"
@@ -35,8 +34,9 @@
 #include "RealCurrencyPayment.h"
 #include "Referral.h"
 #include "Report.h"
+#include "Repositories.h"
 #include "RestoredTransactionsEvent.h"
-#include "SQLiteProvider.h"
+#include "SQLiteContracts.h"
 #include "SessionStart.h"
 #include "SocialNetworkConnect.h"
 #include "SocialNetworkPost.h"
@@ -326,7 +326,8 @@ void addWaitingEvents() {
        {.work = "Memory per waiting event, beyond its text", .unit = "bytes", .value = "memory"}},
       [](Values& values) {
         const TemporaryFolder folder;
-        const auto database = std::make_shared<SQLiteProvider>("key", folder.path());
+        const auto database =
+            std::make_shared<SQLiteProvider>("key", folder.path(), SQLiteContracts::schema());
         const std::string text = customEventText(fiveParameters);
         BareStore store(folder.path() + "/pelorino/pelorino.db");
         store.run(

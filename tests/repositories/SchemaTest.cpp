@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "DatabaseFile.h"
-#include "SQLiteProvider.h"
+#include "SQLiteContracts.h"
 
 namespace pelorino {
 namespace {
@@ -140,7 +140,7 @@ const MasterRow master[] = {
 constexpr std::string_view addedColumn = ", pelorinoIdTimestamp INTEGER";
 
 std::string storeMaster(const DatabaseFile& file) {
-  SQLiteProvider("key", file.support());
+  SQLiteProvider("key", file.support(), SQLiteContracts::schema());
   return file.run("SELECT type, name, tbl_name, sql FROM sqlite_master");
 }
 
@@ -169,6 +169,13 @@ TEST(Schema, OfAFileOfVersion0BecomesTheSame) {
     if (added != std::string::npos) sql.erase(added, addedColumn.size());
     file.run(sql);
   }
+  EXPECT_EQ(storeMaster(file), currentMaster());
+}
+
+TEST(Schema, StandsARepetitionOfAllSteps) {
+  const DatabaseFile file;
+  storeMaster(file);
+  file.run("PRAGMA user_version = 0");
   EXPECT_EQ(storeMaster(file), currentMaster());
 }
 

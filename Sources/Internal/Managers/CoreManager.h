@@ -7,9 +7,8 @@
 #include <string>
 
 #include "Project.h"
-#include "ProjectRepository.h"
+#include "Repositories.h"
 #include "User.h"
-#include "UserRepository.h"
 
 namespace pelorino {
 

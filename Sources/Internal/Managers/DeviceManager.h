@@ -7,10 +7,9 @@
 #include "DeviceIdentifiers.h"
 #include "Executor.h"
 #include "Guarded.h"
-#include "IdentifiersRepository.h"
 #include "PlatformProtocol.h"
 #include "Project.h"
-#include "ToolsRepository.h"
+#include "Repositories.h"
 
 namespace pelorino {
 

@@ -9,7 +9,7 @@
 
 #include "Clock.h"
 #include "CurrencyAccrualResource.h"
-#include "CurrencyAccrualResourcesRepository.h"
+#include "Repositories.h"
 #include "Resources.h"
 #include "StateManager.h"
 #include "User.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "EventRepository.h"
+#include "Repositories.h"
 #include "StateManager.h"
 #include "Storable.h"
 

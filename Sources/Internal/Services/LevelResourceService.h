@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "LevelResource.h"
-#include "LevelResourcesRepository.h"
+#include "Repositories.h"
 #include "Resources.h"
 #include "StateManager.h"
 #include "User.h"

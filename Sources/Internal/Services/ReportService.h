@@ -11,11 +11,10 @@
 
 #include "BackendProtocol.h"
 #include "EventObject.h"
-#include "EventRepository.h"
 #include "Guarded.h"
 #include "Identifiers.h"
 #include "Report.h"
-#include "ReportsRepository.h"
+#include "Repositories.h"
 #include "Run.h"
 #include "StateManager.h"
 #include "Storable.h"

@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "Location.h"
+#include "Repositories.h"
 #include "StateManager.h"
-#include "TutorialRepository.h"
-#include "UserRepository.h"
 
 namespace pelorino {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "LevelResourceType.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "PeopleValueType.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

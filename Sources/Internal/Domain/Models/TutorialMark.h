@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "RestoredTransaction.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 #include "SubscriptionProduct.h"
 
 namespace pelorino {
