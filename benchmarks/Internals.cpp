@@ -17,7 +17,6 @@
 #include "CustomEvents.h"
 #include "Event.h"
 #include "EventCalls.h"
-#include "EventRepository.h"
 #include "JsonHelpers.h"
 #include "PaymentCalls.h"
 #include "PaymentEvents.h"
@@ -26,6 +25,8 @@
 #include "ProgressEvents.h"
 #include "PushEvents.h"
 #include "Report.h"
+#include "Repositories.h"
+#include "SQLiteContracts.h"
 #include "SQLiteProvider.h"
 #include "SessionEvents.h"
 #include "SocialEvents.h"
@@ -309,7 +310,8 @@ void addWaitingEvents() {
        {.work = "Memory per waiting event, beyond its text", .unit = "bytes", .value = "memory"}},
       [](Values& values) {
         const TemporaryFolder folder;
-        const auto database = std::make_shared<SQLiteProvider>("key", folder.path());
+        const auto database =
+            std::make_shared<SQLiteProvider>("key", folder.path(), SQLiteContracts::schema());
         const std::string text = customEventText(fiveParameters);
         BareStore store(folder.path() + "/pelorino/pelorino.db");
         store.run(

@@ -8,23 +8,11 @@
 #include <type_traits>
 #include <vector>
 
-#include "CurrencyAccrualResourcesRepository.h"
-#include "EventRepository.h"
 #include "Fuzz.h"
-#include "IdentifiersRepository.h"
-#include "LevelResourcesRepository.h"
-#include "MessagingCategoryRepository.h"
-#include "PeopleRepository.h"
-#include "ProjectRepository.h"
-#include "RealPaymentRepository.h"
-#include "ReportsRepository.h"
+#include "Repositories.h"
 #include "SQLiteContracts.h"
-#include "SQLiteProvider.h"
-#include "SubscriptionRepository.h"
+#include "SqlText.h"
 #include "TemporaryFolder.h"
-#include "ToolsRepository.h"
-#include "TutorialRepository.h"
-#include "UserRepository.h"
 
 namespace pelorino::fuzz {
 namespace {
@@ -50,8 +38,8 @@ Values valuesOf(std::string_view lines) {
 
 std::shared_ptr<SQLiteProvider> database() {
   static const TemporaryFolder& folder = *new TemporaryFolder;
-  static const auto& provider =
-      *new auto(std::make_shared<SQLiteProvider>("key", folder.file("support")));
+  static const auto& provider = *new auto(
+      std::make_shared<SQLiteProvider>("key", folder.file("support"), SQLiteContracts::schema()));
   return provider;
 }
 
@@ -81,19 +69,21 @@ std::string withoutEmptyKeys(const std::string& keys) {
 /// defaults.
 bool storeRow(SQLiteProvider& provider, std::string_view table, const Values& values) {
   std::vector<std::string> names;
-  const std::string columns = "pragma_table_info('" + std::string(table) + "')";
-  provider.query({.tableName = columns, .projection = {"name"}},
+  const std::string tableInfo = "pragma_table_info('" + std::string(table) + "')";
+  provider.query({.tableName = tableInfo, .projection = {"name"}},
                  [&](const Cursor& cursor) { names.push_back(cursor.text(0).value()); });
-  std::vector<ColumnValue> content;
-  for (std::size_t i = 0; i < values.size() && i + 1 < names.size(); ++i) {
-    content.push_back({names[i + 1], values[i]});
-  }
-  return provider.insert(table, content).has_value();
+  names.erase(names.begin());
+  names.resize(std::min(names.size(), values.size()));
+  const std::vector<std::string_view> columns(names.begin(), names.end());
+  return provider
+      .insert({.tableName = table, .insert = SqlText::insert(table, columns), .update = {}},
+              SQLiteValues(values).first(names.size()))
+      .has_value();
 }
 
 template <class Entry>
 Values comparable(Values row) {
-  if constexpr (std::is_same_v<Entry, SQLiteContracts::PeopleCardEntry>) {
+  if constexpr (std::is_same_v<Entry, PeopleCardEntry>) {
     row.back() = withoutEmptyKeys(std::get<std::string>(*row.back()));
   }
   return row;
@@ -120,41 +110,39 @@ void checkModel(const Model&) {}
 template <class Repository, class Entry>
 void checkTable(const Values& values) {
   const auto provider = database();
-  provider->clear(Entry::tableName);
-  if (!storeRow(*provider, Entry::tableName, values)) return;
+  provider->clear(Entry::table.name);
+  if (!storeRow(*provider, Entry::table.name, values)) return;
   Repository reader(provider);
   for (const auto& model : reader.list()) {
     if (!readRest(reader, *model)) continue;
     checkModel(*model);
-    provider->clear(Entry::tableName);
+    provider->clear(Entry::table.name);
     FUZZ_REQUIRE(Repository(provider).insert(model));
-    const Values stored = comparable<Entry>(storedRow(*provider, Entry::tableName));
+    const Values stored = comparable<Entry>(storedRow(*provider, Entry::table.name));
 
     Repository second(provider);
     const auto read = second.get(model->idKey);
     FUZZ_REQUIRE(read && readRest(second, *read));
-    provider->clear(Entry::tableName);
+    provider->clear(Entry::table.name);
     FUZZ_REQUIRE(Repository(provider).insert(read));
-    FUZZ_REQUIRE(comparable<Entry>(storedRow(*provider, Entry::tableName)) == stored);
+    FUZZ_REQUIRE(comparable<Entry>(storedRow(*provider, Entry::table.name)) == stored);
   }
 }
 
-using Contracts = SQLiteContracts;
-
 constexpr void (*tables[])(const Values&) = {
-    checkTable<ProjectRepository, Contracts::ProjectEntry>,
-    checkTable<UserRepository, Contracts::UserEntry>,
-    checkTable<EventRepository, Contracts::EventEntry>,
-    checkTable<ReportsRepository, Contracts::ReportEntry>,
-    checkTable<LevelResourcesRepository, Contracts::LevelResourceEntry>,
-    checkTable<CurrencyAccrualResourcesRepository, Contracts::CurrencyAccrualResourcesEntry>,
-    checkTable<IdentifiersRepository, Contracts::DeviceIdentifiersEntry>,
-    checkTable<RealPaymentRepository, Contracts::RealPaymentMarkEntry>,
-    checkTable<TutorialRepository, Contracts::TutorialMarkEntry>,
-    checkTable<PeopleRepository, Contracts::PeopleCardEntry>,
-    checkTable<MessagingCategoryRepository, Contracts::MessagingCategoryEntry>,
-    checkTable<ToolsRepository, Contracts::SdkToolsEntry>,
-    checkTable<SubscriptionRepository, Contracts::SubscriptionEntry>,
+    checkTable<ProjectRepository, ProjectEntry>,
+    checkTable<UserRepository, UserEntry>,
+    checkTable<EventRepository, EventEntry>,
+    checkTable<ReportsRepository, ReportEntry>,
+    checkTable<LevelResourcesRepository, LevelResourceEntry>,
+    checkTable<CurrencyAccrualResourcesRepository, CurrencyAccrualResourcesEntry>,
+    checkTable<IdentifiersRepository, DeviceIdentifiersEntry>,
+    checkTable<RealPaymentRepository, RealPaymentMarkEntry>,
+    checkTable<TutorialRepository, TutorialMarkEntry>,
+    checkTable<PeopleRepository, PeopleCardEntry>,
+    checkTable<MessagingCategoryRepository, MessagingCategoryEntry>,
+    checkTable<ToolsRepository, SdkToolsEntry>,
+    checkTable<SubscriptionRepository, SubscriptionEntry>,
 };
 
 }  // namespace

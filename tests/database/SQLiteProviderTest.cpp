@@ -8,14 +8,31 @@
 #include "LogCapture.h"
 #include "SQLiteError.h"
 #include "SQLiteProvider.h"
+#include "SqlText.h"
 
 namespace pelorino {
 namespace {
 
+const Schema schema{
+    .version = 1,
+    .map = {{{"CREATE TABLE IF NOT EXISTS projects (id INTEGER PRIMARY KEY, applicationKey TEXT "
+              "UNIQUE, isMigrated INTEGER)"},
+             {"CREATE TABLE IF NOT EXISTS events (id INTEGER PRIMARY KEY, code TEXT)"}},
+            {{"CREATE TABLE IF NOT EXISTS subscriptions (id INTEGER PRIMARY KEY)"},
+             {"ALTER TABLE projects ADD COLUMN savedTime INTEGER", "projects", "savedTime"}}}};
+
+constexpr const char* describeTables =
+    "SELECT m.name || ': ' || group_concat(p.name, ', ') FROM sqlite_master m, "
+    "pragma_table_info(m.name) p WHERE m.type = 'table' GROUP BY m.name ORDER BY m.name";
+constexpr const char* allTables =
+    "events: id, code\n"
+    "projects: id, applicationKey, isMigrated, savedTime\n"
+    "subscriptions: id";
+
 /// What creation throws, as it is printed; empty when it throws nothing.
 std::string failureToOpen(const std::optional<std::string>& support) {
   try {
-    SQLiteProvider provider("key", support);
+    SQLiteProvider provider("key", support, schema);
   } catch (const std::exception& error) {
     return error.what();
   }
@@ -27,29 +44,6 @@ std::string bytesOf(const std::string& path) {
   bytes << std::ifstream(path, std::ios::binary).rdbuf();
   return bytes.str();
 }
-
-constexpr const char* describeTables =
-    "SELECT m.name || ': ' || group_concat(p.name || ' ' || p.type || iif(p.\"notnull\", '!', '') "
-    "|| coalesce('=' || p.dflt_value, '') || iif(p.pk, ' key', '') || coalesce("
-    "(SELECT '->' || f.\"table\" || '.' || f.\"to\" FROM pragma_foreign_key_list(m.name) f "
-    "WHERE f.\"from\" = p.name), ''), ', ') "
-    "FROM sqlite_master m, pragma_table_info(m.name) p "
-    "WHERE m.type = 'table' AND m.name NOT LIKE 'sqlite%' GROUP BY m.name ORDER BY m.name";
-
-constexpr const char* allTables =
-    R"(currencyAccrualResources: id INTEGER! key, userId INTEGER->users.id, type INTEGER!, name TEXT, amount INTEGER!, source TEXT, timestamp INTEGER!
-deviceIdentifiers: id INTEGER! key, projectId INTEGER!->projects.id, deviceIdentifier TEXT, previousDeviceIdentifier TEXT, pelorinoId INTEGER, crossPlatformPelorinoId INTEGER, uuid TEXT, pelorinoIdTimestamp INTEGER
-events: id INTEGER! key, code TEXT, userId INTEGER->users.id, eventJson TEXT
-levelResource: id INTEGER! key, userId INTEGER->users.id, type INTEGER!, name TEXT, amount INTEGER!
-messagingCategory: id INTEGER! key, identifier TEXT, buttons TEXT
-peopleCards: id INTEGER! key, userId INTEGER->users.id, json TEXT, updated INTEGER!=0, cleared INTEGER!=0, changedKeys TEXT
-projects: id INTEGER! key, applicationKey TEXT!, activeUserId INTEGER, trackingAvailable INTEGER, applicationBundle TEXT, applicationVersion TEXT, applicationBuildVersion TEXT, configuration TEXT!='{}', isReferralSent INTEGER, savedTime INTEGER, categoriesVersion INTEGER, isMigrated INTEGER!=0
-realPaymentMarks: id INTEGER! key, projectId INTEGER->projects.id, orderId TEXT
-reports: id INTEGER! key, userId INTEGER->users.id, packagesJson TEXT, uuid TEXT!='{}'
-sdkTools: id INTEGER! key, metadata TEXT='[]'
-subscriptions: id INTEGER! key, projectId INTEGER!->projects.id, products TEXT='[]', restoredTransaction TEXT='[]', alreadyRestored INTEGER!=0, productIsChanged INTEGER!=0, alreadySendRestoreEvent INTEGER!=0
-tutorialMarkEntry: id INTEGER! key, userId INTEGER->users.id, step INTEGER
-users: id INTEGER! key, projectId INTEGER!->projects.id, level INTEGER!=1, sessionId INTEGER, userId TEXT, previousUserId TEXT, lastForegroundTime INTEGER, lastBackgroundTime INTEGER, isDefaultUser INTEGER, isResourceAggregationEnable INTEGER)";
 
 TEST(SQLiteProvider, AFirstStartMakesFolderFileAndSchema) {
   const DatabaseFile file("Mes donn\u00e9es \U0001F3AE");
@@ -70,20 +64,20 @@ TEST(SQLiteProvider, AFirstStartMakesFolderFileAndSchema) {
 
 TEST(SQLiteProvider, AnOlderFileGainsWhatIsNewAndLosesNothing) {
   for (const char* difference :
-       {"ALTER TABLE deviceIdentifiers DROP COLUMN pelorinoIdTimestamp; DROP TABLE subscriptions",
-        "DROP TABLE subscriptions", "DROP TABLE sdkTools", "SELECT 'an upgrade cut short'"}) {
+       {"ALTER TABLE projects DROP COLUMN savedTime; DROP TABLE subscriptions",
+        "DROP TABLE subscriptions", "SELECT 'an upgrade cut short'"}) {
     SCOPED_TRACE(difference);
     const DatabaseFile file;
-    SQLiteProvider("key", file.support());
+    EXPECT_EQ(failureToOpen(file.support()), "");
     file.run(
-        "INSERT INTO deviceIdentifiers (projectId, deviceIdentifier, uuid) VALUES (1, 'd', 'u');"
-        "INSERT INTO events (code, userId, eventJson) VALUES ('ce', 1, '{}'), ('lu', 1, '{}');"
+        "INSERT INTO projects (applicationKey, isMigrated) VALUES ('a', 1);"
+        "INSERT INTO events (code) VALUES ('ce'), ('lu');"
         "PRAGMA user_version = 0;" +
         std::string(difference));
     EXPECT_EQ(failureToOpen(file.support()), "");
     EXPECT_EQ(file.run("PRAGMA user_version"), "1");
     EXPECT_EQ(file.run(describeTables), allTables);
-    EXPECT_EQ(file.run("SELECT * FROM deviceIdentifiers"), "1|1|d||||u|");
+    EXPECT_EQ(file.run("SELECT * FROM projects"), "1|a|1|");
     EXPECT_EQ(file.run("SELECT id, code FROM events"), "1|ce\n2|lu");
   }
 }
@@ -114,21 +108,27 @@ TEST(SQLiteProvider, RefusesWhatItCannotOpen) {
 
 class SQLiteProviderOperations : public ::testing::Test {
  protected:
-  std::optional<RowId> insertProject(const char* key) {
-    const ColumnValue content[] = {{"applicationKey", std::string(key)}, {"isMigrated", true}};
-    return provider_.insert("projects", content);
+  static TableStatements statements(const std::vector<std::string_view>& columns) {
+    return {.tableName = "projects",
+            .insert = SqlText::insert("projects", columns),
+            .update = SqlText::update("projects", columns, "applicationKey=?")};
+  }
+
+  std::optional<std::int64_t> insertProject(const char* key) {
+    const std::optional<SQLiteValue> content[] = {std::string(key), true};
+    return provider_.insert(statements({"applicationKey", "isMigrated"}), content);
   }
 
   DatabaseFile file_;
-  SQLiteProvider provider_{"key", file_.support()};
+  SQLiteProvider provider_{"key", file_.support(), schema};
   LogCapture log_{PLRLogLevel::error};
 };
 
 TEST_F(SQLiteProviderOperations, WriteReadAndDeleteRows) {
   for (const char* key : {"a", "b", "c"}) EXPECT_TRUE(insertProject(key));
   const std::optional<SQLiteValue> b = std::string("b");
-  const ColumnValue time[] = {{"savedTime", std::int64_t{5}}, {"isMigrated", false}};
-  EXPECT_EQ(provider_.update("projects", time, "applicationKey=?", {&b, 1}), 1);
+  const std::optional<SQLiteValue> time[] = {std::int64_t{5}, false, b};
+  EXPECT_EQ(provider_.update(statements({"savedTime", "isMigrated"}), time), 1);
 
   std::string rows;
   EXPECT_TRUE(provider_.query(
@@ -153,8 +153,8 @@ TEST_F(SQLiteProviderOperations, WriteReadAndDeleteRows) {
 TEST_F(SQLiteProviderOperations, FailuresAreLoggedAndShowAsEmptyResults) {
   EXPECT_TRUE(insertProject("a"));
   EXPECT_EQ(insertProject("a"), std::nullopt);
-  const ColumnValue wrong[] = {{"noColumn", std::int64_t{5}}};
-  EXPECT_EQ(provider_.update("projects", wrong, "id=1", {}), std::nullopt);
+  const std::optional<SQLiteValue> two[2];
+  EXPECT_EQ(provider_.update(statements({"noColumn"}), two), std::nullopt);
   EXPECT_EQ(provider_.deleteRows("projects", "id=", {}), 0);
   provider_.clear("noTable");
   EXPECT_FALSE(provider_.query({.tableName = "noTable"}, [](const Cursor&) {}));

@@ -12,7 +12,7 @@ namespace {
 class StatementTest : public ::testing::Test {
  protected:
   /// What reading all rows throws, as it is printed; empty when it throws nothing.
-  std::string failure(const std::string& sql, Statement::Values values = {}) {
+  std::string failure(const std::string& sql, SQLiteValues values = {}) {
     try {
       Statement statement(database_, sql, values);
       while (const auto row = statement.failableNext()) (void)row->value(0);

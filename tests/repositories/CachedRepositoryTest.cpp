@@ -4,7 +4,7 @@
 #include <random>
 
 #include "CachedRepository.h"
-#include "EventRepository.h"
+#include "Repositories.h"
 #include "ScriptedDatabase.h"
 
 namespace pelorino {

@@ -1,21 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "CurrencyAccrualResourcesRepository.h"
 #include "DatabaseFile.h"
-#include "EventRepository.h"
-#include "IdentifiersRepository.h"
 #include "JsonHelpers.h"
-#include "LevelResourcesRepository.h"
-#include "MessagingCategoryRepository.h"
-#include "PeopleRepository.h"
-#include "ProjectRepository.h"
-#include "RealPaymentRepository.h"
-#include "ReportsRepository.h"
-#include "SQLiteProvider.h"
-#include "SubscriptionRepository.h"
-#include "ToolsRepository.h"
-#include "TutorialRepository.h"
-#include "UserRepository.h"
+#include "Repositories.h"
+#include "SQLiteContracts.h"
 
 namespace pelorino {
 namespace {
@@ -52,7 +40,7 @@ class StoredModels : public ::testing::Test {
   }
 
   std::shared_ptr<SQLiteProvider> open() {
-    return std::make_shared<SQLiteProvider>("key", file_.support());
+    return std::make_shared<SQLiteProvider>("key", file_.support(), SQLiteContracts::schema());
   }
 
   /// The models of the rows that the statement makes.

@@ -10,23 +10,20 @@ namespace pelorino {
 /// A database of no rows that fails when told to and notes what is asked of it.
 class ScriptedDatabase final : public DatabaseProtocol {
  public:
-  using DatabaseProtocol::query;
   bool query(const TableQuery& query, const RowHandler&) override {
     calls.push_back("query " + std::string(query.tableName));
     return works;
   }
-  std::optional<RowId> insert(std::string_view tableName, std::span<const ColumnValue>) override {
-    calls.push_back("insert " + std::string(tableName));
+  std::optional<std::int64_t> insert(const TableStatements& table, SQLiteValues) override {
+    calls.push_back("insert " + std::string(table.tableName));
     return works ? std::optional(++lastRowId) : std::nullopt;
   }
-  std::optional<std::int64_t> update(std::string_view tableName, std::span<const ColumnValue>,
-                                     std::string_view selection,
-                                     std::span<const std::optional<SQLiteValue>>) override {
-    calls.push_back("update " + std::string(tableName) + " " + std::string(selection));
+  std::optional<std::int64_t> update(const TableStatements& table, SQLiteValues) override {
+    calls.push_back("update " + std::string(table.tableName));
     return works ? std::optional<std::int64_t>(1) : std::nullopt;
   }
   std::int64_t deleteRows(std::string_view tableName, std::string_view selection,
-                          std::span<const std::optional<SQLiteValue>> selectionArgs) override {
+                          SQLiteValues selectionArgs) override {
     calls.push_back("delete " + std::string(tableName) + " " + std::string(selection));
     return works ? static_cast<std::int64_t>(selectionArgs.size()) : 0;
   }
@@ -37,7 +34,7 @@ class ScriptedDatabase final : public DatabaseProtocol {
 
   bool works = true;
   std::size_t limit = 7;
-  RowId lastRowId = 0;
+  std::int64_t lastRowId = 0;
   std::vector<std::string> calls;
 };
 

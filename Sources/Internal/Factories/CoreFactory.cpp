@@ -6,6 +6,7 @@
 #include "Network.h"
 #include "PlatformStorage.h"
 #include "ResolvedHost.h"
+#include "SQLiteContracts.h"
 #include "System.h"
 
 namespace pelorino {
@@ -15,7 +16,7 @@ CoreFactory::CoreFactory(const std::string& applicationKey)
       backend_(std::make_shared<BackendRepository>(std::make_shared<Network>(Host::http()),
                                                    std::make_shared<ContentFactory>())),
       platform_(std::make_shared<PlatformStorage>()),
-      database_(
-          std::make_shared<SQLiteProvider>(applicationKey, Host::facts().supportDirectory())) {}
+      database_(std::make_shared<SQLiteProvider>(applicationKey, Host::facts().supportDirectory(),
+                                                 SQLiteContracts::schema())) {}
 
 }  // namespace pelorino

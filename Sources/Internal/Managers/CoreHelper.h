@@ -6,9 +6,8 @@
 #include <vector>
 
 #include "Project.h"
-#include "ProjectRepository.h"
+#include "Repositories.h"
 #include "User.h"
-#include "UserRepository.h"
 
 namespace pelorino {
 

@@ -8,9 +8,8 @@
 
 #include "Clock.h"
 #include "Project.h"
-#include "ProjectRepository.h"
+#include "Repositories.h"
 #include "User.h"
-#include "UserRepository.h"
 
 namespace pelorino {
 

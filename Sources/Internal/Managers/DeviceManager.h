@@ -7,10 +7,9 @@
 #include "Executor.h"
 #include "Guarded.h"
 #include "Identifiers.h"
-#include "IdentifiersRepository.h"
 #include "PlatformProtocol.h"
 #include "Project.h"
-#include "ToolsRepository.h"
+#include "Repositories.h"
 
 namespace pelorino {
 

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "Clock.h"
+#include "Repositories.h"
 #include "StateManager.h"
-#include "UserRepository.h"
 
 namespace pelorino {
 

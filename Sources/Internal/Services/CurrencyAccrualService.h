@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Clock.h"
-#include "CurrencyAccrualResourcesRepository.h"
+#include "Repositories.h"
 #include "Resources.h"
 #include "StateManager.h"
 #include "User.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Event.h"
-#include "EventRepository.h"
+#include "Repositories.h"
 #include "StateManager.h"
 
 namespace pelorino {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "LevelResourcesRepository.h"
+#include "Repositories.h"
 #include "Resources.h"
 #include "StateManager.h"
 #include "User.h"

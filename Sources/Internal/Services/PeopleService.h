@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "PeopleRepository.h"
+#include "Repositories.h"
 #include "StateManager.h"
 #include "User.h"
 

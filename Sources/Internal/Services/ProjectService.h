@@ -5,8 +5,7 @@
 #include <string>
 
 #include "Config.h"
-#include "ProjectRepository.h"
-#include "RealPaymentRepository.h"
+#include "Repositories.h"
 #include "StateManager.h"
 
 namespace pelorino {

@@ -11,12 +11,11 @@
 
 #include "BackendProtocol.h"
 #include "Event.h"
-#include "EventRepository.h"
 #include "Guarded.h"
 #include "Identifiers.h"
 #include "Random.h"
 #include "Report.h"
-#include "ReportsRepository.h"
+#include "Repositories.h"
 #include "Run.h"
 #include "StateManager.h"
 

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "Logger.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 #include "User.h"
 
 namespace pelorino {

@@ -15,9 +15,9 @@
 #include "Host.h"
 #include "HostCode.h"
 #include "HostFacts.h"
+#include "Repositories.h"
 #include "Run.h"
 #include "StateManager.h"
-#include "SubscriptionRepository.h"
 
 namespace pelorino {
 

@@ -5,10 +5,9 @@
 #include <optional>
 #include <vector>
 
+#include "Repositories.h"
 #include "StateManager.h"
-#include "TutorialRepository.h"
 #include "User.h"
-#include "UserRepository.h"
 
 namespace pelorino {
 

@@ -4,13 +4,11 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "SQLiteConvertible.h"
+#include "Cursor.h"
 
 namespace pelorino {
 
@@ -24,6 +22,14 @@ struct TableQuery {
   std::optional<std::string> groupBy = {};
   std::optional<std::string> sortOrder = {};
   std::optional<std::int64_t> limit = {};
+};
+
+/// The statements that write the rows of a table. Their texts never change, so whoever writes has
+/// them made once (SqlText), not for each row.
+struct TableStatements {
+  std::string_view tableName;
+  std::string insert;
+  std::string update;
 };
 
 /// Operations on tables, as repositories use them. They never throw: a failure is logged and shows
@@ -40,32 +46,23 @@ class DatabaseProtocol {
   /// some rows.
   virtual bool query(const TableQuery& query, const RowHandler& onRow) = 0;
 
-  /// The id of the new row; nothing when it was not stored.
-  [[nodiscard]] virtual std::optional<RowId> insert(std::string_view tableName,
-                                                    std::span<const ColumnValue> content) = 0;
+  /// The id of the new row; nothing when it was not stored. A value for each column.
+  [[nodiscard]] virtual std::optional<std::int64_t> insert(const TableStatements& table,
+                                                           SQLiteValues content) = 0;
 
-  /// The number of rows that matched; nothing when it failed.
-  virtual std::optional<std::int64_t> update(
-      std::string_view tableName, std::span<const ColumnValue> values, std::string_view selection,
-      std::span<const std::optional<SQLiteValue>> selectionArgs) = 0;
+  /// The number of rows that matched; nothing when it failed. A value for each column, and behind
+  /// them those of the selection.
+  virtual std::optional<std::int64_t> update(const TableStatements& table, SQLiteValues values) = 0;
 
   /// The number of deleted rows; 0 also when it failed.
   virtual std::int64_t deleteRows(std::string_view tableName, std::string_view selection,
-                                  std::span<const std::optional<SQLiteValue>> selectionArgs) = 0;
+                                  SQLiteValues selectionArgs) = 0;
 
   /// Deletes all rows of a table.
   virtual void clear(std::string_view tableName) = 0;
 
   /// The most values that one statement can take; at least 1.
   [[nodiscard]] virtual std::size_t argumentLimit() = 0;
-
-  /// Appends the rows that convert to `rows`. False when it failed; what was read before is kept.
-  template <SQLiteConvertible T>
-  bool query(const TableQuery& tableQuery, std::vector<T>& rows) {
-    return query(tableQuery, [&rows](const Cursor& cursor) {
-      if (auto row = T::from(cursor)) rows.push_back(std::move(*row));
-    });
-  }
 };
 
 }  // namespace pelorino

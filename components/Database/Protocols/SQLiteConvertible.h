@@ -4,17 +4,16 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "Cursor.h"
 
 namespace pelorino {
 
-/// What can be made of a row. `from` gives nothing when a value that the row must have is missing;
-/// the row is then skipped.
-template <class T>
-concept SQLiteConvertible = requires(const Cursor& cursor) {
-  { T::from(cursor) } -> std::same_as<std::optional<T>>;
+/// A model that can be made of a row: it is made empty, has room for the row's id, and the columns
+/// then fill its fields.
+template <class Model>
+concept SQLiteConvertible = std::default_initializable<Model> && requires(Model& model) {
+  { model.idKey } -> std::same_as<std::int64_t&>;
 };
 
 /// How a field is held in one column: `stored` gives what is bound, `from` reads it back, giving

@@ -49,7 +49,7 @@ std::int64_t Connection::changes() const {
   return sqlite3_changes(connection_);
 }
 
-RowId Connection::lastInsertRowId() const {
+std::int64_t Connection::lastInsertRowId() const {
   return sqlite3_last_insert_rowid(connection_);
 }
 

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <string>
 
-#include "SQLiteValue.h"
 #include "SynchronousQueue.h"
 
 struct sqlite3;
@@ -28,7 +27,7 @@ class Connection final {
 
   /// Rows that the last INSERT, UPDATE or DELETE touched.
   [[nodiscard]] std::int64_t changes() const;
-  [[nodiscard]] RowId lastInsertRowId() const;
+  [[nodiscard]] std::int64_t lastInsertRowId() const;
 
   /// The most parameters that one statement can have.
   [[nodiscard]] int variableLimit() const;

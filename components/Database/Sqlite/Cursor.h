@@ -2,13 +2,20 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
-
-#include "SQLiteValue.h"
+#include <variant>
 
 struct sqlite3_stmt;
 
 namespace pelorino {
+
+/// The kinds of value that may be bound to a statement. A `bool` is stored as the integer 0 or 1, a
+/// text as its UTF-8 bytes up to the first NUL.
+using SQLiteValue = std::variant<double, std::int64_t, std::string, bool>;
+
+/// What is bound to the parameters of a statement, in their order. NULL is the absent value.
+using SQLiteValues = std::span<const std::optional<SQLiteValue>>;
 
 /// A view of the row on which a statement stands, columns counted from 0. Valid until the statement
 /// is stepped again. A column beyond the row reads as NULL.
@@ -25,8 +32,6 @@ class Cursor final {
   /// The column's value if it is stored as TEXT or INTEGER; nothing is converted.
   [[nodiscard]] std::optional<std::string> text(int at) const;
   [[nodiscard]] std::optional<std::int64_t> integer(int at) const;
-
-  [[nodiscard]] std::optional<std::string> operator[](int at) const { return text(at); }
 
  private:
   sqlite3_stmt* handle_;

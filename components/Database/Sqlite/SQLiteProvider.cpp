@@ -5,10 +5,10 @@
 
 #include <algorithm>
 #include <exception>
-#include <vector>
 
 #include "Logger.h"
 #include "SQLiteError.h"
+#include "SqlText.h"
 #include "Statement.h"
 #include "System.h"
 
@@ -35,22 +35,15 @@ Result guarded(const char* messagePrefix, Result fallback, Operation&& operation
   }
 }
 
-std::vector<std::optional<SQLiteValue>> valuesOf(std::span<const ColumnValue> content,
-                                                 std::size_t room) {
-  std::vector<std::optional<SQLiteValue>> values;
-  values.reserve(content.size() + room);
-  for (const auto& column : content) values.push_back(column.value);
-  return values;
-}
-
 }  // namespace
 
 SQLiteProvider::SQLiteProvider(std::string_view /*applicationKey*/,
-                               const std::optional<std::string>& supportDirectory)
+                               const std::optional<std::string>& supportDirectory,
+                               const Schema& schema)
     : folder_(prepareFolder(supportDirectory)),
       lock_(lock(folder_)),
       database_(prepareFile(folder_)) {
-  upgradeScheme();
+  upgradeScheme(schema);
 }
 
 std::optional<std::string> SQLiteProvider::folderPath(
@@ -93,22 +86,21 @@ std::string SQLiteProvider::prepareFile(const std::string& folder) {
   return path;
 }
 
-void SQLiteProvider::upgradeScheme() {
-  const auto& map = SQLiteContracts::map();
-  const auto steps = static_cast<std::int64_t>(map.size());
+void SQLiteProvider::upgradeScheme(const Schema& schema) {
+  const auto steps = static_cast<std::int64_t>(schema.map.size());
   const std::int64_t version = getSchemeVersion();
-  if (version == SQLiteContracts::schemeVersion) return;
+  if (version == schema.version) return;
   if (version < 0 || version > steps) {
     throw SQLiteError::error(fmt::format("The database has the unknown version {}", version),
                              SQLITE_ERROR);
   }
   for (std::int64_t step = version; step < steps; ++step) {
-    for (const auto& statement : map[static_cast<std::size_t>(step)]) run(statement);
+    for (const auto& statement : schema.map[static_cast<std::size_t>(step)]) run(statement);
   }
-  updateSchemeVersion(SQLiteContracts::schemeVersion);
+  updateSchemeVersion(schema.version);
 }
 
-void SQLiteProvider::run(const SQLiteContracts::Step& step) {
+void SQLiteProvider::run(const Schema::Step& step) {
   // An upgrade that was cut short before it had set the version is repeated as a whole.
   if (!step.addedColumn.empty() && hasColumn(step.table, step.addedColumn)) return;
   database_.execute(step.sql);
@@ -146,33 +138,24 @@ bool SQLiteProvider::query(const TableQuery& query, const RowHandler& onRow) {
   });
 }
 
-std::optional<RowId> SQLiteProvider::insert(std::string_view tableName,
-                                            std::span<const ColumnValue> content) {
-  return guarded(writeFailed, std::optional<RowId>(), [&] {
-    Statement statement(database_, insertTexts_.text(tableName, content, {}, [&] {
-      return SqlText::insert(tableName, content);
-    }));
-    statement.run(valuesOf(content, 0));
+std::optional<std::int64_t> SQLiteProvider::insert(const TableStatements& table,
+                                                   SQLiteValues content) {
+  return guarded(writeFailed, std::optional<std::int64_t>(), [&] {
+    Statement(database_, table.insert).run(content);
     return std::optional(database_.lastInsertRowId());
   });
 }
 
-std::optional<std::int64_t> SQLiteProvider::update(
-    std::string_view tableName, std::span<const ColumnValue> values, std::string_view selection,
-    std::span<const std::optional<SQLiteValue>> selectionArgs) {
+std::optional<std::int64_t> SQLiteProvider::update(const TableStatements& table,
+                                                   SQLiteValues values) {
   return guarded(writeFailed, std::optional<std::int64_t>(), [&] {
-    Statement statement(database_, updateTexts_.text(tableName, values, selection, [&] {
-      return SqlText::update(tableName, values, selection);
-    }));
-    auto arguments = valuesOf(values, selectionArgs.size());
-    arguments.insert(arguments.end(), selectionArgs.begin(), selectionArgs.end());
-    statement.run(arguments);
+    Statement(database_, table.update).run(values);
     return std::optional(database_.changes());
   });
 }
 
 std::int64_t SQLiteProvider::deleteRows(std::string_view tableName, std::string_view selection,
-                                        std::span<const std::optional<SQLiteValue>> selectionArgs) {
+                                        SQLiteValues selectionArgs) {
   return guarded(deleteFailed, std::int64_t{0}, [&] {
     Statement(database_, SqlText::remove(tableName, selection), selectionArgs).run();
     return database_.changes();

@@ -2,20 +2,33 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "Connection.h"
 #include "DatabaseProtocol.h"
 #include "Files.h"
-#include "SQLiteContracts.h"
-#include "SqlText.h"
 
 namespace pelorino {
+
+/// What makes the tables of a database file, and brings those of an older one up to date.
+struct Schema {
+  /// A statement. One that adds a column names it, so that it is not run on a table that has the
+  /// column: unlike the others it does not stand a repetition.
+  struct Step {
+    std::string sql;
+    std::string_view table = {};
+    std::string_view addedColumn = {};
+  };
+
+  /// The version that an up-to-date file bears as its user_version. A new file bears 0.
+  std::int64_t version;
+  /// What each version brought, from version 0 on.
+  std::vector<std::vector<Step>> map;
+};
 
 /// The database file `pelorino/pelorino.db` below a support directory, one for all application
 /// keys, and the table operations on it.
@@ -27,25 +40,26 @@ namespace pelorino {
 class SQLiteProvider final : public DatabaseProtocol {
  public:
   /// Makes the folder (0700) and the file (0600) if missing and brings the schema to its current
-  /// version. Throws when there is no support directory, when another process uses the file,
-  /// when it cannot be opened or upgraded, and when it is of a version that this code does not
-  /// know; such a file stays as it is. The key enters nothing.
+  /// version. Throws when there is no support directory, when another process uses the file, and
+  /// when it cannot be opened or upgraded. The key enters nothing.
+  ///
+  /// A file of the schema's own version runs no statement. One of another version n runs map[n] and
+  /// all that follow, and then bears the schema's version; the one version above it that is as
+  /// great as the map thus runs nothing. A version below 0 or greater than the map is unknown:
+  /// creation throws and the file stays as it is.
   SQLiteProvider(std::string_view applicationKey,
-                 const std::optional<std::string>& supportDirectory);
+                 const std::optional<std::string>& supportDirectory, const Schema& schema);
 
   /// The folder that holds the file; nothing without a support directory.
   [[nodiscard]] static std::optional<std::string> folderPath(
       const std::optional<std::string>& supportDirectory);
 
-  using DatabaseProtocol::query;
   bool query(const TableQuery& query, const RowHandler& onRow) override;
-  [[nodiscard]] std::optional<RowId> insert(std::string_view tableName,
-                                            std::span<const ColumnValue> content) override;
-  std::optional<std::int64_t> update(
-      std::string_view tableName, std::span<const ColumnValue> values, std::string_view selection,
-      std::span<const std::optional<SQLiteValue>> selectionArgs) override;
+  [[nodiscard]] std::optional<std::int64_t> insert(const TableStatements& table,
+                                                   SQLiteValues content) override;
+  std::optional<std::int64_t> update(const TableStatements& table, SQLiteValues values) override;
   std::int64_t deleteRows(std::string_view tableName, std::string_view selection,
-                          std::span<const std::optional<SQLiteValue>> selectionArgs) override;
+                          SQLiteValues selectionArgs) override;
   void clear(std::string_view tableName) override;
   [[nodiscard]] std::size_t argumentLimit() override;
 
@@ -53,8 +67,8 @@ class SQLiteProvider final : public DatabaseProtocol {
   static std::string prepareFolder(const std::optional<std::string>& supportDirectory);
   static std::shared_ptr<FileLock> lock(const std::string& folder);
   static std::string prepareFile(const std::string& folder);
-  void upgradeScheme();
-  void run(const SQLiteContracts::Step& step);
+  void upgradeScheme(const Schema& schema);
+  void run(const Schema::Step& step);
   [[nodiscard]] bool hasColumn(std::string_view table, std::string_view column);
   [[nodiscard]] std::int64_t getSchemeVersion();
   void updateSchemeVersion(std::int64_t version);
@@ -62,8 +76,6 @@ class SQLiteProvider final : public DatabaseProtocol {
   const std::string folder_;
   const std::shared_ptr<FileLock> lock_;  ///< Outlives the connection.
   Connection database_;
-  KeptSqlTexts insertTexts_;
-  KeptSqlTexts updateTexts_;
 };
 
 }  // namespace pelorino

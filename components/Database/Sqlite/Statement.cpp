@@ -12,7 +12,7 @@
 
 namespace pelorino {
 
-Statement::Statement(Connection& database, const std::string& sql, Values arguments)
+Statement::Statement(Connection& database, const std::string& sql, SQLiteValues arguments)
     : database_(database) {
   const int code = sqlite3_prepare_v2(database.handle(), sql.c_str(), -1, &connection_, nullptr);
   if (code != SQLITE_OK) throw SQLiteError::error("SQLite error", code);
@@ -29,7 +29,7 @@ Statement::~Statement() {
   sqlite3_finalize(connection_);
 }
 
-Statement& Statement::bind(Values values) {
+Statement& Statement::bind(SQLiteValues values) {
   if (values.empty()) return *this;
   reset();
   sqlite3_clear_bindings(connection_);
@@ -58,7 +58,7 @@ void Statement::bind(const std::optional<SQLiteValue>& value, int atIndex) {
   SQLiteError::check(code, database_.handle());
 }
 
-Statement& Statement::run(Values values) {
+Statement& Statement::run(SQLiteValues values) {
   bind(values);
   reset();
   while (step()) {

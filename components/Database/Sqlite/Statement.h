@@ -1,19 +1,36 @@
 #pragma once
 
+#include <exception>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "Cursor.h"
-#include "FailableIterator.h"
-#include "SQLiteValue.h"
 
 struct sqlite3_stmt;
 
 namespace pelorino {
 
 class Connection;
+
+/// A sequence whose next step can fail.
+template <class Element>
+class FailableIterator {
+ public:
+  virtual ~FailableIterator() = default;
+
+  /// The next element, absent at the end. Throws what the step threw.
+  [[nodiscard]] virtual std::optional<Element> failableNext() = 0;
+
+  /// The same, with a failure as the end.
+  [[nodiscard]] std::optional<Element> next() noexcept {
+    try {
+      return failableNext();
+    } catch (const std::exception&) {
+      return std::nullopt;
+    }
+  }
+};
 
 /// One prepared statement: bound, stepped and dropped by the operation that made it. The connection
 /// outlives it.
@@ -22,18 +39,16 @@ class Connection;
 /// Errors:  SQLiteError, and EmptyStatementError for a text without a statement.
 class Statement final : public FailableIterator<Cursor> {
  public:
-  using Values = std::span<const std::optional<SQLiteValue>>;
-
-  Statement(Connection& database, const std::string& sql, Values arguments = {});
+  Statement(Connection& database, const std::string& sql, SQLiteValues arguments = {});
   ~Statement() override;
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
   /// Binds all parameters anew, one value for each. An empty list leaves everything as it was.
-  Statement& bind(Values values);
+  Statement& bind(SQLiteValues values);
 
   /// Binds the values, if any, and steps through all rows, keeping none.
-  Statement& run(Values values = {});
+  Statement& run(SQLiteValues values = {});
 
   /// Goes back before the first row; failableNext() and next() then walk the rows.
   Statement& makeIterator();

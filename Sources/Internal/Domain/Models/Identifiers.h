@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "PeopleValueType.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

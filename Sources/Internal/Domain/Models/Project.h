@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "Config.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

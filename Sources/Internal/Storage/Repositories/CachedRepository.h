@@ -10,17 +10,17 @@
 
 namespace pelorino {
 
-/// The models of one table. They are shared: a change of a field shows at once to everyone who
-/// holds the model, and is stored by update().
+/// The models of the table that `Entry` tells. They are shared: a change of a field shows at once
+/// to everyone who holds the model, and is stored by update().
 ///
 /// Threads: the incomeQueue only.
-template <class Model>
+template <class Model, class Entry>
 class CachedRepository {
  public:
   using Item = std::shared_ptr<Model>;
 
-  CachedRepository(const TableDescription& description, std::shared_ptr<DatabaseProtocol> with)
-      : table_(description, std::move(with)) {}
+  explicit CachedRepository(std::shared_ptr<DatabaseProtocol> with)
+      : table_(Entry::table, std::move(with)) {}
 
   /// All rows, in order of insertion. Cost: the whole table.
   [[nodiscard]] std::vector<Item> list() {
@@ -53,17 +53,15 @@ class CachedRepository {
   void clear() { table_.clear(); }
 
  protected:
-  ~CachedRepository() = default;
-
   CachedTable table_;
 };
 
 /// A table whose rows belong to a user.
-template <class Model>
-class UserRowsRepository : public CachedRepository<Model> {
+template <class Model, class Entry>
+class UserRowsRepository : public CachedRepository<Model, Entry> {
  public:
-  using CachedRepository<Model>::CachedRepository;
-  using typename CachedRepository<Model>::Item;
+  using CachedRepository<Model, Entry>::CachedRepository;
+  using typename CachedRepository<Model, Entry>::Item;
 
   /// The user's rows, in order of insertion. Cost: the rows of that user.
   [[nodiscard]] std::vector<Item> ofUser(RowId userId) {
@@ -86,20 +84,15 @@ class UserRowsRepository : public CachedRepository<Model> {
   }
 
   /// Deletes all rows of these users.
-  void deleteForDataForUsers(std::span<const RowId> ids) {
-    this->table_.removeOfOwners(ids, "userId");
-  }
-
- protected:
-  ~UserRowsRepository() = default;
+  void deleteForDataForUsers(std::span<const RowId> ids) { this->table_.removeOfOwners(ids); }
 };
 
 /// A table whose rows belong to a project.
-template <class Model>
-class ProjectRowsRepository : public CachedRepository<Model> {
+template <class Model, class Entry>
+class ProjectRowsRepository : public CachedRepository<Model, Entry> {
  public:
-  using CachedRepository<Model>::CachedRepository;
-  using typename CachedRepository<Model>::Item;
+  using CachedRepository<Model, Entry>::CachedRepository;
+  using typename CachedRepository<Model, Entry>::Item;
 
   /// The project's rows, in order of insertion. Cost: the rows of that project.
   [[nodiscard]] std::vector<Item> ofProject(RowId projectId) {
@@ -111,9 +104,6 @@ class ProjectRowsRepository : public CachedRepository<Model> {
   [[nodiscard]] Item findOfProject(RowId projectId, Predicate matches) {
     return this->table_.rows().of(projectId).template findIf<Model>(matches);
   }
-
- protected:
-  ~ProjectRowsRepository() = default;
 };
 
 }  // namespace pelorino

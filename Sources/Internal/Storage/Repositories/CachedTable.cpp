@@ -6,12 +6,19 @@
 #include <string>
 #include <utility>
 
-#include "SQLiteContracts.h"
+#include "SqlText.h"
 
 namespace pelorino {
 namespace {
 
-constexpr std::string_view idColumn = SQLiteContracts::BaseEntry::id;
+/// The texts for all columns but the row id, in their order.
+TableStatements statementsOf(const TableDescription& description) {
+  std::vector<std::string_view> columns;
+  for (const Column& column : description.columns) columns.push_back(column.name);
+  return {.tableName = description.name,
+          .insert = SqlText::insert(description.name, columns),
+          .update = SqlText::update(description.name, columns, "id=?")};
+}
 
 std::string isOneOf(std::string_view column, std::string_view separator, std::size_t count) {
   std::string selection(column);
@@ -27,7 +34,10 @@ std::string isOneOf(std::string_view column, std::string_view separator, std::si
 
 CachedTable::CachedTable(const TableDescription& description,
                          std::shared_ptr<DatabaseProtocol> database)
-    : description_(description), database_(std::move(database)), cache_(description.owner) {}
+    : description_(description),
+      statements_(statementsOf(description)),
+      database_(std::move(database)),
+      cache_(description.owner) {}
 
 const RowCache& CachedTable::rows() {
   if (!isLoaded_ && cache_.rows().size() == 0) load();
@@ -36,7 +46,7 @@ const RowCache& CachedTable::rows() {
 
 bool CachedTable::insert(const Row& row) {
   static_cast<void>(rows());  // Read before the row is in the table.
-  const auto rowId = database_->insert(description_.name, prepareContetsValues(row));
+  const auto rowId = database_->insert(statements_, prepareContetsValues(row));
   if (!rowId) return false;
   idOf(row) = *rowId;
   cache_.set(*rowId, row);
@@ -46,8 +56,9 @@ bool CachedTable::insert(const Row& row) {
 void CachedTable::update(const Row& row) {
   const RowId id = idOf(row);
   if (cache_.rows().find(id)) cache_.set(id, row);
-  const std::optional<SQLiteValue> idKey = id;
-  database_->update(description_.name, prepareContetsValues(row), "id=?", {&idKey, 1});
+  auto values = prepareContetsValues(row);
+  values.emplace_back(id);
+  database_->update(statements_, values);
 }
 
 bool CachedTable::remove(std::span<const RowId> ids) {
@@ -55,15 +66,15 @@ bool CachedTable::remove(std::span<const RowId> ids) {
   // Where the deletion fails, say on a full disk, this library does not read the rows again:
   // otherwise reports that have been delivered would go out at every occasion.
   for (const RowId id : ids) cache_.remove(id);
-  return deleteRows(idColumn, ",", ids) == static_cast<std::int64_t>(ids.size());
+  return deleteRows(BaseEntry::id, ",", ids) == static_cast<std::int64_t>(ids.size());
 }
 
-void CachedTable::removeOfOwners(std::span<const RowId> owners, std::string_view ownerColumn) {
+void CachedTable::removeOfOwners(std::span<const RowId> owners) {
   for (const RowId owner : owners) {
     const RowList& rows = cache_.of(owner);
     for (const Row& row : rows.first<void>(rows.size())) cache_.remove(idOf(row));
   }
-  deleteRows(ownerColumn, ", ", owners);
+  deleteRows(description_.ownerColumn, ", ", owners);
 }
 
 void CachedTable::clear() {
@@ -80,21 +91,23 @@ void CachedTable::load() {
 
 /// Null for a row that lacks what the model must have.
 CachedTable::Row CachedTable::rowOf(const Cursor& cursor) const {
-  Row row = description_.make();
   int at = 0;
+  const auto id = cursor.integer(at);
+  if (!id) return nullptr;
+  Row row = description_.make();
+  idOf(row) = *id;
   for (const Column& column : description_.columns) {
-    if (!column.read(row.get(), cursor, at++)) return nullptr;
+    if (!column.read(row.get(), cursor, ++at)) return nullptr;
   }
   return row;
 }
 
-/// All columns but the row id.
-std::vector<ColumnValue> CachedTable::prepareContetsValues(const Row& row) const {
-  const auto written = description_.columns.subspan(1);
-  std::vector<ColumnValue> content;
-  content.reserve(written.size());
-  for (const Column& column : written) content.push_back({column.name, column.write(row.get())});
-  return content;
+/// The values of all columns but the row id, with room for that behind them.
+std::vector<std::optional<SQLiteValue>> CachedTable::prepareContetsValues(const Row& row) const {
+  std::vector<std::optional<SQLiteValue>> values;
+  values.reserve(description_.columns.size() + 1);
+  for (const Column& column : description_.columns) values.push_back(column.write(row.get()));
+  return values;
 }
 
 /// In as many statements as the number of values takes. Returns how many rows have gone.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -24,7 +25,6 @@ class CachedTable final {
   CachedTable(const TableDescription& description, std::shared_ptr<DatabaseProtocol> database);
 
   [[nodiscard]] DatabaseProtocol& database() const { return *database_; }
-  [[nodiscard]] std::string_view name() const { return description_.name; }
   /// The rows, read now if they have not been.
   [[nodiscard]] const RowCache& rows();
 
@@ -32,19 +32,20 @@ class CachedTable final {
   void update(const Row& row);
   /// False when some of these rows may still be in the file.
   bool remove(std::span<const RowId> ids);
-  /// Deletes all rows whose `ownerColumn` holds one of these ids.
-  void removeOfOwners(std::span<const RowId> owners, std::string_view ownerColumn);
+  /// Deletes all rows that belong to one of these.
+  void removeOfOwners(std::span<const RowId> owners);
   void clear();
 
  private:
   void load();
   [[nodiscard]] Row rowOf(const Cursor& cursor) const;
   [[nodiscard]] RowId& idOf(const Row& row) const { return description_.idKey(row.get()); }
-  [[nodiscard]] std::vector<ColumnValue> prepareContetsValues(const Row& row) const;
+  [[nodiscard]] std::vector<std::optional<SQLiteValue>> prepareContetsValues(const Row& row) const;
   std::int64_t deleteRows(std::string_view column, std::string_view separator,
                           std::span<const RowId> values);
 
   const TableDescription& description_;
+  const TableStatements statements_;
   std::shared_ptr<DatabaseProtocol> database_;
   RowCache cache_;
   /// The table was read to its end, so an empty cache means an empty table.

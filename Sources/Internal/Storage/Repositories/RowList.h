@@ -6,7 +6,7 @@
 #include <memory>
 #include <vector>
 
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

@@ -6,7 +6,7 @@
 
 #include "EventText.h"
 #include "JsonHelpers.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 

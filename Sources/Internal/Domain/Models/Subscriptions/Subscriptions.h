@@ -7,7 +7,7 @@
 
 #include "Decimal.h"
 #include "JsonCoding.h"
-#include "SQLiteValue.h"
+#include "RowId.h"
 
 namespace pelorino {
 
