@@ -284,7 +284,7 @@ void addPacking(std::size_t count, const char* work) {
                     waiting.begin() + static_cast<std::ptrdiff_t>(i),
                     waiting.begin() + static_cast<std::ptrdiff_t>(std::min(i + 10, count)));
               }
-              Report report(packages);
+              Report report(packages, "uuid");
               return report.stored()->size() + report.body()->size();
             };
             values["time"] = timeOf(static_cast<int>(100'000 / count), packed);

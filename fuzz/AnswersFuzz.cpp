@@ -1,14 +1,10 @@
 // What the backend answers. An input is the endpoint's letter, three digits of status, the body.
 
 #include <algorithm>
-#include <memory>
 
-#include "Backend.h"
 #include "BackendRepository.h"
-#include "ContentFactory.h"
 #include "Fuzz.h"
 #include "JsonHelpers.h"
-#include "Network.h"
 
 namespace pelorino::fuzz {
 namespace {
@@ -36,7 +32,7 @@ class Answers final {
   }
 
   void checkConfiguration() {
-    const ConfigAnswer answer = backend_.requestConfig("key", {}, {});
+    const ConfigAnswer answer = ask(BackendRepository::requestConfig);
     const auto expected = status_ == 200 ? readable<Config>() : std::nullopt;
     FUZZ_REQUIRE(answer.isDefault == !expected);
     if (expected) FUZZ_REQUIRE(encodeJson(answer.config) == encodeJson(*expected));
@@ -44,7 +40,7 @@ class Answers final {
   }
 
   void checkIdentifiers() {
-    const auto outcome = backend_.requestIdentification("key", 1, {});
+    const auto outcome = ask(BackendRepository::requestIdentification);
     const auto* identifiers = std::get_if<BackendIdentifiers::Identifiers>(&outcome);
     const auto* retry = std::get_if<BackendIdentifiers::RetryAfter>(&outcome);
     FUZZ_REQUIRE((identifiers != nullptr) ==
@@ -59,7 +55,7 @@ class Answers final {
   }
 
   void checkReceipt() {
-    const PLRVerifyResponse answer = backend_.sendVerifyReceipt("key", {}, {});
+    const PLRVerifyResponse answer = ask(BackendRepository::sendVerifyReceipt);
     const auto expected = readable<ReceiptResult>();
     if (status_ != 200) {
       FUZZ_REQUIRE(answer.receiptStatus() == PLRReceiptStatus::serverError);
@@ -75,13 +71,18 @@ class Answers final {
   }
 
   void checkCategories() {
-    const auto answer = backend_.requestMessagingConfig("key", {}, {});
+    const auto answer = ask(BackendRepository::requestMessagingConfig);
     const auto expected = from<MessagingConfig>(body_);
     FUZZ_REQUIRE(answer.has_value() == expected.has_value());
     if (answer) checkRoundTrip(answer->categories);
   }
 
  private:
+  template <class Request, class Answer>
+  [[nodiscard]] Answer ask(const Endpoint<Request, Answer>& endpoint) {
+    return backend_.ask(endpoint, "key", {}, {}).answer;
+  }
+
   /// The body's value where the backend's answer to the library counts as one.
   template <class Value>
   [[nodiscard]] std::optional<Value> readable() const {
@@ -92,8 +93,7 @@ class Answers final {
   int status_;
   std::string body_;
   FixedExchange http_;
-  Backend backend_{std::make_shared<BackendRepository>(std::make_shared<Network>(http_),
-                                                       std::make_shared<ContentFactory>())};
+  Backend backend_{http_};
 };
 
 }  // namespace

@@ -18,7 +18,17 @@ struct BackendIdentifiers {
     std::optional<std::int64_t> pelorinoIdTimestamp;
 
     /// For the log: a line for each value that is there.
-    [[nodiscard]] std::string description() const;
+    [[nodiscard]] std::string description() const {
+      std::string text;
+      if (pelorinoId) text += "\tpelorinoId: " + std::to_string(*pelorinoId);
+      if (crossPlatformPelorinoId) {
+        text += "\n\tcrossPlatformPelorinoId: " + std::to_string(*crossPlatformPelorinoId);
+      }
+      if (pelorinoIdTimestamp) {
+        text += "\n\tpelorinoIdTimestamp: " + std::to_string(*pelorinoIdTimestamp);
+      }
+      return text;
+    }
 
     template <class Self, class Visit>
     static void describe(Self& self, Visit& visit) {

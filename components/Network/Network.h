@@ -1,26 +1,44 @@
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
-#include "HttpExchange.h"
-#include "NetworkProtocols.h"
-#include "RequestBuilder.h"
-#include "RequestType.h"
+#include "PlatformRequest.h"
 
 namespace pelorino {
 
+/// A request that is being put together. The exchange outlives it and what it builds.
+class RequestBuilder final {
+ public:
+  RequestBuilder(HttpExchange& http, RequestType type, std::string host)
+      : urlBuilder{std::move(host), {}, {}}, http_(http), type_(type) {}
+
+  UrlBuilder urlBuilder;
+  std::optional<JSONContent> requestContent;
+  std::optional<std::string> requestIdentifier;  ///< Names the exchange in the log; not sent.
+
+  /// Throws PLRError when there is no content yet.
+  [[nodiscard]] PlatformRequest build() const {
+    if (!requestContent) throw PLRError("[Network Module] requestContent is nil");
+    return {http_, type_, urlBuilder, *requestContent, requestIdentifier};
+  }
+
+ private:
+  HttpExchange& http_;
+  RequestType type_;
+};
+
 /// Begins requests. Without state; any thread. The exchange outlives it.
-class Network final : public NetworkProtocol {
+class Network final {
  public:
   explicit Network(HttpExchange& http) : http_(http) {}
 
-  [[nodiscard]] std::unique_ptr<RequestBuilderProtocol> get(std::string host) const override {
-    return std::make_unique<RequestBuilder>(http_, RequestType::GET, std::move(host));
+  [[nodiscard]] RequestBuilder get(std::string host) const {
+    return {http_, RequestType::GET, std::move(host)};
   }
-  [[nodiscard]] std::unique_ptr<RequestBuilderProtocol> post(std::string host) const override {
-    return std::make_unique<RequestBuilder>(http_, RequestType::POST, std::move(host));
+  [[nodiscard]] RequestBuilder post(std::string host) const {
+    return {http_, RequestType::POST, std::move(host)};
   }
 
  private:

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <string_view>
 
+#include "Base64.h"
 #include "Logger.h"
 
 namespace pelorino {
@@ -21,7 +22,7 @@ bool hasControlCharacter(std::string_view text) {
   });
 }
 
-std::string headerLines(const RequestContentProtocol::Headers& headers) {
+std::string headerLines(const JSONContent::Headers& headers) {
   std::string lines;
   for (const auto& [key, value] : headers) {
     if (!lines.empty()) lines += ",\n";
@@ -32,13 +33,32 @@ std::string headerLines(const RequestContentProtocol::Headers& headers) {
 
 }  // namespace
 
+std::string UrlBuilder::buildFullPath() const {
+  std::string url = host + path;
+  char separator = '?';
+  for (const auto& [key, value] : queryParameter) {
+    url.append(1, separator).append(key).append(1, '=').append(value);
+    separator = '&';
+  }
+  return url;
+}
+
+JSONContent::Headers JSONContent::getBase64Headers() const {
+  Headers encoded = headers;
+  for (const std::string& key : encodingKeys) {
+    const auto header = encoded.find(key);
+    if (header != encoded.end()) header->second = base64(header->second);
+  }
+  return encoded;
+}
+
 Response PlatformRequest::send() const {
   Response response;
   HttpRequest request;
   request.url = urlBuilder_.buildFullPath();
   if (!http_.isValidUrl(request.url)) return response;
   request.timeout = timeout;
-  request.body = requestContent_->object().toJSONData();
+  request.body = requestContent_.object.toJSONData();
   if (!request.body) {
     const PLRError error("getContent Error");
     Logger::writeLog(PLRLogLevel::error, [&] {
@@ -47,7 +67,7 @@ Response PlatformRequest::send() const {
     return response;
   }
   request.method = rawValue(type_);
-  const Headers encoded = requestContent_->getBase64Headers();
+  const JSONContent::Headers encoded = requestContent_.getBase64Headers();
   addHeaders(request, encoded);
   Logger::writeLog(PLRLogLevel::debug, [&] { return logMessage(request, encoded); });
 
@@ -58,9 +78,9 @@ Response PlatformRequest::send() const {
   return response;
 }
 
-void PlatformRequest::addHeaders(HttpRequest& request, const Headers& encoded) const {
+void PlatformRequest::addHeaders(HttpRequest& request, const JSONContent::Headers& encoded) const {
   request.headers.emplace_back("Content-Length", std::to_string(request.body->size()));
-  request.headers.emplace_back("Content-Type", requestContent_->headerKeyType());
+  request.headers.emplace_back("Content-Type", requestContent_.headerKeyType);
   request.headers.insert(request.headers.end(), encoded.begin(), encoded.end());
   std::erase_if(request.headers, [](const auto& header) {
     if (!hasControlCharacter(header.first) && !hasControlCharacter(header.second)) return false;
@@ -70,14 +90,15 @@ void PlatformRequest::addHeaders(HttpRequest& request, const Headers& encoded) c
   });
 }
 
-std::string PlatformRequest::logMessage(const HttpRequest& request, const Headers& encoded) const {
+std::string PlatformRequest::logMessage(const HttpRequest& request,
+                                        const JSONContent::Headers& encoded) const {
   const std::string identifier =
       requestIdentifier_ ? "Content UUID: " + *requestIdentifier_ + " \n" : "";
   return fmt::format(
       "[Network Module] \n Method: {}\n URL: {}\n Content-type: {}\n Headers: \n{}\n"
       " EncodedHeaders: \n{}\n {} Content: {} \n",
-      request.method, request.url, requestContent_->headerKeyType(),
-      headerLines(requestContent_->headers()), headerLines(encoded), identifier,
+      request.method, request.url, requestContent_.headerKeyType,
+      headerLines(requestContent_.headers), headerLines(encoded), identifier,
       indentedJson(*request.body));
 }
 

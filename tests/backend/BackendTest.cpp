@@ -12,9 +12,7 @@
 #include "BackendConfigUrl.h"
 #include "BackendRepository.h"
 #include "Base64.h"
-#include "ContentFactory.h"
 #include "HttpExchange.h"
-#include "JSONContent.h"
 #include "JsonHelpers.h"
 #include "LogCapture.h"
 #include "Network.h"
@@ -41,11 +39,9 @@ class RecordingExchange final : public HttpExchange {
   std::vector<HttpRequest> requests;
 };
 
-std::shared_ptr<JSONContent> contentOf(AnyCodable::Object body,
-                                       RequestContentProtocol::Headers headers = {},
-                                       std::vector<std::string> encodingKeys = {}) {
-  return std::make_shared<JSONContent>(Encodable(std::move(body)), std::move(headers),
-                                       std::move(encodingKeys), "application/json");
+JSONContent contentOf(AnyCodable::Object body, JSONContent::Headers headers = {},
+                      std::vector<std::string> encodingKeys = {}) {
+  return {Encodable(std::move(body)), std::move(headers), std::move(encodingKeys)};
 }
 
 TEST(Base64, PadsToFours) {
@@ -60,9 +56,9 @@ TEST(PlatformRequest, SendsNothingThatHasNoUrlOrNoBody) {
   const LogCapture log(PLRLogLevel::info);
   const auto expectNothing = [&](const char* host, AnyCodable::Object body, const Lines& lines) {
     SCOPED_TRACE(host);
-    const auto builder = Network(http).post(host);
-    builder->requestContent = contentOf(std::move(body));
-    EXPECT_EQ(builder->build()->send().statusCode, 400);
+    auto builder = Network(http).post(host);
+    builder.requestContent = contentOf(std::move(body));
+    EXPECT_EQ(builder.build().send().statusCode, 400);
     EXPECT_TRUE(http.requests.empty());
     EXPECT_EQ(log.lines(), lines);
   };
@@ -74,10 +70,10 @@ TEST(PlatformRequest, SendsNothingThatHasNoUrlOrNoBody) {
 TEST(PlatformRequest, NeverSendsAHeaderThatCouldForgeAnother) {
   RecordingExchange http;
   const LogCapture log(PLRLogLevel::error);
-  const auto builder = Network(http).post("http://h");
-  builder->requestContent =
+  auto builder = Network(http).post("http://h");
+  builder.requestContent =
       contentOf({}, {{"A", "x\r\nB: y"}, {"C\n", "z"}, {"D", "x\r\n"}, {"E", "ok"}}, {"D"});
-  (void)builder->build()->send();
+  (void)builder.build().send();
   EXPECT_EQ(http.requests.at(0).headers, (Headers{{"Content-Length", "2"},
                                                   {"Content-Type", "application/json"},
                                                   {"D", "eA0K"},
@@ -87,7 +83,7 @@ TEST(PlatformRequest, NeverSendsAHeaderThatCouldForgeAnother) {
 
 TEST(RequestBuilder, NeedsContent) {
   RecordingExchange http;
-  EXPECT_THROW((void)Network(http).post("http://h")->build(), PLRError);
+  EXPECT_THROW((void)Network(http).post("http://h").build(), PLRError);
 }
 
 class BackendTest : public testing::Test {
@@ -105,24 +101,29 @@ class BackendTest : public testing::Test {
     http_.answer = {status, std::move(body), {}};
   }
 
+  template <class Request, class Answer>
+  [[nodiscard]] Answer ask(const Endpoint<Request, Answer>& endpoint,
+                           const std::type_identity_t<Request>& request) {
+    return backend_.ask(endpoint, "key", ids_, request).answer;
+  }
+
   RecordingExchange http_;
-  Backend backend_{std::make_shared<BackendRepository>(std::make_shared<Network>(http_),
-                                                       std::make_shared<ContentFactory>())};
+  Backend backend_{http_};
   Identifiers ids_;
 };
 
 TEST_F(BackendTest, SendsEachRequestToItsEndpoint) {
-  const Versions versions{.sdkVersion = "2.1.2", .sdkCodeVersion = 10, .sbsConfigVersion = 0};
-  (void)backend_.requestConfig("key", ids_, versions);
-  (void)backend_.requestIdentification("key", 3, ids_);
+  (void)ask(BackendRepository::requestConfig,
+            {.sdkVersion = "2.1.2", .sdkCodeVersion = 10, .sbsConfigVersion = 0});
+  (void)ask(BackendRepository::requestIdentification, {3});
   BackendConfigUrl::setTestCustomUrl("/c");
-  (void)backend_.sendAnalytics("key", ids_,
-                               {{std::make_shared<Report>(std::vector<Package>(), "uuid")}});
-  (void)backend_.sendVerifyReceipt(
-      "key", {.platform = "ios", .receipt = {.data = "ZGF0YQ==", .password = ""}}, ids_);
+  (void)ask(BackendRepository::sendAnalytics,
+            {{std::make_shared<Report>(std::vector<Package>(), "uuid")}});
+  (void)ask(BackendRepository::sendVerifyReceipt,
+            {.platform = "ios", .receipt = {.data = "ZGF0YQ==", .password = ""}});
   BackendConfigUrl::setTestProxyUrl("");
-  (void)backend_.requestMessagingConfig(
-      "key", {.sdkVersion = "2.1.2", .sdkCodeVersion = 10, .appVersion = "1"}, ids_);
+  (void)ask(BackendRepository::requestMessagingConfig,
+            {.sdkVersion = "2.1.2", .sdkCodeVersion = 10, .appVersion = "1"});
   Lines requests;
   for (const HttpRequest& each : http_.requests) {
     requests.push_back(each.method + " " + each.url + " " + *each.body);
@@ -144,7 +145,7 @@ TEST_F(BackendTest, NamesDeviceAndUserInHeadersAndLogsTheWholeRequest) {
   ids_.pelorinoIdTimestamp = -1;
   const auto report = std::make_shared<Report>(std::vector<Package>(), "uuid");
   const LogCapture log;
-  (void)backend_.sendAnalytics("key", ids_, {{report}});
+  (void)ask(BackendRepository::sendAnalytics, {{report}});
   EXPECT_EQ(http_.requests.at(0).timeout, std::chrono::seconds(60));
   EXPECT_EQ(http_.requests.at(0).headers, (Headers{{"Content-Length", "29"},
                                                    {"Content-Type", "application/json"},
@@ -170,11 +171,22 @@ TEST_F(BackendTest, NamesDeviceAndUserInHeadersAndLogsTheWholeRequest) {
             " Content: {\n  \"reports\": [\n    {\n      \"packages\": []\n    }\n  ]\n} \n");
 }
 
+TEST_F(BackendTest, TellsTheCauseOfAFailure) {
+  http_.answer = {.status = {}, .body = {}, .error = "Connection refused"};
+  const auto refused = backend_.ask(BackendRepository::sendAnalytics, "key", ids_, {});
+  EXPECT_EQ(refused.error.value().description(), "Connection refused");
+  EXPECT_TRUE(refused.answer);
+  answer(503, std::nullopt);
+  const auto busy = backend_.ask(BackendRepository::requestConfig, "key", ids_, {});
+  EXPECT_EQ(busy.statusCode, 503);
+  EXPECT_TRUE(busy.answer.isDefault && !busy.error);
+}
+
 TEST_F(BackendTest, SaysWhyAnAnswerHasNoIdentifiers) {
   const auto expectError = [&](std::optional<int> status, std::optional<std::string> body,
                                const std::string& beginning) {
     answer(status, std::move(body));
-    const auto outcome = backend_.requestIdentification("key", 1, ids_);
+    const auto outcome = ask(BackendRepository::requestIdentification, {1});
     const std::string got = std::get<BackendIdentifiers::Error>(outcome).text;
     EXPECT_TRUE(got.starts_with(beginning)) << got;
   };
@@ -208,7 +220,7 @@ TEST_F(BackendTest, ReadsReceiptAnswers) {
     SCOPED_TRACE(c.line);
     const LogCapture log(PLRLogLevel::info);
     answer(c.status, c.body);
-    EXPECT_EQ(backend_.sendVerifyReceipt("key", {}, ids_).description(), c.description);
+    EXPECT_EQ(ask(BackendRepository::sendVerifyReceipt, {}).description(), c.description);
     ASSERT_EQ(log.lines().size(), 1U);
     EXPECT_TRUE(log.lines()[0].starts_with(c.line)) << log.lines()[0];
   }
@@ -217,14 +229,14 @@ TEST_F(BackendTest, ReadsReceiptAnswers) {
 TEST_F(BackendTest, TakesCategoriesWhateverTheStatus) {
   answer(500, R"({"pushCategories":{"version":4,"categories":[{"id":"c","buttons":)"
               R"([{"id":"b","text":"t","activationMode":null}]}],"removed":["d"]}})");
-  const auto config = backend_.requestMessagingConfig("key", {}, ids_);
+  const auto config = ask(BackendRepository::requestMessagingConfig, {});
   EXPECT_EQ(config->version, 4);
   EXPECT_EQ(config->categories.at(0).buttons.at(0).text, "t");
   answer(200, R"({"pushCategories":{"version":4,"categories":null}})");
-  EXPECT_TRUE(backend_.requestMessagingConfig("key", {}, ids_)->categories.empty());
+  EXPECT_TRUE(ask(BackendRepository::requestMessagingConfig, {})->categories.empty());
   for (const auto& body : {std::optional<std::string>("{}"), std::optional<std::string>()}) {
     answer(200, body);
-    EXPECT_FALSE(backend_.requestMessagingConfig("key", {}, ids_));
+    EXPECT_FALSE(ask(BackendRepository::requestMessagingConfig, {}));
   }
 }
 

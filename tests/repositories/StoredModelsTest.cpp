@@ -101,8 +101,7 @@ TEST_F(StoredModels, ComeBackAsTheyWere) {
   Package package{.language = "en", .sdkVersion = "2.1.2", .sdkCodeVersion = 10, .bundle = {}};
   package.events = {R"({"code":"ce"})"};
   const std::vector packages{package};
-  Report report(packages);
-  report.uuid = "U2";
+  Report report(packages, "U2");
   report.userId = 2;
   report.appKey = "not stored";
   expectRows<ReportsRepository>("reports", report, "1|-1||\n2|2|" + encodeJson(packages) + "|U2");

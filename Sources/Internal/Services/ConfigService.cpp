@@ -39,7 +39,8 @@ void ConfigService::receiveSdkConfig() {
 void ConfigService::requestConfig(const std::string& applicationKey, const Identifiers& identifiers,
                                   const Versions& versions) {
   Logger::writeLog(PLRLogLevel::debug, "Trying to get analytics configuration from the server");
-  ConfigAnswer answer = backend_.requestConfig(applicationKey, identifiers, versions);
+  ConfigAnswer answer =
+      backend_.ask(BackendRepository::requestConfig, applicationKey, identifiers, versions).answer;
   if (answer.isDefault) {
     retryConfig();
     return;
@@ -85,7 +86,10 @@ void ConfigService::receiveUserBackendIds() {
 
 void ConfigService::getBackendIdentifiers(std::int64_t attempt, const IdentifiersRequest& request) {
   const BackendIdentifiers::Outcome outcome =
-      backend_.requestIdentification(request.applicationKey, attempt, request.identifiers);
+      backend_
+          .ask(BackendRepository::requestIdentification, request.applicationKey,
+               request.identifiers, {attempt})
+          .answer;
   std::visit(Overloaded{[&](const BackendIdentifiers::Identifiers& identifiers) {
                           run_.add(QueueManager::incomeQueue(),
                                    [this, identifiers, userIdKey = request.userIdKey] {

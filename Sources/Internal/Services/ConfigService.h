@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "BackendProtocol.h"
+#include "BackendRepository.h"
 #include "Executor.h"
 #include "Guarded.h"
 #include "Run.h"

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "BackendRepository.h"
 #include "DeliveredReports.h"
 #include "Logger.h"
 #include "QueueManager.h"
@@ -60,8 +61,7 @@ void ReportService::sendFlashEvent(const Storable& event) {
   report->appKey = stateManager_.getActiveProject()->applicationKey;
   run_.add(QueueManager::networkFlashQueue(), [this, report] {
     logSending(*report);
-    const auto failure =
-        backend_.sendAnalytics(*report->appKey, *report->identifiers, {.reports = {report}});
+    const auto failure = deliver(report);
     failure ? logFailure(*report, failure->description()) : logSuccess(*report);
   });
 }
@@ -231,9 +231,7 @@ bool ReportService::send(const std::shared_ptr<Report>& report) {
     return true;
   }
   logSending(*report);
-  const auto failure =
-      backend_.sendAnalytics(*report->appKey, *report->identifiers, {.reports = {report}});
-  if (failure) {
+  if (const auto failure = deliver(report)) {
     logFailure(*report, failure->description());
     Logger::writeLog(PLRLogLevel::debug, "The network queue is stopped");
     return false;
@@ -242,6 +240,13 @@ bool ReportService::send(const std::shared_ptr<Report>& report) {
   logSuccess(*report);
   removeReport(report);
   return true;
+}
+
+std::optional<PLRError> ReportService::deliver(const std::shared_ptr<Report>& report) const {
+  return backend_
+      .ask(BackendRepository::sendAnalytics, *report->appKey, *report->identifiers,
+           {.reports = {report}})
+      .answer;
 }
 
 void ReportService::removeReport(const std::shared_ptr<Report>& report) {

@@ -5,14 +5,16 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "BackendProtocol.h"
+#include "Backend.h"
 #include "Event.h"
 #include "Guarded.h"
 #include "Identifiers.h"
+#include "PLRError.h"
 #include "Random.h"
 #include "Report.h"
 #include "Repositories.h"
@@ -75,6 +77,8 @@ class ReportService final {
   void handOver(const std::shared_ptr<const HandOver>& reports, std::size_t at = 0);
   /// On the networkSerialQueue; blocks it.
   [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
+  /// One exchange, on a network queue. Absent when the backend has accepted the report.
+  [[nodiscard]] std::optional<PLRError> deliver(const std::shared_ptr<Report>& report) const;
   void removeReport(const std::shared_ptr<Report>& report);
   void endBatch(bool succeeded);
 

@@ -72,6 +72,12 @@ struct Config {
   }
 };
 
+/// A configuration, and whether it is the built-in one for want of an answer.
+struct ConfigAnswer {
+  Config config;
+  bool isDefault;
+};
+
 /// What the client tells the backend about itself; the body of the configuration request.
 struct Versions {
   std::string sdkVersion;
