@@ -36,9 +36,13 @@ std::map<std::string, std::int64_t> amountsOf(const boost::json::object& event) 
 }  // namespace
 
 AccrualRule::Sum AccrualRule::sumOf(const Row& row) {
-  return {.user = integer(row[1]),
-          .kind = row[2].value_or("") + "|" + row[5].value_or("") + "|" + row[3].value_or(""),
-          .amount = integer(row[4])};
+  const auto of = [&](std::string_view column) -> const Cell& {
+    return cell<CurrencyAccrualResourcesEntry>(row, column);
+  };
+  return {.user = integer(of("userId")),
+          .kind = of("type").value_or("") + "|" + of("source").value_or("") + "|" +
+                  of("name").value_or(""),
+          .amount = integer(of("amount"))};
 }
 
 void AccrualRule::onRecord(const Record& record, View& view) {
@@ -55,9 +59,9 @@ void AccrualRule::onStatement(const StatementRecord& statement, bool isKept, Vie
   if (view.isInDoubt("*")) isUnknown_ = true;
   if (statement.is("INSERT", "events")) {
     for (const Change& change : statement.changes) {
-      if (change.row[1] != "ca") continue;
+      if (cell<EventEntry>(change.row, "code") != "ca") continue;
       if (isKept) report(statement, view);
-      flushed_ = integer(change.row[2]);
+      flushed_ = integer(cell<EventEntry>(change.row, "userId"));
       isDeletionDue_ = true;
     }
     if (!isKept && statement.changes.empty()) {
@@ -106,14 +110,15 @@ void AccrualRule::report(const StatementRecord& statement, View& view) {
   const Row& row = statement.changes.front().row;
   std::map<std::string, std::int64_t> expected;
   for (auto& [key, sum] : sums_) {
-    if (sum.user != integer(row[2]) || sum.isForgotten) continue;
+    if (sum.user != integer(cell<EventEntry>(row, "userId")) || sum.isForgotten) continue;
     std::int64_t& amount = expected[sum.kind];
     // Two sums of one kind are there after a deletion that failed.
     const std::int64_t before = std::exchange(amount, limited(amount + sum.amount));
     dropped_ += before + sum.amount - amount;
     sum.isReported = true;
   }
-  const auto amounts = amountsOf(boost::json::parse(*row[3]).as_object());
+  const auto amounts =
+      amountsOf(boost::json::parse(*cell<EventEntry>(row, "eventJson")).as_object());
   for (const auto& [kind, amount] : amounts) reported_ += amount;
   view.failIf(amounts != expected && !isUnknown_, "a report of sums does not hold what they are");
 }

@@ -26,7 +26,7 @@ void ActivityRule::beginActivity(const View& view) {
   isRunning_ = true;
   const Row* user = view.tables.find("users", view.activeUser());
   if (user == nullptr || view.isInDoubt("users") || view.isInDoubt("projects")) return;
-  const Cell& seen = (*user)[7];
+  const Cell& seen = cell<UserEntry>(*user, "lastBackgroundTime");
   const std::int64_t timeout = view.configured("/sessionTimeout").value().as_int64();
   if (seen && view.time - integer(seen) <= timeout) return;
   due_ = Due::session;
@@ -50,7 +50,7 @@ void ActivityRule::onStatement(const StatementRecord& statement, bool isKept, Vi
     if (due_ == Due::session && statement.is("UPDATE", "users")) due_ = Due::nothing;
     return;
   }
-  view.failIf(isFirstEvent && statement.changes.front().row[1] != "ss",
+  view.failIf(isFirstEvent && cell<EventEntry>(statement.changes.front().row, "code") != "ss",
               "a session opens without its event");
   const bool isAddition = statement.verb == "INSERT" || statement.verb == "UPDATE";
   const bool isOfTracking = statement.table == "events" || statement.table == "levelResource" ||
@@ -67,7 +67,7 @@ void ActivityRule::changeUsers(const StatementRecord& statement, View& view) {
     const Row* before = view.tables.find("users", change.key);
     if (change.verb == "DELETE") {
       const bool isInTheWay = view.call && view.call->name == "replace" && before != nullptr &&
-                              (*before)[4] == view.call->arguments.at(1);
+                              cell<UserEntry>(*before, "userId") == view.call->arguments.at(1);
       const bool isInactive = areUsersMerged_ && change.key != view.activeUser();
       // Who is active, and under which name, may be known to the library alone.
       const bool isInDoubt = view.isInDoubt("projects") || view.isInDoubt("users");
@@ -75,8 +75,9 @@ void ActivityRule::changeUsers(const StatementRecord& statement, View& view) {
     }
     if (change.verb != "UPDATE" || before == nullptr) continue;
     // Where the clock was set back, a session may get the name of the one before.
-    const bool isSame = (*before)[3] == change.row[3];
-    if (due_ == Due::session && integer(change.row[3]) == openedAt_) {
+    const Cell& session = cell<UserEntry>(change.row, "sessionId");
+    const bool isSame = cell<UserEntry>(*before, "sessionId") == session;
+    if (due_ == Due::session && integer(session) == openedAt_) {
       due_ = view.isEverythingExcluded() ? Due::nothing : Due::firstEvent;
     } else if (!isSame && !view.isInDoubt("users") && !view.isInDoubt("projects")) {
       view.fail("a session opens although the user was not away for too long");

@@ -80,9 +80,9 @@ void DeliveryRule::beginBatch() {
 void DeliveryRule::storeEvents(const StatementRecord& statement, View& view) {
   for (const Change& change : statement.changes) {
     StoredEvent& event = events_[change.key];
-    event.user = integer(change.row[2]);
+    event.user = integer(cell<EventEntry>(change.row, "userId"));
     event.stored = moment_;
-    event.json = canonical(json::parse(change.row[3].value_or("")));
+    event.json = canonical(json::parse(cell<EventEntry>(change.row, "eventJson").value_or("")));
     view.failIf(!view.tables.has("users", event.user), "an event of no known user is stored");
   }
 }
@@ -127,10 +127,11 @@ bool DeliveryRule::passOnPacking(RowKey key) {
 void DeliveryRule::storeReports(const StatementRecord& statement, View& view) {
   for (const Change& change : statement.changes) {
     StoredReport& report = reports_[change.key];
-    const auto packages = json::parse(change.row[2].value_or("[]")).as_array();
-    report.user = integer(change.row[1]);
+    const auto packages =
+        json::parse(cell<ReportEntry>(change.row, "packagesJson").value_or("[]")).as_array();
+    report.user = integer(cell<ReportEntry>(change.row, "userId"));
     report.body = bodyOf(packages);
-    report.uuid = change.row[3].value_or("");
+    report.uuid = cell<ReportEntry>(change.row, "uuid").value_or("");
     report.start = view.start;
     report.stored = moment_;
     report.due = moment_;

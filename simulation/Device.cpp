@@ -11,6 +11,7 @@
 
 #include "Logger.h"
 #include "StatementWatch.h"
+#include "Tables.h"
 
 namespace pelorino {
 
@@ -62,8 +63,10 @@ void Device::note(Kind kind, Row fields) const {
 }
 
 void Device::noteStored(Kind kind, const Row& fields) {
-  if (kind == Kind::rowChange && fields[1] == "projects" && fields.size() > 10 && fields[10]) {
-    sessionTimeout_ = boost::json::parse(*fields[10]).at("sessionTimeout").as_int64();
+  static const std::size_t configuration = 3 + placeOf(ProjectEntry::table, "configuration");
+  if (kind == Kind::rowChange && fields[1] == "projects" && fields.size() > configuration &&
+      fields[configuration]) {
+    sessionTimeout_ = boost::json::parse(*fields[configuration]).at("sessionTimeout").as_int64();
   }
   note(kind, fields);
 }

@@ -21,6 +21,12 @@ int addRow(void* table, int count, char** values, char**) {
 
 }  // namespace
 
+std::size_t placeOf(const TableDescription& table, std::string_view column) {
+  const auto found = std::ranges::find(table.columns, column, &Column::name);
+  if (found == table.columns.end()) throw std::logic_error("no column " + std::string(column));
+  return static_cast<std::size_t>(found - table.columns.begin()) + 1;  // Behind the row id.
+}
+
 Tables Tables::read(const std::string& path) {
   Tables tables;
   if (!std::filesystem::exists(path)) return tables;

@@ -3,13 +3,24 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Record.h"
+#include "Repositories.h"
 
 namespace pelorino {
 
 using RowKey = std::int64_t;
+
+/// Where the column stands in the rows of the table. Throws for a name that the table lacks.
+[[nodiscard]] std::size_t placeOf(const TableDescription& table, std::string_view column);
+
+/// The named column of a row of `Entry`'s table.
+template <class Entry>
+[[nodiscard]] const Cell& cell(const Row& row, std::string_view column) {
+  return row[placeOf(Entry::table, column)];
+}
 
 /// One row that a statement changes: its columns afterwards, none for a deleted one.
 struct Change {

@@ -30,7 +30,7 @@ bool TraceRule::mustBeStored(const View& view) {
   const std::string_view code = codeOf(view.call->name);
   if (code.empty() || view.isExcluded(code)) return false;
   const Row* user = view.tables.find("users", view.activeUser());
-  return !view.isEverythingExcluded() && user != nullptr && (*user)[3];
+  return !view.isEverythingExcluded() && user != nullptr && cell<UserEntry>(*user, "sessionId");
 }
 
 void TraceRule::onRecord(const Record& record, View& view) {
@@ -61,8 +61,10 @@ void TraceRule::onStatement(const StatementRecord& statement, bool isKept, View&
   if (!statement.is("INSERT", "events")) return;
   const Row& row = statement.changes.front().row;
   const std::string_view code = codeOf(view.call->name);
-  if (code.empty() || row[1] != code) return;
-  if (code != "ce" || row[3]->find('"' + *view.call->arguments.at(0) + '"') != std::string::npos) {
+  if (code.empty() || cell<EventEntry>(row, "code") != code) return;
+  if (code != "ce" ||
+      cell<EventEntry>(row, "eventJson")->find('"' + *view.call->arguments.at(0) + '"') !=
+          std::string::npos) {
     ++found_;
   }
 }

@@ -17,13 +17,13 @@ const Row* View::project() const {
 
 bool View::isTracking() const {
   const Row* row = project();
-  return row != nullptr && integer((*row)[3]) != 0;
+  return row != nullptr && integer(cell<ProjectEntry>(*row, "trackingAvailable")) != 0;
 }
 
 std::optional<boost::json::value> View::configured(std::string_view pointer) const {
   const Row* row = project();
-  if (row == nullptr || !(*row)[7]) return std::nullopt;
-  const boost::json::value all = boost::json::parse(*(*row)[7]);
+  if (row == nullptr || !cell<ProjectEntry>(*row, "configuration")) return std::nullopt;
+  const boost::json::value all = boost::json::parse(*cell<ProjectEntry>(*row, "configuration"));
   boost::json::error_code missing;
   const auto* found = all.find_pointer(pointer, missing);
   return found == nullptr ? std::nullopt : std::optional(*found);
@@ -42,7 +42,7 @@ bool View::isExcluded(std::string_view code, std::string_view argument) const {
 
 RowKey View::activeUser() const {
   const Row* row = project();
-  return row == nullptr ? 0 : integer((*row)[2]);
+  return row == nullptr ? 0 : integer(cell<ProjectEntry>(*row, "activeUserId"));
 }
 
 bool View::isTrackingGoingOff() const {
