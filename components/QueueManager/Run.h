@@ -8,6 +8,24 @@
 
 namespace pelorino {
 
+/// Deleter of a shared object that ends on the incomeQueue, whoever lets go of it: a thread of the
+/// host must not close files, nor end what the queue is working with.
+struct EndsOnIncomeQueue {
+  template <class Object>
+  void operator()(Object* object) const noexcept {
+    try {
+      QueueManager& queue = QueueManager::incomeQueue();
+      if (queue.isCurrent()) {
+        delete object;
+      } else {
+        queue.addOperation([object] { delete object; });
+      }
+    } catch (...) {  // NOLINT(bugprone-empty-catch)
+      // Without memory for the block the object stays: better than its end on this thread.
+    }
+  }
+};
+
 /// One run of the library, from a start to its end. What the start made belongs to it and goes with
 /// it.
 ///
@@ -22,13 +40,6 @@ namespace pelorino {
 /// Threads: any, but for end().
 class Run : public std::enable_shared_from_this<Run> {
  public:
-  /// A run whose last owner lets go of it on another thread goes on the incomeQueue: letting go
-  /// must not close files on a thread of the host.
-  template <class Made, class... Arguments>
-  [[nodiscard]] static std::shared_ptr<Made> make(Arguments&&... arguments) {
-    return {new Made(std::forward<Arguments>(arguments)...), &destroyOnIncomeQueue};
-  }
-
   virtual ~Run() = default;
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
@@ -83,8 +94,6 @@ class Run : public std::enable_shared_from_this<Run> {
   void end() { hasEnded_ = true; }
 
  private:
-  static void destroyOnIncomeQueue(Run* run) noexcept;
-
   std::atomic<bool> hasEnded_ = false;
 };
 

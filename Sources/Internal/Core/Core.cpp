@@ -19,7 +19,7 @@ Guarded<std::shared_ptr<Core>>& Core::privateShared() {
 
 std::shared_ptr<Core> Core::shared() {
   return privateShared().update([](std::shared_ptr<Core>& core) {
-    if (!core) core = std::make_shared<Core>();
+    if (!core) core = std::shared_ptr<Core>(new Core, EndsOnIncomeQueue());
     return core;
   });
 }
@@ -82,7 +82,9 @@ void Core::startInitialize(std::string applicationKey,
   QueueManager::incomeQueue().addOperation([weak = weak_from_this(),
                                             applicationKey = std::move(applicationKey),
                                             configuration = std::move(configuration)] {
-    if (const auto self = weak.lock()) self->start(applicationKey, configuration);
+    // A teardown may have come between: what is no longer the core has no run.
+    const auto self = weak.lock();
+    if (self && self == privateShared().get()) self->start(applicationKey, configuration);
   });
 }
 

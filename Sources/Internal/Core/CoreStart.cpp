@@ -52,8 +52,9 @@ std::shared_ptr<LibraryRun> Core::makeRun(std::unique_ptr<CoreFactory> coreFacto
                                           const std::string& applicationKey,
                                           const std::optional<std::string>& userId) try {
   // Asked by the run's own work only, which the end of the run stops before this goes.
-  return Run::make<LibraryRun>(std::move(coreFactory), applicationKey, userId,
-                               [this] { return isEditorMode(); });
+  return {new LibraryRun(std::move(coreFactory), applicationKey, userId,
+                         [this] { return isEditorMode(); }),
+          EndsOnIncomeQueue()};
 } catch (const std::exception& error) {
   logError(startFailed, error.what());
   return nullptr;
