@@ -310,8 +310,7 @@ void addWaitingEvents() {
        {.work = "Memory per waiting event, beyond its text", .unit = "bytes", .value = "memory"}},
       [](Values& values) {
         const TemporaryFolder folder;
-        const auto database =
-            std::make_shared<SQLiteProvider>("key", folder.path(), SQLiteContracts::schema());
+        SQLiteProvider database("key", folder.path(), SQLiteContracts::schema());
         const std::string text = customEventText(fiveParameters);
         BareStore store(folder.path() + "/pelorino/pelorino.db");
         store.run(

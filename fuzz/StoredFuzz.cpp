@@ -36,10 +36,10 @@ Values valuesOf(std::string_view lines) {
   return values;
 }
 
-std::shared_ptr<SQLiteProvider> database() {
+SQLiteProvider& database() {
   static const TemporaryFolder& folder = *new TemporaryFolder;
-  static const auto& provider = *new auto(
-      std::make_shared<SQLiteProvider>("key", folder.file("support"), SQLiteContracts::schema()));
+  static auto& provider =
+      *new SQLiteProvider("key", folder.file("support"), SQLiteContracts::schema());
   return provider;
 }
 
@@ -109,23 +109,23 @@ void checkModel(const Model&) {}
 /// more is the same row.
 template <class Repository, class Entry>
 void checkTable(const Values& values) {
-  const auto provider = database();
-  provider->clear(Entry::table.name);
-  if (!storeRow(*provider, Entry::table.name, values)) return;
+  SQLiteProvider& provider = database();
+  provider.clear(Entry::table.name);
+  if (!storeRow(provider, Entry::table.name, values)) return;
   Repository reader(provider);
   for (const auto& model : reader.list()) {
     if (!readRest(reader, *model)) continue;
     checkModel(*model);
-    provider->clear(Entry::table.name);
+    provider.clear(Entry::table.name);
     FUZZ_REQUIRE(Repository(provider).insert(model));
-    const Values stored = comparable<Entry>(storedRow(*provider, Entry::table.name));
+    const Values stored = comparable<Entry>(storedRow(provider, Entry::table.name));
 
     Repository second(provider);
     const auto read = second.get(model->idKey);
     FUZZ_REQUIRE(read && readRest(second, *read));
-    provider->clear(Entry::table.name);
+    provider.clear(Entry::table.name);
     FUZZ_REQUIRE(Repository(provider).insert(read));
-    FUZZ_REQUIRE(comparable<Entry>(storedRow(*provider, Entry::table.name)) == stored);
+    FUZZ_REQUIRE(comparable<Entry>(storedRow(provider, Entry::table.name)) == stored);
   }
 }
 

@@ -16,7 +16,8 @@ class StoredModels : public ::testing::Test {
   void expectRows(const std::string& table, const Model& full, const std::string& rows,
                   const Model& fresh = Model()) {
     SCOPED_TRACE(table);
-    Repository writer(open());
+    SQLiteProvider first = open();
+    Repository writer(first);
     for (const Model& model : {fresh, full}) {
       const auto item = std::make_shared<Model>(model);
       ASSERT_TRUE(writer.insert(item));
@@ -24,7 +25,8 @@ class StoredModels : public ::testing::Test {
     }
     EXPECT_EQ(file_.run("SELECT * FROM " + table), rows);
 
-    Repository reader(open());
+    SQLiteProvider second = open();
+    Repository reader(second);
     const auto read = reader.list();
     for (const auto& item : read) readRest(reader, *item);
     file_.run("DELETE FROM " + table + "; DELETE FROM sqlite_sequence");
@@ -39,14 +41,12 @@ class StoredModels : public ::testing::Test {
     EXPECT_TRUE(repository.readPackages(report));
   }
 
-  std::shared_ptr<SQLiteProvider> open() {
-    return std::make_shared<SQLiteProvider>("key", file_.support(), SQLiteContracts::schema());
-  }
+  SQLiteProvider open() { return {"key", file_.support(), SQLiteContracts::schema()}; }
 
   /// The models of the rows that the statement makes.
   template <class Repository>
   auto read(const std::string& sql) {
-    auto provider = open();
+    SQLiteProvider provider = open();
     file_.run(sql);
     return Repository(provider).list();
   }
@@ -153,7 +153,8 @@ TEST_F(StoredModels, ComeBackAsTheyWere) {
 }
 
 TEST_F(StoredModels, ASecondRowOfTheSameUserIsRefused) {
-  UserRepository users(open());
+  SQLiteProvider provider = open();
+  UserRepository users(provider);
   EXPECT_TRUE(users.insert(std::make_shared<User>(1, "u")));
   EXPECT_FALSE(users.insert(std::make_shared<User>(1, "u")));
   EXPECT_EQ(users.ofProject(1).size(), 1U);

@@ -12,7 +12,6 @@ CoreFactory::CoreFactory(const std::string& applicationKey)
     : lifeCycle_(System::current().notifications()),
       backend_(Host::http()),
       platform_(std::make_shared<PlatformStorage>()),
-      database_(std::make_shared<SQLiteProvider>(applicationKey, Host::facts().supportDirectory(),
-                                                 SQLiteContracts::schema())) {}
+      database_(applicationKey, Host::facts().supportDirectory(), SQLiteContracts::schema()) {}
 
 }  // namespace pelorino

@@ -36,7 +36,7 @@ class CoreFactory final {
   LifeCycleRepository lifeCycle_;
   Backend backend_;
   PlatformiOS platform_;
-  std::shared_ptr<SQLiteProvider> database_;
+  SQLiteProvider database_;
   std::map<std::type_index, std::shared_ptr<void>> repositories_;
 };
 

@@ -5,21 +5,21 @@
 
 namespace pelorino {
 
-CoreHelper::CoreHelper(std::string userId, std::shared_ptr<Project> project, bool setByDefault,
+CoreHelper::CoreHelper(std::string userId, Project& project, bool setByDefault,
                        ProjectRepository& projectRepository, UserRepository& userRepository,
                        std::function<void()> resetClouser)
     : userId_(std::move(userId)),
-      project_(std::move(project)),
+      project_(project),
       setByDefault_(setByDefault),
       projectRepository_(projectRepository),
       userRepository_(userRepository),
       resetClouser_(std::move(resetClouser)),
-      projectUsers_(userRepository_.ofProject(project_->idKey)) {}
+      projectUsers_(userRepository_.ofProject(project_.idKey)) {}
 
 std::shared_ptr<User> CoreHelper::defineActiveUser() {
   auto current = getCurrentUser();
   if (!setByDefault_) return getByAccountingType(current);
-  if (current->isDefaultUser && current->userId != userId_) changeUserState(current);
+  if (current->isDefaultUser && current->userId != userId_) changeUserState(*current);
   return current;
 }
 
@@ -29,11 +29,11 @@ std::shared_ptr<User> CoreHelper::defineDefaultUser() {
 }
 
 std::shared_ptr<User> CoreHelper::activateUser(std::shared_ptr<User> user) {
-  if (project_->activeUserId == user->idKey) return user;
+  if (project_.activeUserId == user->idKey) return user;
   resetClouser_();  // First: a process that dies in between leaves nobody another's identifiers.
   // A user without a row is active in memory only: the next process must find the one before.
   if (user->idKey != notStoredRowId) {
-    project_->activeUserId = user->idKey;
+    project_.activeUserId = user->idKey;
     projectRepository_.update(project_);
   }
   return user;
@@ -41,9 +41,9 @@ std::shared_ptr<User> CoreHelper::activateUser(std::shared_ptr<User> user) {
 
 std::shared_ptr<User> CoreHelper::getCurrentUser() {
   if (activeUser_) return activeUser_;
-  if (project_->activeUserId) {
+  if (project_.activeUserId) {
     const auto found = std::ranges::find_if(
-        projectUsers_, [&](const auto& user) { return user->idKey == *project_->activeUserId; });
+        projectUsers_, [&](const auto& user) { return user->idKey == *project_.activeUserId; });
     if (found != projectUsers_.end()) activeUser_ = *found;
   }
   // The row of the last active user may never have been stored. Search by name before inserting:
@@ -54,13 +54,13 @@ std::shared_ptr<User> CoreHelper::getCurrentUser() {
 }
 
 std::shared_ptr<User> CoreHelper::getByAccountingType(const std::shared_ptr<User>& current) {
-  if (!project_->configuration.userCounting) {  // One account for the device.
-    if (current->userId != userId_) changeUserState(current);
+  if (!project_.configuration.userCounting) {  // One account for the device.
+    if (current->userId != userId_) changeUserState(*current);
     return current;
   }
   if (auto known = findRequestedUser()) return known;
   if (current->isDefaultUser) {  // The first named user takes over its row and history.
-    changeUserState(current);
+    changeUserState(*current);
     return current;
   }
   if (current->userId == userId_) return current;
@@ -74,16 +74,16 @@ std::shared_ptr<User> CoreHelper::findRequestedUser() const {
 }
 
 std::shared_ptr<User> CoreHelper::insertUser() {
-  auto user = std::make_shared<User>(project_->idKey, userId_, setByDefault_);
+  auto user = std::make_shared<User>(project_.idKey, userId_, setByDefault_);
   userRepository_.insert(user);
   return user;
 }
 
-void CoreHelper::changeUserState(const std::shared_ptr<User>& user) {
+void CoreHelper::changeUserState(User& user) {
   resetClouser_();
-  user->previousUserId = user->userId;
-  user->userId = userId_;
-  user->isDefaultUser = setByDefault_;
+  user.previousUserId = user.userId;
+  user.userId = userId_;
+  user.isDefaultUser = setByDefault_;
   userRepository_.update(user);
 }
 

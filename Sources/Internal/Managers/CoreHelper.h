@@ -18,7 +18,7 @@ namespace pelorino {
 class CoreHelper final {
  public:
   /// `setByDefault`: the identifier is the device's, not one from the host.
-  CoreHelper(std::string userId, std::shared_ptr<Project> project, bool setByDefault,
+  CoreHelper(std::string userId, Project& project, bool setByDefault,
              ProjectRepository& projectRepository, UserRepository& userRepository,
              std::function<void()> resetClouser);
 
@@ -37,10 +37,10 @@ class CoreHelper final {
   std::shared_ptr<User> getByAccountingType(const std::shared_ptr<User>& current);
   std::shared_ptr<User> findRequestedUser() const;
   std::shared_ptr<User> insertUser();
-  void changeUserState(const std::shared_ptr<User>& user);
+  void changeUserState(User& user);
 
   std::string userId_;
-  std::shared_ptr<Project> project_;
+  Project& project_;
   bool setByDefault_;
   ProjectRepository& projectRepository_;
   UserRepository& userRepository_;

@@ -14,8 +14,10 @@ CoreManager::CoreManager(std::string applicationKey, ProjectRepository& projectR
       clock_(clock) {}
 
 std::shared_ptr<Project> CoreManager::createOrActivateProject() {
-  const auto setTime = [&](Config& config) {
-    if (config.serverTime == 0) config.serverTime = clock_.milliseconds();
+  // The time when the process first asked for defaults.
+  static const std::int64_t time = clock_.milliseconds();
+  const auto setTime = [](Config& config) {
+    if (config.serverTime == 0) config.serverTime = time;
   };
   for (const auto& project : projectRepository_.list()) {
     if (project->applicationKey != applicationKey_) continue;
@@ -28,32 +30,29 @@ std::shared_ptr<Project> CoreManager::createOrActivateProject() {
   return project;
 }
 
-std::shared_ptr<User> CoreManager::createOrActivateUser(const std::string& userId,
-                                                        const std::shared_ptr<Project>& project,
+std::shared_ptr<User> CoreManager::createOrActivateUser(const std::string& userId, Project& project,
                                                         bool setByDefault) {
   CoreHelper helper(userId, project, setByDefault, projectRepository_, userRepository_,
                     resetToAbsent());
   return helper.activateUser(helper.defineActiveUser());
 }
 
-std::shared_ptr<User> CoreManager::createOrActivateDefaultUser(
-    const std::string& userId, const std::shared_ptr<Project>& project) {
+std::shared_ptr<User> CoreManager::createOrActivateDefaultUser(const std::string& userId,
+                                                               Project& project) {
   CoreHelper helper(userId, project, true, projectRepository_, userRepository_, resetToAbsent());
   return helper.activateUser(helper.defineDefaultUser());
 }
 
-void CoreManager::activateUser(const std::shared_ptr<User>& user,
-                               const std::shared_ptr<Project>& project) {
+void CoreManager::activateUser(const std::shared_ptr<User>& user, Project& project) {
   CoreHelper helper(user->userId.value_or(""), project, user->isDefaultUser, projectRepository_,
                     userRepository_, resetToAbsent());
   helper.activateUser(user);
 }
 
-bool CoreManager::ensureStored(const std::shared_ptr<User>& user,
-                               const std::shared_ptr<Project>& project) {
+bool CoreManager::ensureStored(const std::shared_ptr<User>& user, Project& project) {
   if (user->idKey != notStoredRowId) return true;
   if (!userRepository_.insert(user)) return false;
-  project->activeUserId = user->idKey;
+  project.activeUserId = user->idKey;
   projectRepository_.update(project);
   return true;
 }

@@ -33,19 +33,17 @@ class CoreManager final {
   [[nodiscard]] std::shared_ptr<Project> createOrActivateProject();
 
   [[nodiscard]] std::shared_ptr<User> createOrActivateUser(const std::string& userId,
-                                                           const std::shared_ptr<Project>& project,
-                                                           bool setByDefault);
+                                                           Project& project, bool setByDefault);
 
-  [[nodiscard]] std::shared_ptr<User> createOrActivateDefaultUser(
-      const std::string& userId, const std::shared_ptr<Project>& project);
+  [[nodiscard]] std::shared_ptr<User> createOrActivateDefaultUser(const std::string& userId,
+                                                                  Project& project);
 
   /// Makes a stored user of the project the active one.
-  void activateUser(const std::shared_ptr<User>& user, const std::shared_ptr<Project>& project);
+  void activateUser(const std::shared_ptr<User>& user, Project& project);
 
   /// False when the user has no row and none can be made. One that is made now makes the user the
   /// project's active one.
-  [[nodiscard]] bool ensureStored(const std::shared_ptr<User>& user,
-                                  const std::shared_ptr<Project>& project);
+  [[nodiscard]] bool ensureStored(const std::shared_ptr<User>& user, Project& project);
 
  private:
   std::function<void()> resetToAbsent() const;

@@ -37,12 +37,12 @@ std::shared_ptr<DeviceIdentifiers> DeviceManager::initializeDeviceId(const Proje
     row->pelorinoId.reset();
     row->crossPlatformPelorinoId.reset();
     row->pelorinoIdTimestamp.reset();
-    identifiersRepository_.update(row);
+    identifiersRepository_.update(*row);
   }
   return row;
 }
 
-void DeviceManager::updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifiers>& identifiers) {
+void DeviceManager::updateDeviceIdentifiers(const DeviceIdentifiers& identifiers) {
   identifiersRepository_.update(identifiers);
 }
 
@@ -81,7 +81,7 @@ std::optional<bool> DeviceManager::sdkVersionIsChanged() {
   const auto stored = tools->properties.find(sdkVersionProperty);
   if (stored == tools->properties.end() || stored->second.isEqual(version)) return false;
   stored->second = version;
-  toolsRepository_.update(tools);
+  toolsRepository_.update(*tools);
   return true;
 }
 

@@ -25,7 +25,7 @@ class DeviceManager final {
   /// row, the row's becomes the previous one and the backend's identifiers are absent again.
   std::shared_ptr<DeviceIdentifiers> initializeDeviceId(const Project& project);
 
-  void updateDeviceIdentifiers(const std::shared_ptr<DeviceIdentifiers>& identifiers);
+  void updateDeviceIdentifiers(const DeviceIdentifiers& identifiers);
 
   /// Waits for the platform's answer; absent when it does not come in time. While one is overdue
   /// the platform is not asked again, and nobody waits.

@@ -37,7 +37,7 @@ StateManager::StateManager(DeviceManager& deviceManager, CoreManager& coreManage
     identifiers->pelorinoId = pelorinoId;
     identifiers->crossPlatformPelorinoId = crossPlatformPelorinoId;
     identifiers->pelorinoIdTimestamp = pelorinoIdTimestamp;
-    deviceManager_.updateDeviceIdentifiers(identifiers);
+    deviceManager_.updateDeviceIdentifiers(*identifiers);
   };
   coreManager_.onIndetifiersReset = resetClouser_;
   activeUser_ = chooseUser(userId);
@@ -45,11 +45,11 @@ StateManager::StateManager(DeviceManager& deviceManager, CoreManager& coreManage
 
 std::shared_ptr<User> StateManager::chooseUser(const std::optional<std::string>& userId) {
   if (userId && !userId->empty()) {
-    return coreManager_.createOrActivateUser(*userId, activeProject_, false);
+    return coreManager_.createOrActivateUser(*userId, *activeProject_, false);
   }
   const std::string device = getActiveDeviceIdentifiers()->deviceIdentifier;
-  return userId ? coreManager_.createOrActivateDefaultUser(device, activeProject_)
-                : coreManager_.createOrActivateUser(device, activeProject_, true);
+  return userId ? coreManager_.createOrActivateDefaultUser(device, *activeProject_)
+                : coreManager_.createOrActivateUser(device, *activeProject_, true);
 }
 
 std::shared_ptr<DeviceIdentifiers> StateManager::getActiveDeviceIdentifiers() {
@@ -71,7 +71,7 @@ void StateManager::activateUser(const std::string& userId) {
 }
 
 void StateManager::activateUser(const std::shared_ptr<User>& user) {
-  coreManager_.activateUser(user, activeProject_);
+  coreManager_.activateUser(user, *activeProject_);
   activeUser_ = user;
 }
 
@@ -83,7 +83,7 @@ void StateManager::replaceUserId(const std::shared_ptr<User>& user, const std::s
   user->previousUserId = user->userId;
   user->userId = userId;
   user->isDefaultUser = false;
-  userRepository_.update(user);
+  userRepository_.update(*user);
 }
 
 Identifiers StateManager::getIdentifiers(const User& user) {

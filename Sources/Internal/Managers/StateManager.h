@@ -50,7 +50,7 @@ class StateManager final {
   /// Stores an active user whose row the disk has refused. False when it still does: nobody would
   /// find what is stored for such a user.
   [[nodiscard]] bool ensureActiveUserIsStored() {
-    return coreManager_.ensureStored(activeUser_, activeProject_);
+    return coreManager_.ensureStored(activeUser_, *activeProject_);
   }
 
   /// What travels beside a request for this user.

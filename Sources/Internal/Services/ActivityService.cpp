@@ -33,7 +33,7 @@ std::optional<bool> ActivityService::startActivity() {
   if (!opensNewSession(user->lastBackgroundTime, now, timeout)) return false;
   user->sessionId = now;
   user->lastBackgroundTime = now;
-  userRepository_.update(user);
+  userRepository_.update(*user);
   return true;
 }
 
@@ -48,7 +48,7 @@ std::optional<std::int64_t> ActivityService::stopActivity() {
   const double seconds =
       (static_cast<double>(now) - static_cast<double>(*user->lastForegroundTime)) / 1000;
   user->lastBackgroundTime = now;
-  userRepository_.update(user);
+  userRepository_.update(*user);
   isActive_ = false;
   return static_cast<std::int64_t>(std::floor(seconds));
 }
@@ -57,7 +57,7 @@ void ActivityService::updateLastBackgroundTime() {
   if (!isActive_) return;
   const auto& user = stateManager_.getActiveUser();
   user->lastBackgroundTime = clock_.milliseconds();
-  userRepository_.update(user);
+  userRepository_.update(*user);
 }
 
 }  // namespace pelorino

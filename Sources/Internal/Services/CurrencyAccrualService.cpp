@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "ResourceSums.h"
-#include "RowIds.h"
 
 namespace pelorino {
 namespace {
@@ -84,9 +83,8 @@ void CurrencyAccrualService::removeAllResources() {
   currencyAccrualResourcesRepository_.clear();
 }
 
-void CurrencyAccrualService::removeInactiveUserData(
-    const std::vector<std::shared_ptr<User>>& users) {
-  currencyAccrualResourcesRepository_.deleteForDataForUsers(rowIds(users));
+void CurrencyAccrualService::removeInactiveUserData(std::span<const RowId> userIds) {
+  currencyAccrualResourcesRepository_.deleteForDataForUsers(userIds);
 }
 
 }  // namespace pelorino

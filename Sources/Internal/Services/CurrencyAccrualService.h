@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -45,7 +46,7 @@ class CurrencyAccrualService final {
   void removeResourcesForActiveUser();
   void removeResources(const User& user);
   void removeAllResources();
-  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
+  void removeInactiveUserData(std::span<const RowId> userIds);
 
  private:
   [[nodiscard]] std::optional<ResourcesBySource> getResources(PLRAccrualType type,

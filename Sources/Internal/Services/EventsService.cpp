@@ -7,7 +7,6 @@
 
 #include "Event.h"
 #include "Logger.h"
-#include "RowIds.h"
 
 namespace pelorino {
 
@@ -26,8 +25,8 @@ void EventsService::removeAllEvents() {
   eventRepository_.clear();
 }
 
-void EventsService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  eventRepository_.deleteForDataForUsers(rowIds(users));
+void EventsService::removeInactiveUserData(std::span<const RowId> userIds) {
+  eventRepository_.deleteForDataForUsers(userIds);
 }
 
 bool EventsService::passesGates(const Storable& event) const {

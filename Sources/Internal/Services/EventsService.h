@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "Event.h"
@@ -25,7 +26,7 @@ class EventsService final {
   void addEvent(const Storable& event, const User& user);
 
   void removeAllEvents();
-  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
+  void removeInactiveUserData(std::span<const RowId> userIds);
 
  private:
   [[nodiscard]] bool passesGates(const Storable& event) const;

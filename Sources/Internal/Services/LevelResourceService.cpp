@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "ResourceSums.h"
-#include "RowIds.h"
 
 namespace pelorino {
 namespace {
@@ -66,8 +65,8 @@ void LevelResourceService::removeAllResources() {
   levelResourcesRepository_.clear();
 }
 
-void LevelResourceService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  levelResourcesRepository_.deleteForDataForUsers(rowIds(users));
+void LevelResourceService::removeInactiveUserData(std::span<const RowId> userIds) {
+  levelResourcesRepository_.deleteForDataForUsers(userIds);
 }
 
 }  // namespace pelorino

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "Repositories.h"
@@ -30,7 +31,7 @@ class LevelResourceService final {
 
   void removeResourcesForActiveUser();
   void removeAllResources();
-  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
+  void removeInactiveUserData(std::span<const RowId> userIds);
 
  private:
   [[nodiscard]] std::optional<Resources> getResources(LevelResourceType type) const;

@@ -11,7 +11,6 @@
 
 #include "Logger.h"
 #include "PeopleReservedKeys.h"
-#include "RowIds.h"
 
 namespace pelorino {
 namespace {
@@ -94,7 +93,7 @@ void PeopleService::insert(const Card& card) {
 }
 
 void PeopleService::store(const Card& card) {
-  card == newCard_ ? insert(card) : peopleRepository_.update(card);
+  card == newCard_ ? insert(card) : peopleRepository_.update(*card);
 }
 
 void PeopleService::storeUpdated(const Card& card) {
@@ -208,8 +207,8 @@ void PeopleService::clearUser() {
   Logger::writeLog(PLRLogLevel::info, "[User Card] All user data was successfully cleared");
 }
 
-void PeopleService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
-  peopleRepository_.deleteForDataForUsers(rowIds(users));
+void PeopleService::removeInactiveUserData(std::span<const RowId> userIds) {
+  peopleRepository_.deleteForDataForUsers(userIds);
 }
 
 }  // namespace pelorino

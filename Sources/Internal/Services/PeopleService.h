@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -54,7 +55,7 @@ class PeopleService final {
   /// Empties the card but for the cheater mark.
   void clearUser();
 
-  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
+  void removeInactiveUserData(std::span<const RowId> userIds);
 
  private:
   using Card = std::shared_ptr<PeopleCard>;

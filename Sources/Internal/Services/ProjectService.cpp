@@ -29,7 +29,7 @@ ProjectService::ProjectService(StateManager& stateManager, ProjectRepository& pr
 void ProjectService::setTrackingAvailable(bool available) {
   for (const auto& project : projectRepository_.list()) {
     project->trackingAvailable = available;
-    projectRepository_.update(project);
+    projectRepository_.update(*project);
   }
   Logger::writeLog(PLRLogLevel::info,
                    available ? "Tracking status is Enable" : "Tracking status is Disable");
@@ -50,7 +50,7 @@ std::int64_t ProjectService::paramsCount() const {
 void ProjectService::applyConfig(const Config& received) {
   const auto& project = stateManager_.getActiveProject();
   project->configuration = mergedConfig(project->configuration, received);
-  projectRepository_.update(project);
+  projectRepository_.update(*project);
   Logger::writeLog(PLRLogLevel::debug, [&] {
     return "The SDK analytics configuration has been received:\n " +
            toPrettyJson(project->configuration);
@@ -84,7 +84,7 @@ void ProjectService::setIsRefererSent(bool isSent) {
   const auto& project = stateManager_.getActiveProject();
   if (!project->trackingAvailable) return;
   project->isReferralSent = isSent;
-  projectRepository_.update(project);
+  projectRepository_.update(*project);
 }
 
 }  // namespace pelorino

@@ -13,7 +13,6 @@
 #include "DeliveredReports.h"
 #include "Logger.h"
 #include "QueueManager.h"
-#include "RowIds.h"
 #include "SdkConstraints.h"
 
 namespace pelorino {
@@ -71,9 +70,9 @@ void ReportService::sendBufferedEvents() {
   sendSavedReports();
 }
 
-void ReportService::removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users) {
+void ReportService::removeInactiveUserData(std::span<const RowId> userIds) {
   ++removals_;
-  reportsRepository_.deleteForDataForUsers(rowIds(users));
+  reportsRepository_.deleteForDataForUsers(userIds);
 }
 
 void ReportService::removeAllReports() {

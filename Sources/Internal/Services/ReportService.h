@@ -45,7 +45,7 @@ class ReportService final {
   /// Packs everything stored and sends it. Returns at once: the network is not waited for.
   void sendBufferedEvents();
 
-  void removeInactiveUserData(const std::vector<std::shared_ptr<User>>& users);
+  void removeInactiveUserData(std::span<const RowId> userIds);
   void removeAllReports();
 
  private:

@@ -32,25 +32,25 @@ struct BoundedSum {
 /// and the `text` of one.
 template <class Kind, class Repository, class Resource>
 void addToSums(Repository& repository, Resource resource) {
-  const auto match = repository.findOfUser(
+  const auto known = repository.findOfUser(
       resource.userId, [&](const Resource& row) { return Kind::isSame(row, resource); });
-  const auto sum = std::make_shared<Resource>(std::move(resource));
-  if (!match) {
-    repository.insert(sum);
+  if (!known) {
+    repository.insert(std::make_shared<Resource>(resource));
   } else {
-    const auto [amount, isOverflowed] = boundedSum(match->amount, sum->amount);
+    const auto [amount, isOverflowed] = boundedSum(known->amount, resource.amount);
     if (isOverflowed) {
       Logger::writeLog(PLRLogLevel::error, [&, label = Kind::label] {
-        return fmt::format("{} resource: {} is overflowed", label, sum->name);
+        return fmt::format("{} resource: {} is overflowed", label, resource.name);
       });
     }
-    sum->idKey = match->idKey;
-    sum->amount = amount;
-    repository.update(sum);
+    resource.idKey = known->idKey;
+    resource.amount = amount;
+    *known = resource;
+    repository.update(resource);
   }
   Logger::writeLog(PLRLogLevel::debug, [&] {
-    return fmt::format("{} {} resources: \n{} ", match ? "Update" : "Insert", Kind::label,
-                       Kind::text(*sum));
+    return fmt::format("{} {} resources: \n{} ", known ? "Update" : "Insert", Kind::label,
+                       Kind::text(resource));
   });
 }
 

@@ -50,7 +50,7 @@ template <class Change>
 void SubscriptionService::change(Change change) {
   const auto row = info();
   change(*row);
-  subscriptionRepository_.update(row);
+  subscriptionRepository_.update(*row);
 }
 
 void SubscriptionService::requestUserProducts(std::vector<std::string> productsIDs,

@@ -18,7 +18,7 @@ UserService::UserService(StateManager& stateManager, UserRepository& userReposit
 void UserService::setUserLevel(std::int64_t level) {
   const auto& user = stateManager_.getActiveUser();
   user->level = level;
-  userRepository_.update(user);
+  userRepository_.update(*user);
 }
 
 void UserService::setLevel(std::int64_t level) {
@@ -36,7 +36,7 @@ void UserService::removeUsers(const std::vector<std::shared_ptr<User>>& users) {
 void UserService::resourceAggregation(bool isActive) {
   const auto& user = stateManager_.getActiveUser();
   user->isResourceAggregationEnable = isActive;
-  userRepository_.update(user);
+  userRepository_.update(*user);
   Logger::writeLog(PLRLogLevel::debug,
                    isActive ? "Resource aggregation is Enable" : "Resource aggregation is Disable");
 }

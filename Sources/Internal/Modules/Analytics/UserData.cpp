@@ -18,12 +18,14 @@ void UserData::removeUsers(const std::vector<std::shared_ptr<User>>& users) {
     }
     return fmt::format("Remove inactive users [{}]", fmt::join(names, ", "));
   });
+  std::vector<RowId> ids;
+  for (const auto& user : users) ids.push_back(user->idKey);
   userService_.removeUsers(users);
-  eventsService_.removeInactiveUserData(users);
-  currencyAccrualService_.removeInactiveUserData(users);
-  levelResourceService_.removeInactiveUserData(users);
-  reportService_.removeInactiveUserData(users);
-  peopleService_.removeInactiveUserData(users);
+  eventsService_.removeInactiveUserData(ids);
+  currencyAccrualService_.removeInactiveUserData(ids);
+  levelResourceService_.removeInactiveUserData(ids);
+  reportService_.removeInactiveUserData(ids);
+  peopleService_.removeInactiveUserData(ids);
 }
 
 void UserData::removeEventsAndResources() {

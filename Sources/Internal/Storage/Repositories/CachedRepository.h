@@ -19,8 +19,7 @@ class CachedRepository {
  public:
   using Item = std::shared_ptr<Model>;
 
-  explicit CachedRepository(std::shared_ptr<DatabaseProtocol> with)
-      : table_(Entry::table, std::move(with)) {}
+  explicit CachedRepository(DatabaseProtocol& with) : table_(Entry::table, with) {}
 
   /// All rows, in order of insertion. Cost: the whole table.
   [[nodiscard]] std::vector<Item> list() {
@@ -37,8 +36,8 @@ class CachedRepository {
   /// stored: its `idKey` stays -1, and the cache does not know it.
   bool insert(const Item& item) { return table_.insert(item); }
 
-  /// Stores the fields of a model. In the cache it takes the place of the one with its row id.
-  void update(const Item& item) { table_.update(item); }
+  /// Stores the fields of a model, under its row id.
+  void update(const Model& model) { table_.update(model.idKey, &model); }
 
   /// Deletes the rows of the models. False when some cannot be deleted: they come back with the
   /// next start.

@@ -32,11 +32,10 @@ std::string isOneOf(std::string_view column, std::string_view separator, std::si
 
 }  // namespace
 
-CachedTable::CachedTable(const TableDescription& description,
-                         std::shared_ptr<DatabaseProtocol> database)
+CachedTable::CachedTable(const TableDescription& description, DatabaseProtocol& database)
     : description_(description),
       statements_(statementsOf(description)),
-      database_(std::move(database)),
+      database_(database),
       cache_(description.owner) {}
 
 const RowCache& CachedTable::rows() {
@@ -46,19 +45,17 @@ const RowCache& CachedTable::rows() {
 
 bool CachedTable::insert(const Row& row) {
   static_cast<void>(rows());  // Read before the row is in the table.
-  const auto rowId = database_->insert(statements_, prepareContetsValues(row));
+  const auto rowId = database_.insert(statements_, prepareContetsValues(row.get()));
   if (!rowId) return false;
   idOf(row) = *rowId;
   cache_.set(*rowId, row);
   return true;
 }
 
-void CachedTable::update(const Row& row) {
-  const RowId id = idOf(row);
-  if (cache_.rows().find(id)) cache_.set(id, row);
-  auto values = prepareContetsValues(row);
+void CachedTable::update(RowId id, const void* model) {
+  auto values = prepareContetsValues(model);
   values.emplace_back(id);
-  database_->update(statements_, values);
+  database_.update(statements_, values);
 }
 
 bool CachedTable::remove(std::span<const RowId> ids) {
@@ -80,11 +77,11 @@ void CachedTable::removeOfOwners(std::span<const RowId> owners) {
 void CachedTable::clear() {
   cache_.clear();
   isLoaded_ = false;
-  database_->clear(description_.name);
+  database_.clear(description_.name);
 }
 
 void CachedTable::load() {
-  isLoaded_ = database_->query({.tableName = description_.name}, [this](const Cursor& cursor) {
+  isLoaded_ = database_.query({.tableName = description_.name}, [this](const Cursor& cursor) {
     if (const Row row = rowOf(cursor)) cache_.set(idOf(row), row);
   });
 }
@@ -103,10 +100,10 @@ CachedTable::Row CachedTable::rowOf(const Cursor& cursor) const {
 }
 
 /// The values of all columns but the row id, with room for that behind them.
-std::vector<std::optional<SQLiteValue>> CachedTable::prepareContetsValues(const Row& row) const {
+std::vector<std::optional<SQLiteValue>> CachedTable::prepareContetsValues(const void* model) const {
   std::vector<std::optional<SQLiteValue>> values;
   values.reserve(description_.columns.size() + 1);
-  for (const Column& column : description_.columns) values.push_back(column.write(row.get()));
+  for (const Column& column : description_.columns) values.push_back(column.write(model));
   return values;
 }
 
@@ -115,10 +112,10 @@ std::int64_t CachedTable::deleteRows(std::string_view column, std::string_view s
                                      std::span<const RowId> values) {
   std::int64_t deleted = 0;
   do {
-    const auto part = values.first(std::min(values.size(), database_->argumentLimit()));
+    const auto part = values.first(std::min(values.size(), database_.argumentLimit()));
     const std::vector<std::optional<SQLiteValue>> arguments(part.begin(), part.end());
-    deleted += database_->deleteRows(description_.name, isOneOf(column, separator, part.size()),
-                                     arguments);
+    deleted +=
+        database_.deleteRows(description_.name, isOneOf(column, separator, part.size()), arguments);
     values = values.subspan(part.size());
   } while (!values.empty());
   return deleted;

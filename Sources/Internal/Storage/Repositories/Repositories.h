@@ -65,7 +65,7 @@ class ReportsRepository final : public UserRowsRepository<Report, ReportEntry> {
   bool readPackages(Report& report);
 
   /// A report never changes, and one listed without its packages would lose them.
-  void update(const Item& item) = delete;
+  void update(const Report& report) = delete;
 };
 
 struct RealPaymentMarkEntry final : BaseEntry {
