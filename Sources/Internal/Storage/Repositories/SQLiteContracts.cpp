@@ -1,20 +1,20 @@
 #include "SQLiteContracts.h"
 
-#include <initializer_list>
+#include <algorithm>
 
 #include "Repositories.h"
 
 namespace pelorino {
 namespace {
 
-using Tables = std::initializer_list<const TableDescription*>;
+using Step = Schema::Step;
 
 void append(std::string& sql, const Column& column) {
   sql.append(column.name).append(" ").append(column.definition);
 }
 
 /// One line for each column, the row id first.
-std::string createTable(const TableDescription& table) {
+Step create(const TableDescription& table) {
   std::string sql = "CREATE TABLE IF NOT EXISTS ";
   sql.append(table.name).append(" (\n    ").append(BaseEntry::id);
   sql.append(" INTEGER NOT NULL PRIMARY KEY AUTOINCREMENT");
@@ -22,39 +22,42 @@ std::string createTable(const TableDescription& table) {
     if (column.addingVersion == 0) append(sql.append(",\n    "), column);
   }
   if (!table.constraint.empty()) sql.append(",\n    ").append(table.constraint);
-  return sql.append("\n);");
+  return {sql.append("\n);")};
 }
 
-std::string updateTable(const TableDescription& table, const Column& column) {
+/// Adds the one column that the version brought to a table of an earlier one.
+Step update(const TableDescription& table, std::int64_t version) {
+  const Column& column = *std::ranges::find(table.columns, version, &Column::addingVersion);
   std::string sql = "ALTER TABLE ";
   append(sql.append(table.name).append(" ADD COLUMN "), column);
-  return sql.append(";");
-}
-
-/// What a version brought: new tables, and columns of earlier ones.
-std::vector<Schema::Step> steps(std::int64_t version, Tables created, Tables updated = {}) {
-  std::vector<Schema::Step> steps;
-  for (const auto* table : created) steps.push_back({createTable(*table)});
-  for (const auto* table : updated) {
-    for (const Column& column : table->columns) {
-      if (column.addingVersion != version) continue;
-      steps.push_back({updateTable(*table, column), table->name, column.name});
-    }
-  }
-  return steps;
+  return {sql.append(";"), table.name, column.name};
 }
 
 }  // namespace
 
 Schema SQLiteContracts::schema() {
-  return {.version = schemeVersion,
-          .map = {steps(0, {&ProjectEntry::table, &UserEntry::table, &EventEntry::table,
-                            &ReportEntry::table, &LevelResourceEntry::table,
-                            &CurrencyAccrualResourcesEntry::table, &DeviceIdentifiersEntry::table,
-                            &RealPaymentMarkEntry::table, &TutorialMarkEntry::table,
-                            &PeopleCardEntry::table, &MessagingCategoryEntry::table,
-                            &SdkToolsEntry::table}),
-                  steps(1, {&SubscriptionEntry::table}, {&DeviceIdentifiersEntry::table})}};
+  const Step createTableProjects = create(ProjectEntry::table);
+  const Step createTableUsers = create(UserEntry::table);
+  const Step createTableEvents = create(EventEntry::table);
+  const Step createTableReports = create(ReportEntry::table);
+  const Step createTableLevelResources = create(LevelResourceEntry::table);
+  const Step createTableCurrencyAccrualResources = create(CurrencyAccrualResourcesEntry::table);
+  const Step createTableDeviceIdentifiers = create(DeviceIdentifiersEntry::table);
+  const Step createTableRealPaymentMarks = create(RealPaymentMarkEntry::table);
+  const Step createTableTutorialMarks = create(TutorialMarkEntry::table);
+  const Step createPeopleCardEntry = create(PeopleCardEntry::table);
+  const Step createTableMessagingCategory = create(MessagingCategoryEntry::table);
+  const Step createTableSdkTools = create(SdkToolsEntry::table);
+  const Step createTableSubscriptions = create(SubscriptionEntry::table);
+  const Step updateTableDeviceIdentifiers = update(DeviceIdentifiersEntry::table, 1);
+
+  return {
+      .version = schemeVersion,
+      .map = {{createTableProjects, createTableUsers, createTableEvents, createTableReports,
+               createTableLevelResources, createTableCurrencyAccrualResources,
+               createTableDeviceIdentifiers, createTableRealPaymentMarks, createTableTutorialMarks,
+               createPeopleCardEntry, createTableMessagingCategory, createTableSdkTools},
+              {createTableSubscriptions, updateTableDeviceIdentifiers}}};
 }
 
 }  // namespace pelorino
