@@ -69,8 +69,8 @@ class HostHeld {
  public:
   constexpr HostHeld() = default;
   template <std::convertible_to<Handle> Given>
-  HostHeld(Given&& given)  // NOLINT(google-explicit-constructor): as its handle takes it.
-      : handle_(std::forward<Given>(given)) {}
+  HostHeld(Given given)  // NOLINT(google-explicit-constructor): as its handle takes it.
+      : handle_(std::move(given)) {}
   ~HostHeld() { reset(); }
   HostHeld(const HostHeld&) = default;
   HostHeld(HostHeld&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
