@@ -23,10 +23,12 @@ constexpr std::size_t maximumConnections = 128;
 
 constexpr const char* jsonType = "application/json";
 
-/// Any text may stand in front of "/v2": clients can be told to append one to their base URL.
-constexpr const char* endpointPattern =
-    R"((.*)/v2(/analytics/config|/analytics/identification|/analytics/report|/verify/payment|/messaging/config))";
 constexpr const char* anyOtherPattern = R"((?!/control/).*)";
+
+/// Any text may stand in front of "/v2": clients can be told to append one to their base URL.
+std::string endpointPattern() {
+  return "(.*)/v2(" + endpointPaths() + ")";
+}
 
 std::unique_ptr<httplib::Server> makeServer(const std::optional<TlsFiles>& tls) {
   if (!tls) return std::make_unique<httplib::Server>();
@@ -98,7 +100,7 @@ BackendServer::BackendServer(ExchangeStore& store, const std::optional<TlsFiles>
                                const httplib::ContentReader& readContent) {
     receive(request, response, readContent);
   };
-  server_->Post(endpointPattern, receiver);
+  server_->Post(endpointPattern(), receiver);
   server_->Post(anyOtherPattern, receiver);
   serveControl(*server_, store_, script_);
 }

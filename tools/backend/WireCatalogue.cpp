@@ -227,7 +227,7 @@ constexpr std::array subscriptionProducts = {
     code("sbsp"), timestamp,
     WireField{"products", records, always, {}, &subscriptionProductRecord}};
 
-constexpr std::array<WireRecord, 23> events23 = {{
+constexpr auto everyEvent = std::to_array<WireRecord>({
     {"SessionStart", sessionStart},
     {"UserEngagement", userEngagement},
     {"Alive", alive},
@@ -251,7 +251,7 @@ constexpr std::array<WireRecord, 23> events23 = {{
     {"SubscriptionPayment", subscriptionPayment},
     {"RestoredTransactionsEvent", restoredTransactions},
     {"SubscriptionProductsEvent", subscriptionProducts},
-}};
+});
 
 constexpr std::array package = {
     WireField{"language", text, orNull},         WireField{"appVersion", text, orNull},
@@ -296,25 +296,33 @@ struct Endpoint {
   WireRecord body;
 };
 
-constexpr std::array<Endpoint, 5> endpoints = {{
+constexpr auto endpoints = std::to_array<Endpoint>({
     {"/analytics/config", {"Versions", versions}},
     {"/analytics/identification", {"Attempt", attempt}},
     {"/analytics/report", {"Reports", reports}},
     {"/verify/payment", {"Receipt", receipt}},
     {"/messaging/config", {"MessagingRequestObject", messagingRequest}},
-}};
+});
 
 }  // namespace
 
 std::span<const WireRecord> eventRecords() {
-  return events23;
+  return everyEvent;
 }
 
 const WireRecord* eventRecord(std::string_view value) {
-  const auto found = std::ranges::find_if(events23, [&](const WireRecord& candidate) {
+  const auto found = std::ranges::find_if(everyEvent, [&](const WireRecord& candidate) {
     return candidate.fields.front().constant == value;
   });
-  return found == events23.end() ? nullptr : &*found;
+  return found == everyEvent.end() ? nullptr : &*found;
+}
+
+std::string endpointPaths() {
+  std::string paths;
+  for (const Endpoint& endpoint : endpoints) {
+    paths.append(paths.empty() ? "" : "|").append(endpoint.path);
+  }
+  return paths;
 }
 
 const WireRecord* requestRecord(std::string_view path) {

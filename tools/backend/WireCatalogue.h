@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace pelorino::backend {
@@ -53,6 +54,9 @@ struct WireRecord {
 
 /// The record whose "code" this is; none for an unknown code.
 [[nodiscard]] const WireRecord* eventRecord(std::string_view value);
+
+/// The paths of all endpoints, such as "/analytics/report", with "|" between them.
+[[nodiscard]] std::string endpointPaths();
 
 /// The body that clients post to an endpoint ("/analytics/report"); none for an unknown endpoint.
 [[nodiscard]] const WireRecord* requestRecord(std::string_view path);
