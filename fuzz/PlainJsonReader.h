@@ -24,6 +24,9 @@ class PlainJsonReader final {
   /// An exponent has been met that readers may refuse for its size, whatever the number is.
   [[nodiscard]] bool hasHugeExponent() const { return hasHugeExponent_; }
 
+  /// Something has been met that is nested deeper than the maximum.
+  [[nodiscard]] bool hasSkipped() const { return hasSkipped_; }
+
  private:
   [[nodiscard]] char peek() const { return at_ < text_.size() ? text_[at_] : '\0'; }
   bool take(char wanted) {
@@ -50,9 +53,9 @@ class PlainJsonReader final {
       case '"':
         return string();
       case '[':
-        return depth < maximumDepth_ && list(depth + 1);
+        return depth < maximumDepth_ ? list(depth + 1) : skipBrackets();
       case '{':
-        return depth < maximumDepth_ && object(depth + 1);
+        return depth < maximumDepth_ ? object(depth + 1) : skipBrackets();
       case 't':
         return takeWord("true");
       case 'f':
@@ -62,6 +65,22 @@ class PlainJsonReader final {
       default:
         return number();
     }
+  }
+
+  /// Nobody reads what is nested deeper: brackets and quotes alone are looked at.
+  bool skipBrackets() {
+    hasSkipped_ = true;
+    std::size_t open = 0;
+    bool isQuoted = false;
+    while (at_ < text_.size()) {
+      const char c = text_[at_++];
+      if (isQuoted && c == '\\') ++at_;
+      if (c == '"') isQuoted = !isQuoted;
+      if (isQuoted) continue;
+      if (c == '[' || c == '{') ++open;
+      if ((c == ']' || c == '}') && --open == 0) return true;
+    }
+    return false;
   }
 
   bool list(std::size_t depth) {
@@ -151,6 +170,7 @@ class PlainJsonReader final {
 
   std::string_view text_;
   std::size_t maximumDepth_;
+  bool hasSkipped_ = false;
   std::size_t at_ = 0;
   bool hasHugeExponent_ = false;
 };

@@ -18,7 +18,7 @@ breaks=(
   "events are deleted before their report is stored|$services/ReportService.cpp|s/^  if (!reportsRepository_.insert(report)) return;/  eventRepository_.deleteItems(events); &/"
   "the report's failure to be stored is ignored|$services/ReportService.cpp|s/^  if (!reportsRepository_.insert(report)) return;/  static_cast<void>(reportsRepository_.insert(report));/"
   "a trigger during a batch is forgotten|$services/ReportService.cpp|s/^  resendWhenFinish_ = isSending_;//"
-  "any answer is taken for a delivery|$services/ReportService.cpp|s/^  if (failure) {/  if (failure \&\& isSending_ \&\& batch_.size() > 1000) {/"
+  "any answer is taken for a delivery|$services/ReportService.cpp|s/^  if (const auto failure = deliver(report)) {/  if (const auto failure = deliver(report); failure \&\& report->uuid.empty()) {/"
   "a batch goes on after a failure|$services/ReportService.cpp|s/isCutShort || send(reports->reports\[at\]);/(send(reports->reports[at]) || true);/"
   "events of a batch lose their order|$services/ReportService.cpp|s/^  auto packages = createPackages(events);/  auto turned = events; std::ranges::reverse(turned); auto packages = createPackages(turned);/"
   "a batch ends past the queue that guards its flags|$services/ReportService.cpp|s/^    run_.add(QueueManager::incomeQueue(), \[this, succeeded, /    run_.add(QueueManager::configBackQueue(), [this, succeeded, /"
@@ -27,7 +27,7 @@ breaks=(
   "tracking that is off is not looked at|$services/EventsService.cpp|s/if (!project.trackingAvailable)/if (project.idKey < 0)/"
   "a queue that was paused at a launch is left so|Sources/Internal/Core/Core.cpp|s/^  QueueManager::incomeQueue().resume();//"
   "a batch that has failed goes on holding up the next|$services/ReportService.cpp|s/^  isSending_ = false;/  isSending_ = !succeeded;/"
-  "a report that the disk has not let go is sent by the next library|$services/ReportService.cpp|s/^    if (isDeleted) {/    {/"
+  "a report that the disk has not let go is sent by the next library|$services/ReportService.cpp|s/^    if (isDeleted) {/    if (isDeleted || true) {/"
   "timers go on in the background|$analytics/ActivityLogic.cpp|s/^  timerService_.stopTimers();//"
   "work goes on after the end of its run|components/QueueManager/Run.h|s/!run->hasEnded()/run/"
 )

@@ -41,8 +41,7 @@ class QueueManager final {
   void resume() { queue_->resume(); }
 
   /// Blocks the calling thread until the queue is empty; returns early where that could not end
-  /// (from an operation of this queue, on a paused queue), and at once on the main thread, for
-  /// which an operation may be waiting.
+  /// (see SerialQueue), and at once on the main thread, for which an operation may be waiting.
   void waitUntilAllOperationsAreFinished();
 
   /// True inside an operation of this queue, on its thread.

@@ -28,8 +28,9 @@ class Steps final : public VirtualScheduler::Source, public std::enable_shared_f
   void waitUntilFinished() {
     if (isCurrent()) return;
     const auto self = shared_from_this();
-    const VirtualScheduler::Condition isOver = [self, last = added_] {
-      return self->ended_ >= last || (self->paused_ && !self->busy_);
+    const VirtualScheduler::Condition isOver = [self,
+                                                last = added_ + SerialQueue::awaitedNewcomers] {
+      return self->ended_ >= std::min(self->added_, last) || (self->paused_ && !self->busy_);
     };
     scheduler_.wait("the end of the blocks of queue " + label_, isOver, std::nullopt);
   }

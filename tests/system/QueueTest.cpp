@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <functional>
 #include <vector>
 
 #include "RealQueue.h"
@@ -82,10 +83,20 @@ TEST_F(QueueTest, ABlockIsCurrentDoesNotWaitForItsQueueAndLetsGoBeforeTheNext) {
     queue_.waitUntilAllBlocksAreFinished();
     ran_.push_back(queue_.isCurrent() ? 1 : -1);
   });
-  queue_.waitUntilAllBlocksAreFinished();  // For the first block alone.
-  queue_.waitUntilAllBlocksAreFinished();
+  queue_.waitUntilAllBlocksAreFinished();  // For the block that the first one adds, too.
   EXPECT_EQ(ran_, (std::vector{1, 2, 3}));
   EXPECT_FALSE(queue_.isCurrent());
+}
+
+TEST_F(QueueTest, AWaitEndsAlsoWhenEachBlockAddsTheNext) {
+  std::atomic<bool> goesOn{true};
+  std::function<void()> next = [&] {
+    if (goesOn) queue_.add(next);
+  };
+  queue_.add(next);
+  queue_.waitUntilAllBlocksAreFinished();
+  goesOn = false;
+  queue_.waitUntilAllBlocksAreFinished();
 }
 
 TEST_F(QueueTest, ABlockMayDestroyItsQueueWhichDropsWhatWaits) {

@@ -18,27 +18,15 @@
 
 using namespace pelorino;
 
-namespace {
-
-PLRAnalyticsConfigurationLocal cloneToLocal(const PLRAnalyticsConfiguration& configuration) {
-  PLRAnalyticsConfigurationLocal local;
-  local.logLevel = configuration.logLevel;
-  local.userId = repaired(configuration.userId);
-  local.level = configuration.currentLevel;
-  local.trackingAvailability = configuration.trackingAvailability;
-  return local;
-}
-
-}  // namespace
-
 void PLRAnalytics::initialize(std::string_view applicationKey) noexcept {
   enter("initialize", [&] { Core::shared()->initialize(repaired(applicationKey), std::nullopt); });
 }
 
 void PLRAnalytics::initialize(std::string_view applicationKey,
                               const PLRAnalyticsConfiguration& configuration) noexcept {
-  enter("initialize",
-        [&] { Core::shared()->initialize(repaired(applicationKey), cloneToLocal(configuration)); });
+  enter("initialize", [&] {
+    Core::shared()->initialize(repaired(applicationKey), configuration.cloneToLocal());
+  });
 }
 
 PLRLogLevel PLRAnalytics::logLevel() noexcept {

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string>
 
+struct PLRAnalyticsConfigurationLocal;
+
 /// What a host may decide at the start. `initialize` copies it: later changes reach nothing.
 ///
 /// Threads: belongs to the thread that fills it.
@@ -28,4 +30,10 @@ class PLR_EXPORT PLRAnalyticsConfiguration {
 
   /// The values that are set, a line each.
   [[nodiscard]] std::string description() const;
+
+ private:
+  friend class PLRAnalytics;
+
+  /// The copy that the library keeps.
+  [[nodiscard]] PLRAnalyticsConfigurationLocal cloneToLocal() const;
 };

@@ -16,9 +16,9 @@ LibraryRun::LibraryRun(std::unique_ptr<CoreFactory> coreFactory, const std::stri
                    coreFactory_->get<UserRepository>(), System::current().clock()),
       stateManager_(deviceManager_, coreManager_, coreFactory_->get<UserRepository>(), userId,
                     std::move(isEditorMode)),
-      services_(*this, *coreFactory_, stateManager_, System::current().clock(),
-                System::current().executor(), System::current().random()),
-      analyticsLogic_(*this, stateManager_, services_, System::current().clock()) {}
+      serviceFactory_(*this, *coreFactory_, stateManager_, System::current().clock(),
+                      System::current().executor(), System::current().random()),
+      analyticsLogic_(*this, stateManager_, serviceFactory_, System::current().clock()) {}
 
 void LibraryRun::start(const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {
   coreFactory_->lifeCycle().setLifeCycleListener(weak(analyticsLogic_));

@@ -31,14 +31,14 @@ class LibraryRun final : public Run {
   void stop();
 
   [[nodiscard]] AnalyticsLogic& analyticsLogic() { return analyticsLogic_; }
-  [[nodiscard]] PeopleService& peopleService() { return services_.peopleService; }
+  [[nodiscard]] PeopleService& peopleService() { return serviceFactory_.peopleService; }
 
  private:
   const std::unique_ptr<CoreFactory> coreFactory_;
   DeviceManager deviceManager_;
   CoreManager coreManager_;
   StateManager stateManager_;
-  ServiceFactory services_;
+  ServiceFactory serviceFactory_;
   AnalyticsLogic analyticsLogic_;
 };
 

@@ -13,6 +13,10 @@
 
 namespace pelorino {
 
+/// How deep the lists and objects of a value may be nested to be read or written. It bounds the
+/// stack of everything that walks a value.
+inline constexpr std::size_t maximumJsonDepth = 64;
+
 /// One JSON value of unknown shape. Immutable, cheap to copy (containers are shared), any thread.
 ///
 /// The kinds are told apart strictly: the integer 2 and the number 2.0 are different values, and

@@ -235,9 +235,7 @@ void decode(const JsonView& json, std::map<std::string, Value>& values) {
   if (!json.isObject()) throwWrongType(json, "an object");
   values.clear();
   json.forEachMember([&](std::string key, const JsonView& member) {
-    const auto [place, isNew] = values.try_emplace(std::move(key));
-    if (!isNew) throw PLRError("The key " + place->first + " stands twice");
-    decode(member, place->second);
+    decode(member, values.insert_or_assign(std::move(key), Value()).first->second);
   });
 }
 

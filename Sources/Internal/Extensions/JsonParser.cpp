@@ -1,5 +1,6 @@
 #include "JsonParser.h"
 
+#include <algorithm>
 #include <array>
 #include <boost/json/basic_parser_impl.hpp>
 // The one place where the library's JSON parser is compiled.
@@ -95,10 +96,7 @@ class Builder final {
     if (open_.empty()) {
       result_ = std::move(value);
     } else if (Container& container = open_.back(); container.isObject) {
-      if (!container.members.try_emplace(std::move(container.key), std::move(value)).second) {
-        error = refused();
-        return false;
-      }
+      container.members.insert_or_assign(std::move(container.key), std::move(value));
     } else {
       container.items.push_back(std::move(value));
     }
@@ -203,26 +201,97 @@ class Handler final {
   std::string parts_;
 };
 
-void run(std::string_view text, std::size_t maximumDepth, Builder* builder) {
+using Parser = boost::json::basic_parser<Handler>;
+
+boost::json::parse_options options() {
   boost::json::parse_options options;
-  options.max_depth = maximumDepth;
-  boost::json::basic_parser<Handler> parser(options, builder);
-  Error error;
-  const std::size_t used = parser.write_some(false, text.data(), text.size(), error);
-  if (!error && used < text.size()) error = make_error_code(boost::json::error::extra_data);
+  options.max_depth = maximumJsonDepth;
+  return options;
+}
+
+/// The parts of one text, fed one after the other.
+void feed(Parser& parser, std::string_view part, bool isLast, Error& error) {
+  if (error) return;
+  const std::size_t used = parser.write_some(!isLast, part.data(), part.size(), error);
+  if (!error && used < part.size()) error = make_error_code(boost::json::error::extra_data);
+}
+
+void throwIf(const Error& error) {
   if (error) throw PLRError("The text is not valid JSON: " + error.message());
+}
+
+/// Length of the quoted text that `json` begins with.
+std::size_t quotedLength(std::string_view json) {
+  std::size_t end = 1;
+  while (end < json.size() && json[end] != '"') end += json[end] == '\\' ? 2U : 1U;
+  return std::min(end + 1, json.size());
+}
+
+/// Length of the list or object that `json` begins with.
+std::size_t bracketedLength(std::string_view json) {
+  std::size_t depth = 0;
+  std::size_t end = 0;
+  do {
+    const char c = json[end];
+    if (c == '"') {
+      end += quotedLength(json.substr(end));
+      continue;
+    }
+    if (c == '{' || c == '[') ++depth;
+    if (c == '}' || c == ']') --depth;
+    ++end;
+  } while (depth > 0 && end < json.size());
+  return end;
+}
+
+/// The check of a text that has values nested too deep: each of them is taken for a null, for the
+/// parser calls itself at each level, and the stack is not without end.
+void checkWithoutTheDeep(std::string_view text) {
+  Parser parser(options(), nullptr);
+  Error error;
+  std::size_t depth = 0;
+  std::size_t fed = 0;
+  for (std::size_t at = 0; at < text.size();) {
+    const char c = text[at];
+    const bool opens = c == '{' || c == '[';
+    if (opens && depth == maximumJsonDepth) {
+      feed(parser, text.substr(fed, at - fed), false, error);
+      feed(parser, "null", false, error);
+      at += bracketedLength(text.substr(at));
+      fed = at;
+      continue;
+    }
+    if (opens) ++depth;
+    if ((c == '}' || c == ']') && depth > 0) --depth;
+    at += c == '"' ? quotedLength(text.substr(at)) : 1;
+  }
+  feed(parser, text.substr(fed), true, error);
+  throwIf(error);
 }
 
 }  // namespace
 
-void checkJson(std::string_view text, std::size_t maximumDepth) {
-  run(text, maximumDepth, nullptr);
+void checkJson(std::string_view text) {
+  Parser parser(options(), nullptr);
+  Error error;
+  feed(parser, text, true, error);
+  if (error == boost::json::error::too_deep) return checkWithoutTheDeep(text);
+  throwIf(error);
 }
 
-AnyCodable parseJson(std::string_view text, std::size_t maximumDepth, std::size_t maximumValues) {
+AnyCodable parseJson(std::string_view text, std::size_t maximumValues) {
   Builder builder(maximumValues);
-  run(text, maximumDepth, &builder);
+  Parser parser(options(), &builder);
+  Error error;
+  feed(parser, text, true, error);
+  throwIf(error);
   return builder.take();
+}
+
+std::size_t jsonValueLength(std::string_view json) {
+  if (json.front() == '"') return quotedLength(json);
+  if (json.front() == '{' || json.front() == '[') return bracketedLength(json);
+  return std::min(json.find_first_of(",:]} \t\r\n"), json.size());
 }
 
 }  // namespace pelorino

@@ -11,40 +11,10 @@ namespace {
 // At some 150 bytes a value at most, this is what one answer of the backend may cost in memory.
 constexpr std::size_t maximumValues = std::size_t{1} << 17U;
 
-/// Length of the quoted text that `json` begins with.
-std::size_t quotedLength(std::string_view json) {
-  std::size_t end = 1;
-  while (json[end] != '"') end += json[end] == '\\' ? 2U : 1U;
-  return end + 1;
-}
-
-/// Length of the list or object that `json` begins with.
-std::size_t bracketedLength(std::string_view json) {
-  std::size_t depth = 0;
-  std::size_t end = 0;
-  do {
-    const char c = json[end];
-    if (c == '"') {
-      end += quotedLength(json.substr(end));
-      continue;
-    }
-    if (c == '{' || c == '[') ++depth;
-    if (c == '}' || c == ']') --depth;
-    ++end;
-  } while (depth > 0);
-  return end;
-}
-
-std::size_t valueLength(std::string_view json) {
-  if (json.front() == '"') return quotedLength(json);
-  if (json.front() == '{' || json.front() == '[') return bracketedLength(json);
-  return std::min(json.find_first_of(",:]} \t\r\n"), json.size());
-}
-
 }  // namespace
 
 JsonView::JsonView(std::string_view text) {
-  checkJson(text, maximumDepth);
+  checkJson(text);
   constexpr std::string_view blanks = " \t\r\n";
   text.remove_suffix(text.size() - 1 - text.find_last_not_of(blanks));
   text_ = text.substr(text.find_first_not_of(blanks));
@@ -55,7 +25,7 @@ std::optional<std::string_view> JsonView::Scanner::next() {
   if (start == std::string_view::npos) return std::nullopt;
   rest_.remove_prefix(start);
   if (rest_.front() == ']' || rest_.front() == '}') return std::nullopt;
-  const std::size_t length = valueLength(rest_);
+  const std::size_t length = jsonValueLength(rest_);
   const std::string_view value = rest_.substr(0, length);
   rest_.remove_prefix(length);
   return value;
@@ -63,7 +33,7 @@ std::optional<std::string_view> JsonView::Scanner::next() {
 
 std::string JsonView::unquoted(std::string_view quoted) {
   if (quoted.find('\\') != std::string_view::npos) {
-    return *parseJson(quoted, maximumDepth, 1).text();
+    return *parseJson(quoted, 1).text();
   }
   return std::string(quoted.substr(1, quoted.size() - 2));
 }
@@ -79,17 +49,14 @@ JsonMembers::JsonMembers(const JsonView& object) {
 }
 
 std::optional<JsonView> JsonMembers::find(std::string_view key) const {
-  std::optional<JsonView> found;
-  for (const auto& [name, value] : members_) {
-    if (name != key) continue;
-    if (found) throw PLRError("The key " + std::string(key) + " stands twice");
-    found = value;
-  }
-  return found;
+  const auto found = std::find_if(members_.rbegin(), members_.rend(),
+                                  [key](const auto& member) { return member.first == key; });
+  if (found == members_.rend()) return std::nullopt;
+  return found->second;
 }
 
 AnyCodable JsonView::value() const {
-  return parseJson(text_, maximumDepth, maximumValues);
+  return parseJson(text_, maximumValues);
 }
 
 bool isJsonObject(std::string_view text) {

@@ -14,9 +14,6 @@ namespace pelorino {
 /// no tree, so that what nobody asks for costs no memory.
 class JsonView final {
  public:
-  /// Deeper nesting is refused; it bounds the stack of everything that walks the text.
-  static constexpr std::size_t maximumDepth = 40;
-
   /// Throws PLRError when the text is not exactly one JSON value in valid UTF-8.
   explicit JsonView(std::string_view text);
 
@@ -31,8 +28,8 @@ class JsonView final {
   [[nodiscard]] bool isList() const { return text_.front() == '['; }
   [[nodiscard]] bool isObject() const { return text_.front() == '{'; }
 
-  /// The value under a key. Absent when there is none, and for a value that is no object. Throws
-  /// PLRError when the key stands twice: which of the two was meant, nobody can tell.
+  /// The value under a key, the last one where it stands twice, as most readers have it. Absent
+  /// when there is none, and for a value that is no object.
   [[nodiscard]] std::optional<JsonView> find(std::string_view key) const;
 
   /// Calls `each` with every element of a list; nothing for other values.
@@ -53,9 +50,9 @@ class JsonView final {
     }
   }
 
-  /// The value itself, with no key twice. A number without a fraction is an integer, also when
-  /// written 2.0 or 2e0; one beyond both integer ranges is floating. Throws PLRError when there are
-  /// too many values.
+  /// The value itself. A number without a fraction is an integer, also when written 2.0 or 2e0; one
+  /// beyond both integer ranges is floating. Throws PLRError when there are too many values, or
+  /// some are nested deeper than maximumJsonDepth.
   [[nodiscard]] AnyCodable value() const;
 
  private:

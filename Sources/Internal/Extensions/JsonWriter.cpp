@@ -104,8 +104,8 @@ void JsonWriter::text(std::string_view value) {
   appendQuoted(value);
 }
 
-void JsonWriter::value(const AnyCodable& value, int depth) {
-  if (depth > maximumDepth) throw PLRError("AnyCodable value cannot be encoded");
+void JsonWriter::value(const AnyCodable& value, std::size_t depth) {
+  if (depth > maximumJsonDepth) throw PLRError("AnyCodable value cannot be encoded");
   switch (value.kind()) {
     case AnyCodable::Kind::null:
       return null();

@@ -34,7 +34,7 @@ class JsonWriter final {
   void floating(double value);
   void text(std::string_view value);
   /// Throws PLRError when it holds a number that is not finite or is nested too deep.
-  void value(const AnyCodable& value, int depth = 0);
+  void value(const AnyCodable& value, std::size_t depth = 0);
 
   /// Puts in a value that is JSON already.
   void raw(std::string_view json);
@@ -43,7 +43,6 @@ class JsonWriter final {
 
  private:
   static constexpr std::size_t initialCapacity = 256;
-  static constexpr int maximumDepth = 64;
 
   void separate();
   void open(char bracket);

@@ -165,7 +165,7 @@ void ReportService::continueBatch() {
   try {
     ReportList reports = nextReports();
     if (reports.empty()) return endBatch(true);
-    handOver(std::make_shared<const HandOver>(
+    sendReports(std::make_shared<const HandOver>(
         HandOver{.reports = std::move(reports), .removals = removals_}));
   } catch (...) {  // No memory: without its end, a batch would keep all later ones from beginning.
     endBatch(false);
@@ -202,7 +202,7 @@ bool ReportService::readPackages(Report& report) {
 }
 
 /// A block for each report: when the run ends, what has not been sent yet is left to the next run.
-void ReportService::handOver(const std::shared_ptr<const HandOver>& reports, std::size_t at) {
+void ReportService::sendReports(const std::shared_ptr<const HandOver>& reports, std::size_t at) {
   run_.add(QueueManager::networkSerialQueue(), [this, reports, at] {
     bool succeeded = false;
     try {
@@ -210,7 +210,7 @@ void ReportService::handOver(const std::shared_ptr<const HandOver>& reports, std
       const bool isCutShort = removals_ != reports->removals;
       succeeded = isCutShort || send(reports->reports[at]);
       const bool isLast = at + 1 == reports->reports.size();
-      if (succeeded && !isCutShort && !isLast) return handOver(reports, at + 1);
+      if (succeeded && !isCutShort && !isLast) return sendReports(reports, at + 1);
     } catch (const std::exception& error) {  // Such as no memory for the body: the batch must end.
       succeeded = false;
       Logger::writeLog(PLRLogLevel::error,

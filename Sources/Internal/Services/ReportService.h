@@ -74,7 +74,7 @@ class ReportService final {
   [[nodiscard]] ReportList nextReports();
   /// Reads what is to be sent, if it is not in memory. False when it cannot be read.
   [[nodiscard]] bool readPackages(Report& report);
-  void handOver(const std::shared_ptr<const HandOver>& reports, std::size_t at = 0);
+  void sendReports(const std::shared_ptr<const HandOver>& reports, std::size_t at = 0);
   /// On the networkSerialQueue; blocks it.
   [[nodiscard]] bool send(const std::shared_ptr<Report>& report);
   /// One exchange, on a network queue. Absent when the backend has accepted the report.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,10 +23,14 @@ class SerialQueue {
   virtual void pause() = 0;
   virtual void resume() = 0;
 
-  /// Returns when every block added before the call has run. It returns early where waiting could
-  /// not end: from a block of this queue at once, and on a paused queue as soon as the running
-  /// block has ended.
+  /// Returns when the queue is empty. It returns early where waiting could not end: from a block of
+  /// this queue at once, on a paused queue as soon as the running block has ended, and when
+  /// `awaitedNewcomers` blocks that were added during the wait have run as well.
   virtual void waitUntilAllBlocksAreFinished() = 0;
+
+  /// Enough for what blocks add on their way, handlers of the host within handlers included; few
+  /// enough that a block which always adds the next one does not hold up a host for long.
+  static constexpr std::uint64_t awaitedNewcomers = 100;
 
   /// True on the thread that runs a block of this queue, inside that block.
   [[nodiscard]] virtual bool isCurrent() const = 0;

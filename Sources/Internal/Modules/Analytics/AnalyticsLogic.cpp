@@ -47,6 +47,10 @@ void AnalyticsLogic::prepareCallBacks() {
       services_.timerService.resetRequestTimer();
     }
   };
+  preparePeopleCardCallback();
+}
+
+void AnalyticsLogic::preparePeopleCardCallback() {
   // Behind the call that has cleared the card.
   services_.peopleService.onClearedCard =
       run_.callback([this] { userEvents_.sendBufferedEvents(); });

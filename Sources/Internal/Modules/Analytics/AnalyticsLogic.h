@@ -75,6 +75,7 @@ class AnalyticsLogic final : public LifeCycleProtocol, public LogicBroadcasterPr
 
  private:
   void prepareTimerCallBacks();
+  void preparePeopleCardCallback();
   void receiveConfig(const Config& config);
   void applyTracking(PLRTrackingStatus trackingAvailability);
   void enableTracking();

@@ -1,9 +1,11 @@
 #include "QueueWorker.h"
 
+#include <algorithm>
 #include <new>
 #include <thread>
 #include <utility>
 
+#include "Executor.h"
 #include "ExitGate.h"
 #include "ForkedChild.h"
 #include "LibraryThread.h"
@@ -74,11 +76,11 @@ void QueueWorker::close() noexcept {
 void QueueWorker::waitUntilAllBlocksAreFinished() {
   if (currentWorker == this || ForkedChild::isHere()) return;
   MutexLock lock(mutex_);
-  const std::uint64_t last = added_;
+  const std::uint64_t last = added_ + SerialQueue::awaitedNewcomers;
   waiters_.fetch_add(1, std::memory_order_seq_cst);
   const auto isOver = [&] {
     mutex_.assertHeld();
-    if (finished() >= last || ExitGate::isClosed()) return true;
+    if (finished() >= std::min(added_, last) || ExitGate::isClosed()) return true;
     if (isHeld_.load(std::memory_order_seq_cst)) return !isRunning();
     if (!hasThread_) ensureRunning(lock);
     return !hasThread_;
