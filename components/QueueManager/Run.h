@@ -59,6 +59,17 @@ class Run : public std::enable_shared_from_this<Run> {
     queue.addOperation(block(std::move(work)));
   }
 
+  /// Adds work to a queue that is done also after the end of the run, without keeping the run until
+  /// then. `work(lasts)` is told which of the two it is, and touches nothing of a run that has
+  /// ended. For a handler of the host that must be called in any case.
+  template <class Work>
+  void addTold(QueueManager& queue, Work work) {
+    queue.addOperation([weak = weak_from_this(), work = std::move(work)]() mutable {
+      const auto run = weak.lock();
+      work(run && !run->hasEnded());
+    });
+  }
+
   /// A closure for a timer, or for whoever answers later: each call of it, on any thread, adds
   /// `work(arguments...)` to the incomeQueue.
   template <class Work>

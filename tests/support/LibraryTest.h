@@ -89,9 +89,10 @@ class LibraryTest : public DeterministicTest {
   /// What the backend answers. To reports: the scripted statuses in turn, then `usualStatus`. No
   /// status is a connection that fails.
   HttpResponse answer(const HttpRequest& request) {
-    for (auto* script : {&configuration, &identification}) {
+    for (auto* script : {&configuration, &identification, &receipts, &categories}) {
       if (request.url.find(script->path) == std::string::npos) continue;
       script->requests.push_back(request);
+      if (script->onRequest) script->onRequest();
       if (script->answers.empty()) return {.status = 404, .body = {}, .error = {}};
       const HttpResponse next = script->answers.front();
       if (script->answers.size() > 1) script->answers.erase(script->answers.begin());
@@ -183,8 +184,9 @@ class LibraryTest : public DeterministicTest {
   /// ever.
   struct Script {
     std::string path;
-    std::vector<HttpResponse> answers;
-    std::vector<HttpRequest> requests;
+    std::vector<HttpResponse> answers = {};
+    std::vector<HttpRequest> requests = {};
+    std::function<void()> onRequest = {};  ///< Called while the exchange is under way.
 
     void answer(int status, std::string body) {
       answers.push_back({.status = status, .body = std::move(body), .error = {}});
@@ -193,8 +195,10 @@ class LibraryTest : public DeterministicTest {
 
   DatabaseFile file;
   LogCapture log;
-  Script configuration{.path = "/analytics/config", .answers = {}, .requests = {}};
-  Script identification{.path = "/analytics/identification", .answers = {}, .requests = {}};
+  Script configuration{.path = "/analytics/config"};
+  Script identification{.path = "/analytics/identification"};
+  Script receipts{.path = "/verify/payment"};
+  Script categories{.path = "/messaging/config"};
   std::vector<std::optional<int>> statuses;
   std::optional<int> usualStatus = 200;
   std::vector<HttpRequest> delivered;

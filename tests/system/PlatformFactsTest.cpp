@@ -61,11 +61,17 @@ TEST(RealFiles, ReadsFilesUpToALimitAndSaysWhatIsNoFolder) {
   EXPECT_EQ(files.createFolders(folder.file("plain/below")), "Not a directory");
   EXPECT_EQ(files.createFolders(folder.file(std::string("z\0ero", 5))), "Invalid argument");
 
-  EXPECT_EQ(files.read(folder.file("plain"), content.size()), content);
-  EXPECT_EQ(files.read(folder.file("plain"), content.size() - 1), std::nullopt);
+  EXPECT_EQ(files.read(folder.file("plain"), content.size()).content, content);
   ASSERT_EQ(::mkfifo(folder.file("pipe").c_str(), 0600), 0);
-  for (const char* unreadable : {"missing", ".", "pipe"}) {
-    EXPECT_EQ(files.read(folder.file(unreadable), 1), std::nullopt) << unreadable;
+  const std::pair<const char*, const char*> unreadable[] = {
+      {"missing", "No such file or directory"},
+      {".", "Is a directory"},
+      {"pipe", "Not a regular file"},
+      {"plain", "File too large"}};
+  for (const auto& [name, failure] : unreadable) {
+    const auto reading = files.read(folder.file(name), 1);
+    EXPECT_EQ(reading.content, std::nullopt);
+    EXPECT_EQ(reading.failure, failure);
   }
 }
 

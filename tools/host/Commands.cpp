@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <pelorino/PLRAnalytics.h>
+#include <pelorino/PLRAntiCheat.h>
 #include <pelorino/PLREngineWrapper.h>
 #include <pelorino/PLREventsRouter.h>
 #include <pelorino/PLRHost.h>
@@ -110,6 +111,39 @@ void replace(const Arguments& arguments) {
   PLRAnalytics::replace(arguments.text("fromUserId"), arguments.text("toUserId"));
 }
 
+void verifyPayment(std::string_view op, const Arguments& arguments) {
+  const PLRAntiCheat::Handler handler = [op](const PLRVerifyResponse& response) {
+    json::object result{{"receiptStatus", static_cast<int>(response.receiptStatus())}};
+    if (const auto& words = response.verificationResult()) result["verificationResult"] = *words;
+    writeResult(op, result);
+  };
+  const auto receipt = arguments.maybeText("receiptString");
+  receipt ? PLRAntiCheat::verifyPayment(*receipt, handler) : PLRAntiCheat::verifyPayment(handler);
+}
+
+void getMessagingCategories(std::string_view op, const Arguments&) {
+  PLREventsRouter::getMessagingCategories([op](const auto& categories) {
+    json::array all;
+    for (const PLRMessagingCategory& category : categories) {
+      all.push_back(json::parse(category.json));
+    }
+    writeResult(op, all);
+  });
+}
+
+void sendPushToken(const Arguments& arguments) {
+  PLREventsRouter::sendPushToken(arguments.text("with"), arguments.boolean("andFlag"));
+}
+
+void sendPushOpened(const Arguments& arguments) {
+  PLREventsRouter::sendPushOpened(arguments.integer("with"), arguments.integer("withID"),
+                                  arguments.maybeText("withButton"));
+}
+
+void sendLogMessage(const Arguments& arguments) {
+  PLREventsRouter::sendLogMessage(arguments.integer("with"), arguments.text("withMessage"));
+}
+
 /// The commands of starting and identity, and of the classes beside PLRAnalytics that are no more
 /// than a few operations.
 CommandTable basicCommands() {
@@ -143,6 +177,17 @@ CommandTable basicCommands() {
       {"engine.enableEditorMode", plain(PLREngineWrapper::enableEditorMode)},
       {"engine.unitySdkFolderPath", answering(PLREngineWrapper::unitySdkFolderPath)},
       {"engine.testString", withText("value", PLREngineWrapper::testString)},
+      {"antiCheat.verifyPayment",
+       command({"{}", R"({"receiptString":"cmVjZWlwdA=="})"}, verifyPayment)},
+      {"eventsRouter.getMessagingCategories", command({"{}"}, getMessagingCategories)},
+      {"eventsRouter.sendPushToken",
+       command({R"({"with":"token","andFlag":true})"}, sendPushToken)},
+      {"eventsRouter.sendPushOpened",
+       command({R"({"with":1700000000000,"withID":7})",
+                R"({"with":1700000000000,"withID":7,"withButton":"play"})"},
+               sendPushOpened)},
+      {"eventsRouter.sendLogMessage",
+       command({R"({"with":3,"withMessage":"hello"})"}, sendLogMessage)},
       {"eventsRouter.isAnalyticsInited", answering<bool>(PLREventsRouter::isAnalyticsInited)},
       {"host.setApplicationState", command({R"({"state":"background"})"}, setApplicationState)},
       {"host.didBecomeActive", plain(PLRHost::didBecomeActive)},

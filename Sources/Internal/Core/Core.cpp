@@ -35,6 +35,8 @@ void Core::destroy() {
 Core::Core()
     : analyticsProxy_(std::make_shared<AnalyticsProxy>()),
       peopleLogic_(std::make_shared<PeopleLogic>()),
+      antiCheatLogic_(std::make_shared<AntiCheatLogic>()),
+      messagingProxy_(std::make_shared<MessagingLogicProxy>()),
       analyticsObserver_(std::make_shared<AnalyticsObserver>()) {
   closeHostCodeAtExit();
 }

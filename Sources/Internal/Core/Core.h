@@ -7,8 +7,10 @@
 
 #include "AnalyticsObserver.h"
 #include "AnalyticsProxy.h"
+#include "AntiCheatLogic.h"
 #include "Guarded.h"
 #include "LibraryRun.h"
+#include "MessagingLogicProxy.h"
 #include "NotificationCenter.h"
 #include "PLRAnalyticsConfigurationLocal.h"
 #include "PeopleLogic.h"
@@ -39,6 +41,8 @@ class Core final : public std::enable_shared_from_this<Core> {
 
   [[nodiscard]] AnalyticsProxy& analyticsProxy() const { return *analyticsProxy_; }
   [[nodiscard]] PeopleLogic& peopleLogic() const { return *peopleLogic_; }
+  [[nodiscard]] AntiCheatLogic& antiCheatLogic() const { return *antiCheatLogic_; }
+  [[nodiscard]] MessagingLogicProxy& messagingProxy() const { return *messagingProxy_; }
   [[nodiscard]] AnalyticsObserver& analyticsObserver() const { return *analyticsObserver_; }
 
   [[nodiscard]] bool isInitialized() const { return isInitialized_; }
@@ -65,6 +69,8 @@ class Core final : public std::enable_shared_from_this<Core> {
 
   const std::shared_ptr<AnalyticsProxy> analyticsProxy_;
   const std::shared_ptr<PeopleLogic> peopleLogic_;
+  const std::shared_ptr<AntiCheatLogic> antiCheatLogic_;
+  const std::shared_ptr<MessagingLogicProxy> messagingProxy_;
   const std::shared_ptr<AnalyticsObserver> analyticsObserver_;
   std::shared_ptr<LibraryRun> run_;  ///< From the start to the teardown. The incomeQueue only.
   std::atomic<bool> isInitialized_ = false;

@@ -65,6 +65,8 @@ void Core::connectFronts() {
   analyticsProxy_->initialize(&logic);
   analyticsObserver_->addLogicBroadcaster(&logic);
   peopleLogic_->setPeopleService(&run_->peopleService());
+  antiCheatLogic_->setAntiCheatService(&run_->antiCheatService());
+  messagingProxy_->setMessagingLogic(&run_->messagingLogic());
 }
 
 /// The fronts refuse what still comes: a thread of the host may hold this core amid a call, and two
@@ -75,6 +77,8 @@ void Core::stop() {
   analyticsProxy_->initialize(nullptr);
   analyticsObserver_->addLogicBroadcaster(nullptr);
   peopleLogic_->setPeopleService(nullptr);
+  antiCheatLogic_->setAntiCheatService(nullptr);
+  messagingProxy_->setMessagingLogic(nullptr);
   run_.reset();
 }
 

@@ -18,7 +18,9 @@ LibraryRun::LibraryRun(std::unique_ptr<CoreFactory> coreFactory, const std::stri
                     std::move(isEditorMode)),
       serviceFactory_(*this, *coreFactory_, stateManager_, System::current().clock(),
                       System::current().executor(), System::current().random()),
-      analyticsLogic_(*this, stateManager_, serviceFactory_, System::current().clock()) {}
+      analyticsLogic_(*this, stateManager_, serviceFactory_, System::current().clock()),
+      messagingLogic_(*this, analyticsLogic_, serviceFactory_.eventsService,
+                      serviceFactory_.messagingService, System::current().clock()) {}
 
 void LibraryRun::start(const std::optional<PLRAnalyticsConfigurationLocal>& configuration) {
   coreFactory_->lifeCycle().setLifeCycleListener(weak(analyticsLogic_));

@@ -8,6 +8,7 @@
 #include "CoreFactory.h"
 #include "CoreManager.h"
 #include "DeviceManager.h"
+#include "MessagingLogic.h"
 #include "PLRAnalyticsConfigurationLocal.h"
 #include "Run.h"
 #include "ServiceFactory.h"
@@ -31,7 +32,9 @@ class LibraryRun final : public Run {
   void stop();
 
   [[nodiscard]] AnalyticsLogic& analyticsLogic() { return analyticsLogic_; }
+  [[nodiscard]] MessagingLogic& messagingLogic() { return messagingLogic_; }
   [[nodiscard]] PeopleService& peopleService() { return serviceFactory_.peopleService; }
+  [[nodiscard]] AntiCheatService& antiCheatService() { return serviceFactory_.antiCheatService; }
 
  private:
   const std::unique_ptr<CoreFactory> coreFactory_;
@@ -40,6 +43,7 @@ class LibraryRun final : public Run {
   StateManager stateManager_;
   ServiceFactory serviceFactory_;
   AnalyticsLogic analyticsLogic_;
+  MessagingLogic messagingLogic_;
 };
 
 }  // namespace pelorino

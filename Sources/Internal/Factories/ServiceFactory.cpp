@@ -19,6 +19,9 @@ ServiceFactory::ServiceFactory(Run& run, CoreFactory& core, StateManager& state,
       levelResourceService(state, core.get<LevelResourcesRepository>()),
       peopleService(state, core.get<PeopleRepository>()),
       subscriptionService(run, state, core.get<SubscriptionRepository>(), &Host::store,
-                          Host::facts(), executor) {}
+                          Host::facts(), executor),
+      antiCheatService(run, state, core.backend()),
+      messagingService(run, state, core.backend(), core.get<ProjectRepository>(),
+                       core.get<MessagingCategoryRepository>()) {}
 
 }  // namespace pelorino

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ActivityService.h"
+#include "AntiCheatService.h"
 #include "Clock.h"
 #include "ConfigService.h"
 #include "CoreFactory.h"
@@ -8,6 +9,7 @@
 #include "EventsService.h"
 #include "Executor.h"
 #include "LevelResourceService.h"
+#include "MessagingService.h"
 #include "PeopleService.h"
 #include "ProjectService.h"
 #include "Random.h"
@@ -39,6 +41,8 @@ class ServiceFactory final {
   LevelResourceService levelResourceService;
   PeopleService peopleService;
   SubscriptionService subscriptionService;
+  AntiCheatService antiCheatService;
+  MessagingService messagingService;
 };
 
 }  // namespace pelorino

@@ -51,7 +51,7 @@ std::int64_t ApplicationCollector::sandboxState() const {
   if (isSimulator_) return developmentBuild;
   const auto folder = bundle_.bundleFolder();
   if (!folder) return noProfile;
-  auto profile = files_.read(*folder + "/embedded.mobileprovision", maximalProfile);
+  auto profile = files_.read(*folder + "/embedded.mobileprovision", maximalProfile).content;
   if (!profile || !isAscii(*profile)) return noProfile;
   removeWhitespace(*profile);
   const bool granted = profile->find("<key>get-task-allow</key><true/>") != std::string::npos;

@@ -31,9 +31,15 @@ class Files {
   /// it opens the file.
   virtual void createPrivateFile(const std::string& path) = 0;
 
-  /// The whole file; absent when it cannot be read or is over `limit` bytes.
-  [[nodiscard]] virtual std::optional<std::string> read(const std::string& path,
-                                                        std::size_t limit) = 0;
+  /// What came of an attempt to read. Without content, `failure` says why.
+  struct Reading {
+    std::optional<std::string> content;
+    std::string failure;
+  };
+
+  /// Reads a whole regular file of at most `limit` bytes. Never waits for a writer, as a pipe
+  /// would.
+  [[nodiscard]] virtual Reading read(const std::string& path, std::size_t limit) = 0;
 
   /// What came of an attempt to lock. Without a lock, `failure` says why.
   struct LockAttempt {

@@ -25,14 +25,20 @@ class ModuleFront : public std::enable_shared_from_this<ModuleFront<Logic>> {
  protected:
   ~ModuleFront() = default;
 
-  /// Runs `work(logic)` as a block, with null while no run lasts. Nothing runs once the front has
-  /// gone.
+  /// Runs `work(logic)` as a block, with null while no run lasts. Once the front has gone,
+  /// `whenGone()` runs in its place.
+  template <class Work, class WhenGone>
+  void enqueue(Work work, WhenGone whenGone) {
+    QueueManager::incomeQueue().addOperation([weak = this->weak_from_this(), work = std::move(work),
+                                              whenGone = std::move(whenGone)]() mutable {
+      const auto self = weak.lock();
+      self ? work(self->logic_) : whenGone();
+    });
+  }
+
   template <class Work>
   void enqueue(Work work) {
-    QueueManager::incomeQueue().addOperation(
-        [weak = this->weak_from_this(), work = std::move(work)]() mutable {
-          if (const auto self = weak.lock()) work(self->logic_);
-        });
+    enqueue(std::move(work), [] {});
   }
 
   /// The same, behind the line that refuses the call where there is no logic.

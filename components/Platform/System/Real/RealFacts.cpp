@@ -31,7 +31,7 @@ std::optional<std::string> linkTarget(const char* path) {
 
 std::optional<std::string> firstLine(const char* path) {
   constexpr std::size_t limit = 4096;
-  auto content = RealFiles{}.read(path, limit);
+  auto content = RealFiles{}.read(path, limit).content;
   if (!content) return std::nullopt;
   content->erase(std::min(content->find('\n'), content->size()));
   return content;

@@ -4,15 +4,17 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
+#include <utility>
 
 #include "PrivateFiles.h"
 
 namespace pelorino {
 namespace {
 
-bool isRegular(const FileDescriptor& file) {
-  struct stat found {};
-  return ::fstat(file.get(), &found) == 0 && S_ISREG(found.st_mode);
+Files::Reading failed(int error) {
+  return {{}, std::system_category().message(error)};
 }
 
 }  // namespace
@@ -33,13 +35,17 @@ void RealFiles::createPrivateFile(const std::string& path) {
   static_cast<void>(::chmod(path.c_str(), S_IRUSR | S_IWUSR));
 }
 
-std::optional<std::string> RealFiles::read(const std::string& path, std::size_t limit) {
+Files::Reading RealFiles::read(const std::string& path, std::size_t limit) {
   // A pipe without a writer would hold up the caller.
   const FileDescriptor file = openPrivate(path, O_RDONLY | O_NONBLOCK);
-  if (!file.isOpen() || !isRegular(file)) return std::nullopt;
+  struct stat found {};
+  if (!file.isOpen() || ::fstat(file.get(), &found) != 0) return failed(errno);
+  if (S_ISDIR(found.st_mode)) return failed(EISDIR);
+  if (!S_ISREG(found.st_mode)) return {{}, "Not a regular file"};
   auto content = readUpTo(file, std::max(limit, limit + 1));
-  if (content && content->size() > limit) return std::nullopt;
-  return content;
+  if (!content) return failed(errno);
+  if (content->size() > limit) return failed(EFBIG);
+  return {std::move(content), {}};
 }
 
 }  // namespace pelorino

@@ -10,8 +10,7 @@ class RealFiles final : public Files {
   [[nodiscard]] bool exists(const std::string& path) override;
   [[nodiscard]] std::optional<std::string> createFolders(const std::string& path) override;
   void createPrivateFile(const std::string& path) override;
-  [[nodiscard]] std::optional<std::string> read(const std::string& path,
-                                                std::size_t limit) override;
+  [[nodiscard]] Reading read(const std::string& path, std::size_t limit) override;
   [[nodiscard]] LockAttempt lock(const std::string& path) override { return locks_.lock(path); }
 
  private:

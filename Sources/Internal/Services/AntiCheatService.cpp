@@ -1,0 +1,25 @@
+#include "AntiCheatService.h"
+
+#include <utility>
+
+#include "BackendRepository.h"
+#include "QueueManager.h"
+
+namespace pelorino {
+
+void AntiCheatService::receiveReceiptStatus(Receipt receipt, Handler completionHandler) {
+  // Who asks is read here, on the queue that state belongs to.
+  run_.addTold(
+      QueueManager::anticheatQueue(),
+      [&backend = backend_, receipt = std::move(receipt), handler = std::move(completionHandler),
+       key = stateManager_.getActiveProject()->applicationKey,
+       identifiers = stateManager_.getIdentifiers(*stateManager_.getActiveUser())](bool lasts) {
+        callHost(handler,
+                 lasts
+                     ? backend.ask(BackendRepository::sendVerifyReceipt, key, identifiers, receipt)
+                           .answer
+                     : VerifyResponseMaker::make(PLRReceiptStatus::internalError));
+      });
+}
+
+}  // namespace pelorino

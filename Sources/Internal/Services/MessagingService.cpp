@@ -1,0 +1,109 @@
+#include "MessagingService.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "BackendRepository.h"
+#include "Logger.h"
+#include "QueueManager.h"
+#include "SdkConstraints.h"
+
+namespace pelorino {
+namespace {
+
+using Categories = std::vector<MessagingCategory>;
+
+auto find(const Categories& categories, const std::string& id) {
+  return std::ranges::find(categories, id, &MessagingCategory::id);
+}
+
+}  // namespace
+
+CategoriesUpdate updated(const Categories& current, const MessagingConfig& config) {
+  CategoriesUpdate update{.merged = current, .added = {}, .removed = {}};
+  for (const MessagingCategory& category : config.categories) {
+    if (find(update.merged, category.id) != update.merged.end()) continue;
+    update.merged.push_back(category);
+    update.added.push_back(category);
+  }
+  if (!config.removed) return update;
+  for (const std::string& id : *config.removed) {
+    const auto found = find(update.merged, id);
+    if (found != update.merged.end()) update.removed.push_back(*found);
+  }
+  std::erase_if(update.merged, [&](const MessagingCategory& category) {
+    return std::ranges::count(*config.removed, category.id) > 0;
+  });
+  return update;
+}
+
+void MessagingService::getPushCategories(Callback callback) {
+  const Project& project = *stateManager_.getActiveProject();
+  auto identifiers = stateManager_.getIdentifiers(*stateManager_.getActiveUser());
+  auto appVersion = stateManager_.getAppData().applicationVersion;
+  Categories current = categories();
+  const auto device = stateManager_.getDeviceData();
+  if (!device) {
+    Logger::writeLog(PLRLogLevel::error, "Cannot obtain device information!");
+    return callHost(callback, current);
+  }
+  MessagingRequestObject request{.sdkVersion = SdkConstraints::sdkVersion(),
+                                 .sdkCodeVersion = SdkConstraints::sdkCodeVersion,
+                                 .appVersion = std::move(appVersion),
+                                 .categoriesVersion = project.categoriesVersion.value_or(0),
+                                 .language = device->language};
+  run_.addTold(QueueManager::networkMessagingQueue(), [this, callback = std::move(callback),
+                                                       current = std::move(current),
+                                                       request = std::move(request),
+                                                       identifiers = std::move(identifiers),
+                                                       key = project.applicationKey](bool lasts) {
+    if (!lasts) return callHost(callback, current);
+    Logger::writeLog(PLRLogLevel::debug,
+                     "[Messaging Module] Trying to get push categories from the server");
+    const auto config =
+        backend_.ask(BackendRepository::requestMessagingConfig, key, identifiers, request).answer;
+    callHost(callback, config ? updateSavedConfig(*config, current) : current);
+  });
+}
+
+MessagingService::Categories MessagingService::categories() const {
+  Categories all;
+  for (const auto& category : messagingCategoryRepository_.list()) all.push_back(*category);
+  return all;
+}
+
+MessagingService::Categories MessagingService::updateSavedConfig(
+    const MessagingConfig& config, const Categories& currentCategories) {
+  run_.add(QueueManager::incomeQueue(), [this, config] { store(config); });
+  CategoriesUpdate update = updated(currentCategories, config);
+  Logger::writeLog(PLRLogLevel::debug, [&] {
+    return fmt::format(
+        "[Messaging Module] Update push categories:\n\tsaved new categories: [{}]\n\tremoved "
+        "categories [{}]\n\tcurrent categories version: [{}]",
+        update.added.size(), update.removed.size(), config.version);
+  });
+  return std::move(update.merged);
+}
+
+/// Against the rows as they are now: another answer may have come since the request.
+void MessagingService::store(const MessagingConfig& config) {
+  const CategoriesUpdate update = updated(categories(), config);
+  for (const MessagingCategory& category : update.added) {
+    static_cast<void>(
+        messagingCategoryRepository_.insert(std::make_shared<MessagingCategory>(category)));
+  }
+  // A category that comes and goes in one answer has no row id here, and its row stays.
+  std::vector<std::shared_ptr<MessagingCategory>> removed;
+  for (const MessagingCategory& category : update.removed) {
+    removed.push_back(std::make_shared<MessagingCategory>(category));
+  }
+  messagingCategoryRepository_.deleteItems(removed);
+  Project& project = *stateManager_.getActiveProject();
+  project.categoriesVersion = config.version;
+  projectRepository_.update(project);
+}
+
+}  // namespace pelorino
