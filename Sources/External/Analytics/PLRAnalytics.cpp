@@ -1,4 +1,4 @@
-// The start, identity, and support.
+// The operations on start, identity and support. Tracking is in PLRAnalyticsTracking.cpp.
 
 #include <pelorino/PLRAnalytics.h>
 

@@ -28,7 +28,7 @@ requires std::is_arithmetic_v<Plain> PeopleValueType cardValue(Plain value) {
   return value;
 }
 
-/// Runs an operation of the front, under the name that it has in messages.
+/// Hands an operation to the front. `method` is its name in log lines.
 template <class Work>
 void submit(const char* method, Work work) noexcept {
   enter(method, [&] { work(Core::shared()->peopleLogic(), method); });
@@ -57,7 +57,7 @@ void unsetAll(const Keys& keys) noexcept {
   });
 }
 
-/// `answer` turns what is under the key, or nothing, into the answer of the host's handler.
+/// `answer` turns the card's value, which may be absent, into what the host's handler gets.
 template <class HostHandler, class Answer>
 void ask(const char* method, std::string_view key, HostHandler& handler, Answer answer) noexcept {
   submit(method, [&](PeopleLogic& logic, const char* name) {

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <optional>
 
-/// How a user came by an amount of currency.
+/// How a user got an amount of currency. An unknown number counts as `earned`.
 enum class PLRAccrualType : int {
   earned = 0,
   bought = 1,

@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <optional>
 
-/// What became of the verification of a receipt.
+/// The result of the verification of a receipt.
 enum class PLRReceiptStatus : int {
   valid = 0,
   notValid = 1,
-  serverError = 2,  ///< The backend refused to answer or could not be reached.
+  serverError = 2,  ///< The backend gave no answer.
   sandbox = 3,      ///< A receipt of the store's test environment.
   internalError = 4,
 };

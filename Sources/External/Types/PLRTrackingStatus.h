@@ -6,7 +6,7 @@
 
 /// Whether the library may collect and send anything.
 enum class PLRTrackingStatus : int {
-  unknown = 0,  ///< Leaves the stored state alone.
+  unknown = 0,  ///< Keeps the stored setting.
   enable = 1,
   disable = 2,
 };
