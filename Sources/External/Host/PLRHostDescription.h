@@ -66,8 +66,8 @@ struct PLRHostDescription {
   /// products are not reported.
   std::optional<std::string> systemVersion;
 
-  /// Returns true when the device has been tampered with. Called once, on the library's main
-  /// thread. The start waits for the answer, for 20 seconds at most. It must not call the library.
-  /// An exception is logged and counts as false.
+  /// Returns true when the device has been tampered with. Called once for each start, on the
+  /// library's main thread. The start waits for the answer, for 20 seconds at most. It must not
+  /// call the library. An exception is logged and counts as false.
   std::function<bool()> integrityProbe;
 };

@@ -2,11 +2,12 @@
 
 #include <pelorino/PLRExport.h>
 
-/// What a messaging library beside this one needs of it. Any thread; nothing throws.
+/// For a messaging library that runs beside this one. Any thread; nothing throws.
 class PLR_EXPORT PLREventsRouter {
  public:
   PLREventsRouter() = delete;
 
-  /// True from the moment an `initialize` was accepted.
+  /// True from an accepted `initialize` until PLREngineWrapper::destroySDK() has taken effect. The
+  /// start itself may not have run yet.
   [[nodiscard]] static bool isAnalyticsInited() noexcept;
 };

@@ -76,6 +76,7 @@ void StateManager::activateUser(const std::shared_ptr<User>& user) {
 }
 
 void StateManager::replaceUserId(const std::shared_ptr<User>& user, const std::string& userId) {
+  // The backend gave the identifiers to the old name.
   if (user->idKey == activeUser_->idKey) {
     activeUser_ = user;
     updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);

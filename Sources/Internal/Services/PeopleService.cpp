@@ -54,7 +54,7 @@ bool isNumber(const PeopleValueType& value) {
   return value.get<std::int64_t>() != nullptr || value.get<double>() != nullptr;
 }
 
-/// Absent for values that cannot be added.
+/// Absent if one of the values is not a number.
 std::optional<PeopleValueType> sumOf(const std::string& key, const PeopleValueType& saved,
                                      const PeopleValueType& increment) {
   const auto* left = saved.get<std::int64_t>();
@@ -83,7 +83,7 @@ PeopleService::Card PeopleService::activeCard() {
   return card;
 }
 
-/// A card that the disk refuses, or whose user it has refused, waits for the next occasion.
+/// If the disk refuses the card or its user, the card stays in memory. The next access tries again.
 void PeopleService::insert(const Card& card) {
   if (!stateManager_.ensureActiveUserIsStored()) return;
   card->userId = userOfNewCard_->idKey;
@@ -200,7 +200,7 @@ void PeopleService::clearUser() {
   const std::string cheater(rawValue(PeopleReservedKeys::cheater));
   auto mark = card->properties.extract(cheater);
   card->properties.clear();
-  card->cleared = true;
+  card->cleared = true;  // The changed keys stay listed: a key without a value is not sent.
   if (mark) card->properties.insert(std::move(mark));
   storeUpdated(card);
   if (onClearedCard) onClearedCard();

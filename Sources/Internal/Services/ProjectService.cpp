@@ -27,6 +27,7 @@ ProjectService::ProjectService(StateManager& stateManager, ProjectRepository& pr
       realPaymentRepository_(realPaymentRepository) {}
 
 void ProjectService::setTrackingAvailable(bool available) {
+  // The decision holds for the whole program, whatever the application key.
   for (const auto& project : projectRepository_.list()) {
     project->trackingAvailable = available;
     projectRepository_.update(*project);

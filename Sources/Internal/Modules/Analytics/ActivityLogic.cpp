@@ -48,7 +48,7 @@ void ActivityLogic::sendUserEngagement() {
 }
 
 void ActivityLogic::sendAlive() {
-  // A tick may have waited behind the switch.
+  // The tick may have waited in the queue while tracking was switched off.
   if (!projectService_.getTrackingAvailable() || Validator::isExcluded("al")) return;
   reportService_.sendFlashEvent(Event(events_.stamped(Alive{})));
 }

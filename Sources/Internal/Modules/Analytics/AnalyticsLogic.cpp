@@ -47,7 +47,7 @@ void AnalyticsLogic::prepareCallBacks() {
       services_.timerService.resetRequestTimer();
     }
   };
-  // Behind the call that has cleared the card.
+  // As a block of its own: the call that clears the card must end first.
   services_.peopleService.onClearedCard =
       run_.callback([this] { userEvents_.sendBufferedEvents(); });
   services_.peopleService.didChangeCheaterMark = [this] { userEvents_.generatePeopleEvent(false); };
@@ -126,12 +126,12 @@ void AnalyticsLogic::receiveConfig(const Config& config) {
   const bool resetHistory = subscriptions_.checkIfNeedResetHistory(config);
   services_.projectService.applyConfig(config);
   if (onCustomEventParamsCountUpdate) onCustomEventParamsCountUpdate(customEventParamsCount());
-  // With one account for the device. Where the process died or the disk failed amid the removal, a
-  // later answer makes up for it.
+  // One account for the device. Done at each answer: users that the disk refused to delete come
+  // back with the next start.
   if (!config.userCounting) userData_.removeUsers(stateManager_.getInactiveProjectUsers());
   if (resetHistory) services_.subscriptionService.resetHistoryMark();
-  // Begun anew, so that the new periods apply at once. With tracking off nothing ticks, whenever
-  // the answer comes.
+  // A restart applies the new periods at once. The answer may come when tracking is off; then the
+  // timers must not run.
   services_.timerService.stopTimers();
   if (services_.projectService.getTrackingAvailable()) services_.timerService.startTimers();
   subscriptions_.startSubscriptionsService();
@@ -177,7 +177,7 @@ void AnalyticsLogic::perform(SetTrackingAvailabilityCall call) {
 void AnalyticsLogic::enableTracking() {
   services_.projectService.setTrackingAvailable(true);
   addTrackingStatus(true);
-  if (!started_) {  // The library was held back at its start.
+  if (!started_) {  // Tracking was off at the start.
     startSDK();
     return;
   }
@@ -190,8 +190,8 @@ void AnalyticsLogic::enableTracking() {
 void AnalyticsLogic::disableTracking() {
   userData_.removeEventsAndResources();
   activity_.stopActivity();
-  services_.timerService.stopTimers();  // They may run without activity.
-  addTrackingStatus(false);             // Tracking is still on, so that this is stored and leaves.
+  services_.timerService.stopTimers();  // A configuration may have started them without activity.
+  addTrackingStatus(false);             // Now, since nothing is stored once tracking is off.
   userEvents_.sendBufferedEvents();
   services_.projectService.setTrackingAvailable(false);
   stateManager_.updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);

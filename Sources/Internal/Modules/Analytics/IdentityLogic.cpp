@@ -97,7 +97,7 @@ void IdentityLogic::perform(const ReplaceUserIdCall& call) {
   }
   const std::optional<std::string> old = stateManager_.getActiveUser()->userId;
   if (const auto inTheWay = userOf(to)) {
-    // Who is to be removed must not be active.
+    // The active user must not be removed.
     if (old == to) stateManager_.activateUser(renamed);
     userData_.removeUsers({inTheWay});
   }

@@ -3,6 +3,7 @@
 namespace pelorino {
 
 const RowList& RowCache::of(RowId owner) const {
+  // Never destroyed: the incomeQueue may still run while the process exits.
   static const auto& none = *new RowList;
   const auto found = owned_.find(owner);
   return found == owned_.end() ? none : found->second;

@@ -2,6 +2,7 @@
 
 namespace pelorino {
 
+/// Stored as a number. An unknown number reads as `earned`.
 template <>
 struct SQLiteValueContertible<LevelResourceType> {
   static std::optional<SQLiteValue> stored(LevelResourceType field) {
@@ -15,6 +16,7 @@ struct SQLiteValueContertible<LevelResourceType> {
   }
 };
 
+/// Stored as a number. An unknown number reads as `earned`.
 template <>
 struct SQLiteValueContertible<PLRAccrualType> {
   static std::optional<SQLiteValue> stored(PLRAccrualType field) {

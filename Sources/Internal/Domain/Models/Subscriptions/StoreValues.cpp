@@ -56,7 +56,7 @@ SKPaymentTransaction repaired(SKPaymentTransaction transaction) {
   repair(transaction.transactionIdentifier);
   repair(transaction.payment.productIdentifier);
   if (transaction.originalTransaction) {
-    // Nothing is asked of what stands behind the original, which may be a circle.
+    // The original's own original is not needed. The chain might even be a circle.
     SKPaymentTransaction original;
     original.transactionIdentifier = transaction.originalTransaction->transactionIdentifier;
     original.payment = transaction.originalTransaction->payment;
