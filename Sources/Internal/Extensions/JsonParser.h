@@ -7,13 +7,13 @@
 
 namespace pelorino {
 
-/// Throws PLRError when the text is not exactly one JSON value in valid UTF-8, nested no deeper
-/// than `maximumDepth`, whose numbers a double can hold; also for an exponent beyond 32 bits. Keeps
-/// nothing in memory.
+/// Checks that the text is exactly one JSON value in valid UTF-8. Throws PLRError if it is not, if
+/// it is nested deeper than `maximumDepth`, if a number is too large for a double, or if an
+/// exponent does not fit 32 bits. Builds nothing in memory.
 void checkJson(std::string_view text, std::size_t maximumDepth);
 
-/// Builds the value of such a text; also throws for more than `maximumValues` of them, which is
-/// what bounds the memory.
+/// Checks the text in the same way and builds its value. To limit the memory, it also throws if
+/// there are more than `maximumValues` values. It also throws if an object has a key twice.
 [[nodiscard]] AnyCodable parseJson(std::string_view text, std::size_t maximumDepth,
                                    std::size_t maximumValues);
 

@@ -8,7 +8,7 @@
 namespace pelorino {
 namespace {
 
-// At some 150 bytes a value at most, this is what one answer of the backend may cost in memory.
+// Limits the memory for one answer of the backend: a value takes about 150 bytes at most.
 constexpr std::size_t maximumValues = std::size_t{1} << 17U;
 
 /// Length of the quoted text that `json` begins with.
@@ -35,6 +35,7 @@ std::size_t bracketedLength(std::string_view json) {
   return end;
 }
 
+/// Length of the value that `json` begins with. Works for valid JSON only.
 std::size_t valueLength(std::string_view json) {
   if (json.front() == '"') return quotedLength(json);
   if (json.front() == '{' || json.front() == '[') return bracketedLength(json);

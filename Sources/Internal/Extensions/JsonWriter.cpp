@@ -63,7 +63,7 @@ void JsonWriter::close(char bracket) {
 
 void JsonWriter::appendQuoted(std::string_view text) {
   out_ += '"';
-  if (isAscii(text)) {
+  if (isAscii(text)) {  // The common case needs no copy.
     appendEscaped(out_, text);
   } else {
     appendEscaped(out_, repairUtf8(std::string(text)));
