@@ -16,7 +16,7 @@ struct PLRSize {
 /// The main screen.
 struct PLRScreen {
   PLRSize bounds;        ///< In points.
-  double scale = 1;      ///< Pixels a point.
+  double scale = 1;      ///< Pixels for each point.
   PLRSize nativeBounds;  ///< In pixels.
 };
 

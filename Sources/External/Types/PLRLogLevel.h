@@ -20,7 +20,7 @@ inline constexpr std::array<PLRLogLevel, 6> PLRLogLevelAllCases = {
     PLRLogLevel::warning, PLRLogLevel::info, PLRLogLevel::debug,
 };
 
-/// "UNKNOWN", "NO", "ERROR", "WARNING", "INFO" or "DEBUG".
+/// "UNKNOWN", "NO", "ERROR", "WARNING", "INFO" or "DEBUG"; "UNKNOWN" for an unknown number.
 [[nodiscard]] constexpr const char* description(PLRLogLevel level) noexcept {
   constexpr std::array<const char*, 6> texts = {"UNKNOWN", "NO",   "ERROR",
                                                 "WARNING", "INFO", "DEBUG"};
@@ -28,7 +28,7 @@ inline constexpr std::array<PLRLogLevel, 6> PLRLogLevelAllCases = {
   return raw < texts.size() ? texts[raw] : texts[0];
 }
 
-/// The level with this raw value, 0 to 5; none for any other number.
+/// The level with this raw value, 0 to 5; absent for any other number.
 [[nodiscard]] constexpr std::optional<PLRLogLevel> PLRLogLevelFromRaw(int raw) noexcept {
   if (raw < 0 || raw > static_cast<int>(PLRLogLevel::debug)) return std::nullopt;
   return static_cast<PLRLogLevel>(raw);

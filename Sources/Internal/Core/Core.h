@@ -68,7 +68,7 @@ class Core final : public std::enable_shared_from_this<Core> {
   const std::shared_ptr<AnalyticsProxy> analyticsProxy_;
   const std::shared_ptr<PeopleLogic> peopleLogic_;
   const std::shared_ptr<AnalyticsObserver> analyticsObserver_;
-  std::shared_ptr<LibraryRun> run_;  ///< From the start to the teardown. The incomeQueue only.
+  std::shared_ptr<LibraryRun> run_;  ///< Null when there is no run. The incomeQueue only.
   std::atomic<bool> isInitialized_ = false;
   std::atomic<bool> isEditorMode_ = false;
   /// Set while a start waits for the application to become active.

@@ -9,7 +9,8 @@
 #include <string_view>
 #include <vector>
 
-/// What game-engine plug-ins need beside PLRAnalytics. Any thread; nothing throws.
+/// Further operations for plug-ins of game engines. Any thread. Nothing throws, except that
+/// returning a closure or a text may fail for lack of memory.
 class PLR_EXPORT PLREngineWrapper {
  public:
   /// The closure that receives each log line whose level passes PLRAnalytics::logLevel(). Its

@@ -115,7 +115,7 @@ using MessagingCategoryRepository = CachedRepository<MessagingCategory, Messagin
 struct SubscriptionEntry final : BaseEntry {
   static const TableDescription table;
 };
-/// What is known of subscriptions, one row for each project.
+/// The subscriptions, one row for each project.
 using SubscriptionRepository = ProjectRowsRepository<SubscriptionInfo, SubscriptionEntry>;
 
 }  // namespace pelorino
