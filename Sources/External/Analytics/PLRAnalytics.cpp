@@ -41,6 +41,7 @@ void PLRAnalytics::initialize(std::string_view applicationKey,
         [&] { Core::shared()->initialize(repaired(applicationKey), cloneToLocal(configuration)); });
 }
 
+// The level is an atomic number: reading and writing it needs no guard against exceptions or forks.
 PLRLogLevel PLRAnalytics::logLevel() noexcept {
   return Logger::logLevel();
 }

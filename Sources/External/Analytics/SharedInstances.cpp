@@ -26,6 +26,7 @@ const Named& sharedInstance(std::string_view name) {
     }
     if (!made) made.reset(new Node{Named(std::string(name)), nullptr});
     made->next = known;
+    // Fails if another thread has added a name meanwhile. Then search again: it may be this one.
   } while (!newest.compare_exchange_weak(known, made.get(), std::memory_order_acq_rel,
                                          std::memory_order_acquire));
   return made.release()->value;

@@ -74,6 +74,7 @@ void PLRHost::setStore(std::shared_ptr<PLRStore> store) noexcept {
 
 void PLRHost::didBecomeActive() noexcept {
   enter("didBecomeActive", [] {
+    // The state first: a start that is about to wait for the notification reads it afterwards.
     Host::setApplicationState(ApplicationState::active);
     post(ApplicationNotification::didBecomeActive);
   });

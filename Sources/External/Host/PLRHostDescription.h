@@ -57,7 +57,7 @@ struct PLRHostDescription {
   /// machine's id and the application, the same at every launch.
   std::optional<std::string> vendorIdentifier;
   std::optional<std::string> advertisingIdentifier;
-  std::optional<int> trackingAuthorization;  ///< 0 not determined, 3 authorised.
+  std::optional<int> trackingAuthorization;  ///< 0 not determined, 3 authorised; others: refused.
 
   std::optional<PLRScreen> screen;
   std::optional<std::string> machine;  ///< Default: `uname`.

@@ -79,6 +79,7 @@ auto orElse(Kind fallback) {
 }
 
 PLRGender genderOf(const std::optional<PeopleValueType>& value) {
+  // The stored card may hold any number.
   const auto raw = orElse(std::int64_t{-1})(value);
   if (!std::in_range<int>(raw)) return PLRGender::Unknown;
   return PLRGenderFromRaw(static_cast<int>(raw)).value_or(PLRGender::Unknown);
@@ -129,6 +130,7 @@ void PLRUserCard::getPhoto(std::function<void(const std::string&)> completionHan
       orElse(std::string()));
 }
 
+// As a number, which is also what a stored card gives back: so an equal value is recognised.
 void PLRUserCard::setGender(PLRGender gender) noexcept {
   setReserved("setGender(gender:)", Key::gender, std::int64_t{static_cast<int>(gender)});
 }

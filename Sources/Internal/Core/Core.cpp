@@ -53,7 +53,7 @@ void Core::initialize(std::string applicationKey,
   refuseCallsAfterFork();
   closeHostCodeAtExit();
   const bool inBackground = Host::applicationState() == ApplicationState::background;
-  if (inBackground) QueueManager::incomeQueue().pause();
+  if (inBackground) QueueManager::incomeQueue().pause();  // Before the start is queued.
   startInitialize(std::move(applicationKey), std::move(configuration));
   if (inBackground) waitForActive();
 }

@@ -211,6 +211,7 @@ void run(std::string_view text, std::size_t maximumDepth, Builder* builder) {
   boost::json::basic_parser<Handler> parser(options, builder);
   Error error;
   const std::size_t used = parser.write_some(false, text.data(), text.size(), error);
+  // The parser stops after the first value.
   if (!error && used < text.size()) error = make_error_code(boost::json::error::extra_data);
   if (error) throw PLRError("The text is not valid JSON: " + error.message());
 }

@@ -11,6 +11,9 @@ namespace {
 // Limits the memory for one answer of the backend: a value takes about 150 bytes at most.
 constexpr std::size_t maximumValues = std::size_t{1} << 17U;
 
+// The next functions need not look for the end of the text. It has been checked: every quotation
+// mark and every bracket has its partner.
+
 /// Length of the quoted text that `json` begins with.
 std::size_t quotedLength(std::string_view json) {
   std::size_t end = 1;
@@ -63,7 +66,7 @@ std::optional<std::string_view> JsonView::Scanner::next() {
 }
 
 std::string JsonView::unquoted(std::string_view quoted) {
-  if (quoted.find('\\') != std::string_view::npos) {
+  if (quoted.find('\\') != std::string_view::npos) {  // Rare: only the parser knows the escapes.
     return *parseJson(quoted, maximumDepth, 1).text();
   }
   return std::string(quoted.substr(1, quoted.size() - 2));
@@ -81,6 +84,7 @@ JsonMembers::JsonMembers(const JsonView& object) {
 
 std::optional<JsonView> JsonMembers::find(std::string_view key) const {
   std::optional<JsonView> found;
+  // To the end, also after a match: the key may be there twice.
   for (const auto& [name, value] : members_) {
     if (name != key) continue;
     if (found) throw PLRError("The key " + std::string(key) + " stands twice");

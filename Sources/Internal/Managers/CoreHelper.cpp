@@ -83,6 +83,7 @@ std::shared_ptr<User> CoreHelper::insertUser() {
 
 void CoreHelper::changeUserState(User& user) {
   resetClouser_();
+  // The row stays the same: what is stored for the user goes on under the new name.
   user.previousUserId = user.userId;
   user.userId = userId_;
   user.isDefaultUser = setByDefault_;

@@ -135,7 +135,7 @@ void ConfigService::stopRequestProcess() {
 
 void ConfigService::applyIdentifiers(const BackendIdentifiers::Identifiers& identifiers,
                                      std::int64_t userIdKey) {
-  backendIDsRequestInProcess_ = false;
+  backendIDsRequestInProcess_ = false;  // First: a new cycle may have to begin below.
   if (!stateManager_.getActiveProject()->trackingAvailable) {
     Logger::writeLog(PLRLogLevel::info,
                      "BackendIdentifiers: The query result was not applied. Tracking is Disabled");

@@ -45,7 +45,7 @@ std::int64_t sumOf(const std::string& key, std::int64_t saved, std::int64_t incr
 double sumOf(const std::string& key, double saved, double increment) {
   constexpr double limit = std::numeric_limits<double>::max();
   const double sum = saved + increment;
-  if (sum > -limit && sum < limit) return sum;
+  if (sum > -limit && sum < limit) return sum;  // Not true for an infinite sum.
   logOverflow(key);
   return sum > 0 ? limit : -limit;
 }
@@ -74,7 +74,7 @@ PeopleService::PeopleService(StateManager& stateManager, PeopleRepository& peopl
 PeopleService::Card PeopleService::activeCard() {
   const auto& user = stateManager_.getActiveUser();
   if (Card stored = peopleRepository_.findOfUser(user->idKey)) return stored;
-  if (userOfNewCard_ != user) {
+  if (userOfNewCard_ != user) {  // Another user has become active since the last refusal.
     newCard_ = std::make_shared<PeopleCard>();
     userOfNewCard_ = user;
   }

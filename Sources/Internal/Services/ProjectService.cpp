@@ -15,6 +15,7 @@ Config mergedConfig(const Config& stored, Config received) {
   const bool sameExclude = stored.exclude && received.exclude
                                ? stored.exclude->version == received.exclude->version
                                : !stored.exclude && !received.exclude;
+  // An equal version means that the backend has left the content out.
   if (sameExclude) received.exclude = stored.exclude;
   if (received.sbsConfigVersion == stored.sbsConfigVersion) received.sbsBundles = stored.sbsBundles;
   return received;

@@ -59,6 +59,7 @@ void ReportService::sendFlashEvent(const Storable& event) {
   auto report = std::make_shared<Report>(createPackages({&object, 1}), random_.uuid());
   report->identifiers = stateManager_.getIdentifiers(*stateManager_.getActiveUser());
   report->appKey = stateManager_.getActiveProject()->applicationKey;
+  // On its own queue: it must not wait behind stored reports.
   run_.add(QueueManager::networkFlashQueue(), [this, report] {
     logSending(*report);
     const auto failure = deliver(report);
@@ -94,7 +95,7 @@ void ReportService::packEventsOf(const User& user) {
   const auto events = eventRepository_.ofUser(user.idKey);
   if (events.empty()) return;
   auto packages = createPackages(events);
-  if (packages.empty()) return;
+  if (packages.empty()) return;  // No device data: the events wait.
   auto report = std::make_shared<Report>(packages, random_.uuid());
   report->userId = user.idKey;
   // Keep the events if the report is not stored: otherwise they would be in no table.
@@ -241,7 +242,7 @@ bool ReportService::send(const std::shared_ptr<Report>& report) {
     Logger::writeLog(PLRLogLevel::debug, "The network queue is stopped");
     return false;
   }
-  DeliveredReports::add(report->uuid);
+  DeliveredReports::add(report->uuid);  // First: from here on it must not be sent again.
   logSuccess(*report);
   removeReport(report);
   return true;
@@ -279,6 +280,7 @@ void ReportService::removeReport(const std::shared_ptr<Report>& report) {
 void ReportService::endBatch(bool succeeded) {
   isSending_ = false;
   batch_.clear();
+  // After a failure there is no new batch at once: the backend may be out of reach.
   const bool again = std::exchange(resendWhenFinish_, false) && succeeded;
   if (again) sendSavedReports();
 }

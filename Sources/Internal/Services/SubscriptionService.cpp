@@ -67,7 +67,7 @@ void SubscriptionService::requestUserProducts(std::vector<std::string> productsI
 void SubscriptionService::startRequest() {
   requestRetry_.reset();
   cancelRequest();
-  const auto handler = handlerOf(++lastRequest_);
+  const auto handler = handlerOf(++lastRequest_);  // A late answer to an older request is ignored.
   if (const auto error = askStore(handler)) handler({.products = {}, .error = error});
 }
 
@@ -98,7 +98,7 @@ PLRStore::ProductsHandler SubscriptionService::handlerOf(std::int64_t request) {
   return [answer = run_.callback([this, request](const SKProductsResponse& response) {
     receive(request, response);
   })](SKProductsResponse response) {
-    try {
+    try {  // The store's thread must not get an exception of the library.
       answer(std::move(response));
     } catch (const std::exception& error) {
       Logger::writeLog(PLRLogLevel::error, [&] {
@@ -124,6 +124,7 @@ void SubscriptionService::receiveProducts(const std::vector<SKProduct>& storePro
   std::vector<SubscriptionProduct> products;
   for (const SKProduct& product : storeProducts) {
     SubscriptionProduct made = productOf(repaired(product));
+    // A store may answer with more products than the request named.
     if (std::ranges::find(productList_, made.productId) != productList_.end()) {
       products.push_back(std::move(made));
     }
@@ -133,6 +134,7 @@ void SubscriptionService::receiveProducts(const std::vector<SKProduct>& storePro
     Logger::writeLog(PLRLogLevel::debug, "Request products \u0441allback is lose");
     return;
   }
+  // Before the callback, which reads the mark.
   change([&](SubscriptionInfo& info) {
     info.productIsChanged = info.products != products;
     if (info.productIsChanged) info.products = products;

@@ -72,7 +72,7 @@ void TimerService::readPeriods(State& state) const {
 void TimerService::scheduleMissing() {
   executor_.mainQueue().add(run_.block([this] {
     state_.update([this](State& state) {
-      if (!state.isRunning) return;
+      if (!state.isRunning) return;  // stopTimers() was called meanwhile.
       for (std::size_t slot = 0; slot < kinds.size(); ++slot) {
         if (state.timers[slot]) continue;
         state.timers[slot] =

@@ -37,6 +37,7 @@ std::optional<Decimal> Decimal::parse(std::string_view text) {
 }
 
 bool Decimal::isNear(const Decimal& other) const {
+  // Never destroyed: the incomeQueue may still compare while the process exits.
   static const Number& limit = *new Number("0.0001");
   return abs(numberOf(*this) - numberOf(other)) < limit;
 }

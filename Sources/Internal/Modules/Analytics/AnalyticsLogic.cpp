@@ -70,6 +70,7 @@ void AnalyticsLogic::applyAnalyticsConfiguration(
   applyTracking(configuration->trackingAvailability);
   if (configuration->userId) stateManager_.activateUser(*configuration->userId);
   if (!configuration->level) return;
+  // The stored sums belong to the old level.
   if (*configuration->level != stateManager_.getActiveUser()->level) {
     accruals_.addSavedCurrencyAccrualResources();
     services_.levelResourceService.removeResourcesForActiveUser();
@@ -96,6 +97,7 @@ void AnalyticsLogic::tryStartSDK() {
     startSDK();
     return;
   }
+  // Sent without being stored: nothing is stored while tracking is off.
   services_.reportService.sendFlashEvent(
       Event(TrackingStatus{.timestamp = userEvents_.now(), .trackingAllowed = false}));
   Logger::writeLog(PLRLogLevel::info, "SDK not active!\n\t Tracking status is Disable!");
@@ -107,6 +109,7 @@ void AnalyticsLogic::startSDK() {
     Logger::writeLog(PLRLogLevel::error, "Activity cannot be launched before the SDK starts!");
     return;
   }
+  // Before a new session begins: the sums belong to the old one.
   accruals_.addSavedCurrencyAccrualResources();
   activity_.startActivity();
   activity_.sendDeviceInfo();
@@ -148,6 +151,7 @@ void AnalyticsLogic::goActive() {
 
 void AnalyticsLogic::stopSession() {
   run_.add(QueueManager::incomeQueue(), [this] { activity_.stopActivity(); });
+  // The system may suspend or end the process as soon as the host's notification returns.
   QueueManager::incomeQueue().waitUntilAllOperationsAreFinished();
 }
 
@@ -188,7 +192,7 @@ void AnalyticsLogic::enableTracking() {
 }
 
 void AnalyticsLogic::disableTracking() {
-  userData_.removeEventsAndResources();
+  userData_.removeEventsAndResources();  // First: only the last events below may still be sent.
   activity_.stopActivity();
   services_.timerService.stopTimers();  // A configuration may have started them without activity.
   addTrackingStatus(false);             // Now, since nothing is stored once tracking is off.

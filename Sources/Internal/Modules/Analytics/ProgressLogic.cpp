@@ -81,7 +81,7 @@ void ProgressLogic::perform(TutorialCall call) {
     return;
   }
   events_.add(Tutorial{.step = call.step});
-  userService_.markTutorialStep(call.step);
+  userService_.markTutorialStep(call.step);  // After the event: a crash repeats it, and loses none.
   Logger::writeLog(PLRLogLevel::info,
                    [&] { return fmt::format("The tutorial step [{}] is saved", call.step); });
 }
@@ -96,7 +96,7 @@ void ProgressLogic::perform(StartProgressionEventCall call) {
 }
 
 void ProgressLogic::perform(FinishProgressionEventCall call) {
-  const auto& location = userService_.getLocation();
+  const auto& location = userService_.getLocation();  // Valid until clearLocation().
   if (!isFinishable(location, call.eventName) || !events_.hasSession()) return;
   auto& [success, duration, spent, earned] = call.parameters;
   events_.add(ProgressionEvent{

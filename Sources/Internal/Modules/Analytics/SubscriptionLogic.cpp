@@ -86,7 +86,7 @@ bool SubscriptionLogic::answer(RestoreTransactionHistoryQuery /*query*/) {
 template <class Transactions>
 void SubscriptionLogic::receiveHistory(const Transactions& transactions) {
   if (!subscriptionService_.isNeedRestoreHistory()) return;
-  subscriptionService_.markAsRestoredHistory();
+  subscriptionService_.markAsRestoredHistory();  // An empty history is an answer, too.
   if (transactions.empty()) {
     Logger::writeLog(PLRLogLevel::debug, "subscriptionHistory transactions is empty");
     return;

@@ -82,6 +82,7 @@ void PeopleLogic::unset(std::vector<std::string> properties, const char* method)
     for (std::string& key : properties) key = normalized(std::move(key));
     auto keys = PeopleValidatorRules::validateUnset(method, std::move(properties));
     if (!keys) return;
+    // Again: cleaning may have turned a key into a reserved one.
     for (std::string& key : *keys) key = normalized(std::move(key));
     std::erase_if(*keys, isExcluded);
     if (!keys->empty()) service.unset(*keys);

@@ -56,7 +56,7 @@ bool CachedTable::insert(const Row& row) {
 
 void CachedTable::update(RowId id, const void* model) {
   auto values = prepareContetsValues(model);
-  values.emplace_back(id);
+  values.emplace_back(id);  // The last argument of the statement: "id=?".
   database_.update(statements_, values);
 }
 

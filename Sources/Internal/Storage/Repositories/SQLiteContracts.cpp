@@ -52,6 +52,8 @@ Schema SQLiteContracts::schema() {
   const Step createTableSubscriptions = create(SubscriptionEntry::table);
   const Step updateTableDeviceIdentifiers = update(DeviceIdentifiersEntry::table, 1);
 
+  // map[0] makes the first tables; map[1] is what version 1 added. The lists are frozen: files of
+  // each version exist.
   return {
       .version = schemeVersion,
       .map = {{createTableProjects, createTableUsers, createTableEvents, createTableReports,

@@ -11,6 +11,7 @@ struct SQLiteValueContertible<LevelResourceType> {
   static std::optional<LevelResourceType> from(const Cursor& cursor, int at) {
     const auto raw = cursor.integer(at);
     if (!raw) return std::nullopt;
+    // The file may hold any number; description() has no text for an unknown one.
     const bool isKnown = *raw >= 0 && *raw <= static_cast<int>(LevelResourceType::spent);
     return isKnown ? static_cast<LevelResourceType>(*raw) : LevelResourceType::earned;
   }

@@ -33,7 +33,7 @@ std::string currencyCode(const SKLocale& locale) {
 std::optional<std::map<std::string, Decimal>> getDiscouts(const SKProduct& product) {
   std::map<std::string, Decimal> prices;
   for (const SKProductDiscount& discount : product.discounts) {
-    if (discount.identifier) {
+    if (discount.identifier) {  // It is the key in the report.
       prices.insert_or_assign(*discount.identifier, decimalOf(discount.price));
     }
   }
