@@ -23,8 +23,8 @@ class PLR_EXPORT PLRHost {
   /// files and the system are read later.
   static void describe(const PLRHostDescription& description) noexcept;
 
-  /// Sets the state without an event; `active` at first. The first three operations below set it,
-  /// too.
+  /// Sets the state and does nothing else; it is `active` at first. The first three operations
+  /// below set it, too.
   static void setApplicationState(PLRApplicationState state) noexcept;
 
   /// The store that the library asks for subscription products; null removes it. Set it before
@@ -36,8 +36,8 @@ class PLR_EXPORT PLRHost {
   static void didBecomeActive() noexcept;
 
   /// The application leaves the foreground. These three store everything reported so far before
-  /// they return. They do not wait for the network. They do not wait for a start either that is
-  /// held back because the application was in the background.
+  /// they return. They do not wait for the network. If the start itself is still held back in the
+  /// background, they do not wait for it, and nothing is stored yet.
   static void willResignActive() noexcept;
   static void didEnterBackground() noexcept;
   static void willTerminate() noexcept;

@@ -15,7 +15,7 @@ namespace pelorino {
 ///
 /// Threads: the incomeQueue only.
 /// Owns:    nothing: the project and the repositories are borrowed.
-/// Errors:  a user that cannot be stored is returned all the same; its `idKey` is -1.
+/// Errors:  a user that cannot be stored is returned, too; its `idKey` is -1.
 class CoreHelper final {
  public:
   /// `setByDefault`: the identifier is the device's, not one from the host. `resetClouser` makes

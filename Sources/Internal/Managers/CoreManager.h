@@ -16,7 +16,7 @@ namespace pelorino {
 /// Finds or makes the project of the application key, and the user that an identifier means.
 ///
 /// Threads: the incomeQueue only.
-/// Errors:  what cannot be stored is returned all the same; its `idKey` is -1.
+/// Errors:  what cannot be stored is returned, too; its `idKey` is -1.
 class CoreManager final {
  public:
   /// New values of pelorinoId, crossPlatformPelorinoId and pelorinoIdTimestamp.

@@ -48,6 +48,7 @@ class ReportService final {
   /// batch is being sent, a new one follows it.
   void sendBufferedEvents();
 
+  /// Deletes the stored reports of these users, or of all. A running batch skips deleted reports.
   void removeInactiveUserData(std::span<const RowId> userIds);
   void removeAllReports();
 

@@ -19,6 +19,7 @@ struct BoundedSum {
   bool isOverflowed;  ///< The true sum is outside that range.
 };
 
+/// The sum of any two numbers, limited to that range.
 [[nodiscard]] BoundedSum boundedSum(std::int64_t a, std::int64_t b);
 
 /// The fields that all sums have, for log lines.

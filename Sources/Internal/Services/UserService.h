@@ -19,6 +19,7 @@ class UserService final {
   UserService(StateManager& stateManager, UserRepository& userRepository,
               TutorialRepository& tutorialRepository);
 
+  /// Stores the active user's level.
   void setUserLevel(std::int64_t level);
   /// The same, with a log line.
   void setLevel(std::int64_t level);

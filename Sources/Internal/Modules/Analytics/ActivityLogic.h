@@ -30,7 +30,11 @@ class ActivityLogic final {
   /// Makes the last events, sends everything stored, and stops the timers.
   void stopActivity();
 
+  /// Sends a sign of life without storing it. Does nothing when tracking is off or the event is
+  /// excluded.
   void sendAlive();
+  /// Stores an event about the device. Does nothing when it is excluded or the device data is
+  /// missing.
   void sendDeviceInfo();
 
  private:
