@@ -69,8 +69,8 @@ class PLR_EXPORT PLRAnalytics {
   /// Answers whether tracking is on; false before the start.
   static void getTrackingAvailability(std::function<void(bool)> completionHandler) noexcept;
   /// Switches tracking on or off for all application keys of this program. The setting is stored.
-  /// Switching off deletes what has not been sent, reports the change to the backend, and then
-  /// stores and sends nothing more.
+  /// Switching off deletes what has not been sent and reports the change to the backend. From then
+  /// on nothing is stored, and nothing is sent but, at each start, that tracking is off.
   static void setTrackingAvailability(bool value) noexcept;
   /// Answers with the active user's identifier; empty before the start.
   static void getUserId(std::function<void(const std::string&)> completionHandler) noexcept;

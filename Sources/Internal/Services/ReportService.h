@@ -48,7 +48,8 @@ class ReportService final {
   /// batch is being sent, a new one follows it.
   void sendBufferedEvents();
 
-  /// Deletes the stored reports of these users, or of all. A running batch skips deleted reports.
+  /// Deletes the stored reports of these users, or of all. A running batch sends at most the one
+  /// that is on its way.
   void removeInactiveUserData(std::span<const RowId> userIds);
   void removeAllReports();
 
