@@ -7,12 +7,15 @@
 
 namespace pelorino {
 
-/// Hands a call to the front of analytics; `makeCall` fills it with copies of the host's values.
+// The way of the public operations into the front of analytics. Any thread of the host; nothing
+// throws.
+
+/// Hands a call to the front. `makeCall` fills it with copies of the host's values.
 void submit(const char* operation, auto makeCall) noexcept {
   enter(operation, [&] { Core::shared()->analyticsProxy().perform(makeCall()); });
 }
 
-/// Hands a completion handler to the front of analytics, for the answer to a query.
+/// Hands a query to the front. The host's handler gets the answer.
 template <class Query, class Handler>
 void ask(const char* operation, Handler handler) noexcept {
   enter(operation, [&] { Core::shared()->analyticsProxy().answer<Query>(std::move(handler)); });

@@ -8,8 +8,8 @@
 #include "Resources.h"
 #include "Text.h"
 
-// The library's own copies of a host's values, with texts repaired that are no UTF-8. Those of a
-// store are in StoreValues.h.
+// Copies of a host's values, whose texts are repaired where they are not UTF-8. They are made on
+// the caller's thread. Copies of a store's values are in StoreValues.h.
 
 namespace pelorino {
 

@@ -1,4 +1,4 @@
-// The start, identity, and support.
+// The operations on start, identity and support. Tracking is in PLRAnalyticsTracking.cpp.
 
 #include <pelorino/PLRAnalytics.h>
 
@@ -29,6 +29,7 @@ void PLRAnalytics::initialize(std::string_view applicationKey,
   });
 }
 
+// The level is an atomic number: reading and writing it needs no guard against exceptions or forks.
 PLRLogLevel PLRAnalytics::logLevel() noexcept {
   return Logger::logLevel();
 }

@@ -21,22 +21,24 @@
 #include <string_view>
 #include <vector>
 
-/// The front of the library: starting it, and reporting what happens in the application.
+/// The main interface of the library: starts it and reports what happens in the application.
 ///
-/// Every operation returns at once, from any thread: it copies its arguments and hands the work to
-/// a queue of the library. None has an error result and none throws, unless memory for a text that
-/// it returns is lacking; what was repaired, refused or failed is told in the log
-/// (PLREngineWrapper::setEngineLoggerMessageClosure). A call made before `initialize` is refused
-/// with a log line. Texts are UTF-8; what is not is repaired.
+/// Call it from any thread. An operation copies its arguments, hands the work to a queue of the
+/// library and returns at once. There are no error results: a log line tells what was repaired,
+/// refused or failed (PLREngineWrapper::setEngineLoggerMessageClosure). Nothing throws, except that
+/// returning a text may fail for lack of memory. A call before `initialize` is refused with a log
+/// line. Texts are UTF-8; bad bytes are replaced.
 ///
-/// Completion handlers run on a thread of the library and may call the library. None runs any more
-/// when exit destroys what was made before `initialize`. Capture nothing created after `initialize`
-/// that exit destroys.
+/// Completion handlers run on a thread of the library and may call the library. An empty handler is
+/// allowed. When the process exits, handlers stop before anything is destroyed that was created
+/// before `initialize`. So a handler must not capture an object that was created after `initialize`
+/// and that exit destroys.
 ///
-/// A process that is forked off after `initialize` has no library: there every call is refused, the
-/// first one with a log line (unless another thread was just writing one), completion handlers are
-/// not called, and nothing is stored or sent. The parent goes on. A process that forks before it
-/// has called anything but PLRHost::describe, and initializes then, has no such limit.
+/// A child process forked after `initialize` cannot use the library. There every call is refused,
+/// the first one with a log line (unless another thread was writing one during the fork). No
+/// completion handler is called, and nothing is stored or sent. The parent is not affected. A child
+/// can start the library itself if the parent had called nothing but PLRHost::describe before the
+/// fork.
 class PLR_EXPORT PLRAnalytics {
  public:
   PLRAnalytics() = delete;
@@ -44,142 +46,160 @@ class PLR_EXPORT PLRAnalytics {
   /// @name Start and identity
   /// @{
 
-  /// Starts the library for an application key of at most 255 characters. Once per process, until
-  /// PLREngineWrapper::destroySDK(). In the background the start waits until the application
-  /// becomes active.
+  /// Starts the library for an application key of 1 to 255 characters: a longer key is cut, an
+  /// empty one stops the start. A second call is refused until PLREngineWrapper::destroySDK(). If
+  /// the application is in the background, the start waits until it becomes active.
   static void initialize(std::string_view applicationKey) noexcept;
   static void initialize(std::string_view applicationKey,
                          const PLRAnalyticsConfiguration& configuration) noexcept;
 
-  /// The most detailed level that is logged; `error` at first.
+  /// The most detailed level that is logged; `error` at first. Takes effect at once.
   [[nodiscard]] static PLRLogLevel logLevel() noexcept;
   static void setLogLevel(PLRLogLevel level) noexcept;
 
-  /// Held and given back; no line is written to it. Log lines go to the closure of
-  /// PLREngineWrapper.
+  /// Keeps a closure and returns it, but never calls it. Log lines go to
+  /// PLREngineWrapper::engineLoggerMessageClosure().
   [[nodiscard]] static std::function<void(const std::string&)> loggerMessageClosure();
   static void setLoggerMessageClosure(std::function<void(const std::string&)> closure) noexcept;
 
-  /// The identifier of this device; empty before the start.
+  /// Answers with the identifier of this device; empty before the start.
   static void getDeviceId(std::function<void(const std::string&)> completionHandler) noexcept;
-  /// Empty before the start.
+  /// Answers with the library's version; empty before the start.
   static void getSDKVersion(std::function<void(const std::string&)> completionHandler) noexcept;
-  /// False before the start.
+  /// Answers whether tracking is on; false before the start.
   static void getTrackingAvailability(std::function<void(bool)> completionHandler) noexcept;
-  /// Switches tracking for every application key on the device, for good. Off drops what has not
-  /// been sent, tells the backend and stores nothing from then on.
+  /// Switches tracking on or off for all application keys of this program. The setting is stored.
+  /// Switching off deletes what has not been sent and reports the change to the backend. From then
+  /// on nothing is stored, and nothing is sent but, at each start, that tracking is off.
   static void setTrackingAvailability(bool value) noexcept;
-  /// The active user's identifier; empty before the start.
+  /// Answers with the active user's identifier; empty before the start.
   static void getUserId(std::function<void(const std::string&)> completionHandler) noexcept;
-  /// Who is playing, in at most 64 characters, longer ones are cut; the empty text means the
-  /// default user, who stands for the device. The device's identifier is refused.
+  /// Makes this user the active one. The identifier has at most 64 characters; a longer one is cut.
+  /// The empty text means the default user, who stands for the device. The device's own identifier
+  /// is refused.
   static void setUserId(std::string_view userId) noexcept;
-  /// Gives a known user of this application another identifier, in the middle of a session too.
-  /// Whoever had it is removed, with all that was stored for that user but the marks of tutorial
-  /// steps. Both have 1 to 64 characters, longer ones are cut; the device's identifier is refused.
+  /// Renames a known user of this application, also during a session. A user who already has the
+  /// new identifier is removed with everything stored for that user, except the marks of tutorial
+  /// steps. Both identifiers have 1 to 64 characters: longer ones are cut, an empty one cancels the
+  /// call. The device's own identifier is refused as the new one.
   static void replace(std::string_view fromUserId, std::string_view toUserId) noexcept;
-  /// The active user's level; 1 before the start.
+  /// Answers with the active user's level; 1 before the start.
   static void getCurrentLevel(std::function<void(std::int64_t)> completionHandler) noexcept;
 
-  /// A level that the user did not reach by playing, 1 to 2147483646; anything else is refused.
+  /// Sets a level that the user did not reach by playing. 1 to 2147483646; anything else is
+  /// refused.
   static void setCurrentLevel(std::int64_t currentLevel) noexcept;
 
-  /// Replaces the listener; none clears it. A listener set after the start hears at once of an
-  /// identifier that is already known.
+  /// Replaces the listener; null removes it. If the identifier is already known, a new listener is
+  /// called with it soon after this call.
   static void setIdentifiersListener(std::shared_ptr<PLRIdentifiersListener> listener) noexcept;
   /// @}
 
   /// @name Tracking
   ///
-  /// Texts are cut to the stated number of characters as a user sees them, after control characters
-  /// have been taken out. A required text that is empty then cancels the call, as a number outside
-  /// its bounds does. In a dictionary of resources keys have at most 24 characters, and a bad entry
-  /// costs only that entry.
+  /// Control characters are removed from texts. Then texts are cut to the stated number of
+  /// characters as a user sees them. A required text that is then empty cancels the call, and so
+  /// does a number outside its limits. The keys of `Resources` have at most 24 characters; a bad
+  /// entry is dropped and the others stay.
   /// @{
 
+  /// Amounts by the name of the resource or currency.
   using Resources = std::map<std::string, std::int64_t>;
 
-  /// The user has reached a level, 1 to 2147483646. If it is the next one, what the user spent,
-  /// earned and bought since the last is reported with it.
+  /// The user has reached a level, 1 to 2147483646. If it is the next level, the event also reports
+  /// what the user spent, earned and bought during the last one.
   static void levelUp(std::int64_t level) noexcept;
-  /// The same, with what the user has now.
+  /// The same, with the amounts that the user owns now. Any amount is allowed.
   static void levelUp(std::int64_t level, const Resources& balances) noexcept;
 
-  /// What the user has now; once for each user and run of the process. An empty balance cancels the
-  /// call.
+  /// The amounts that the user owns now. Any amount is allowed; an empty balance cancels the call.
+  /// It is reported once: later calls are refused until another user becomes active or the library
+  /// starts again.
   static void currentBalance(const Resources& balance) noexcept;
 
-  /// Something that the application defines itself. The name has 1 to 72 characters, longer ones
-  /// are cut; an empty one cancels the call. A bad parameter costs only that parameter.
+  /// An event that the application defines. The name has 1 to 72 characters. A bad parameter is
+  /// dropped and the others stay.
   static void customEvent(std::string_view eventName) noexcept;
   static void customEvent(std::string_view eventName,
                           const PLRCustomEventParameters& parameters) noexcept;
 
-  /// A purchase with currency of the game: identifier of at most 32 characters, type of at most 96,
-  /// amount and prices 1 to 2147483647. No price left cancels the call.
+  /// The user bought something with currency of the game. The identifier has 1 to 32 characters,
+  /// the type 1 to 96. Amount and prices are 1 to 2147483647. `resources` maps currencies to
+  /// prices; if no valid price is left, the call is cancelled.
   static void virtualCurrencyPayment(std::string_view purchaseId, std::string_view purchaseType,
                                      std::int64_t purchaseAmount,
                                      const Resources& resources) noexcept;
-  /// The same, paid with one currency.
+  /// The same for one currency.
   static void virtualCurrencyPayment(std::string_view purchaseId, std::string_view purchaseType,
                                      std::int64_t purchaseAmount, std::int64_t purchasePrice,
                                      std::string_view purchaseCurrency) noexcept;
 
-  /// Currency that the user got, 1 to 2147483647, and where from, in at most 24 and 32 characters.
-  /// Summed on the device and reported from time to time; a sum stays within 32 bits.
+  /// The user got an amount of currency, 1 to 2147483647. The currency's name has 1 to 24
+  /// characters, the source 1 to 32. Amounts are added up on the device and reported from time to
+  /// time. A sum above 2147483647 stays there, with a log line.
   static void currencyAccrual(std::string_view currencyName, std::int64_t currencyAmount,
                               std::string_view source, PLRAccrualType accrualType) noexcept;
 
-  /// A stretch of play begins, in the place of one that has not been finished. Until it is finished
-  /// events tell that it is under way. The name has at most 40 characters. Not stored.
+  /// A progression, such as a stage or a quest, begins. It replaces one that has not been finished.
+  /// Until it is finished, most events carry its name. The name has 1 to 40 characters. A running
+  /// progression is kept in memory only and is lost when the process ends.
   static void startProgressionEvent(std::string_view eventName) noexcept;
   static void startProgressionEvent(std::string_view eventName,
                                     const PLRStartProgressionEventParameters& parameters) noexcept;
-  /// The stretch of play that has been started under this name has ended with success.
+  /// The progression of this name has ended with success. If no progression, or one of another
+  /// name, is running, the call is refused.
   static void finishProgressionEvent(std::string_view eventName) noexcept;
+  /// The same; the parameters tell whether it was a success.
   static void finishProgressionEvent(
       std::string_view eventName, const PLRFinishProgressionEventParameters& parameters) noexcept;
 
-  /// A purchase in a store, sent at once. Once for each order of this application. The order has at
-  /// most 65 characters, the product 255, the currency code exactly 3; the price is finite.
+  /// The user bought something with real money; sent at once. Each order is reported once. The
+  /// order has 1 to 65 characters, the product 1 to 255, the currency code exactly 3. The price is
+  /// any finite number.
   static void realCurrencyPayment(std::string_view orderId, double price,
                                   std::string_view productId,
                                   std::string_view currencyCode) noexcept;
 
-  /// Whether the library wants what the user has bought before; subscriptionHistory() is then to
-  /// be called, once. False before the start.
+  /// Answers whether the library needs the user's past purchases. If so, call subscriptionHistory()
+  /// once. False before the start.
   static void isRestoreTransactionHistoryRequired(
       std::function<void(bool)> completionHandler) noexcept;
 
-  /// What the user has bought before, restored from the store. Purchases without an original do not
-  /// count. One call that was asked for is taken, also an empty one; it is reported once the store
-  /// has told the products.
+  /// The user's past purchases, restored from the store. Transactions without an original
+  /// transaction are ignored. The library takes one call, an empty one too, and ignores further
+  /// ones until it needs the history again. The history is sent when the store has described the
+  /// products.
   static void subscriptionHistory(const std::vector<SKPaymentTransaction>& transactions) noexcept;
 
-  /// A subscription was paid, sent at once. Once for each original purchase of this application;
-  /// renewals only report a product that is new.
+  /// The user paid for a subscription; sent at once. Each original purchase is reported once. A
+  /// renewal only reports the product, if that is new. A transaction without any identifier is
+  /// refused.
   static void subscriptionPayment(const SKPaymentTransaction& transaction,
                                   const SKProduct& product) noexcept;
 
-  /// The user has connected an account, or posted for a reason of at most 32 characters.
+  /// The user has connected an account of this network.
   static void socialNetworkConnect(const PLRSocialNetwork& socialNetwork) noexcept;
+  /// The user has posted in this network. The reason has 1 to 32 characters.
   static void socialNetworkPost(const PLRSocialNetwork& socialNetwork,
                                 std::string_view reason) noexcept;
 
-  /// A tutorial step, -2 to 2147483647, once for each user.
+  /// The user has reached a step of the tutorial, -2 to 2147483647. Each step is reported once for
+  /// each user.
   static void tutorial(std::int64_t step) noexcept;
 
-  /// Where the user came from, sent at once. Once for each application key, also when none of the
-  /// properties is one that is reported. Values have at most 255 characters; an empty one is left
-  /// out, and with none left the call is cancelled.
+  /// Where the user came from; sent at once. The library takes one call for each application key,
+  /// even if none of its properties is one of the shared ones, which alone are reported. Values
+  /// have at most 255 characters. Empty values are dropped; if none is left, the call is cancelled.
   static void referrer(const std::map<PLRReferralProperty, std::string>& utmData) noexcept;
 
-  /// An advertisement was shown: texts of at most 100 characters, revenue of 0 and more.
+  /// An advertisement was shown. Texts have at most 100 characters, and `network` at least 1. The
+  /// revenue is finite and not negative.
   static void adImpression(std::string_view network, double revenue,
                            std::optional<std::string_view> placement,
                            std::optional<std::string_view> unit) noexcept;
 
-  /// Sends what is stored now instead of at the next occasion.
+  /// Sends stored events and changes of the user's card now. Without this call the library sends
+  /// them at its own times.
   static void sendBufferedEvents() noexcept;
   /// @}
 
@@ -189,19 +209,20 @@ class PLR_EXPORT PLRAnalytics {
   /// Writes one log line at each level.
   static void testLogs() noexcept;
 
-  /// The backend's origin, such as "http://127.0.0.1:8080", in place of the built-in one; the empty
-  /// text goes back to that.
+  /// Replaces the backend's address, such as "http://127.0.0.1:8080", without a slash at the end.
+  /// The empty text restores the built-in address. Not checked and not stored; it stays in force
+  /// after PLREngineWrapper::destroySDK().
   static void setTestProxyUrl(std::string_view url) noexcept;
   static void getTestProxyUrl(const std::function<void(const std::string&)>& urlHandler) noexcept;
 
-  /// Appended to the backend's origin.
+  /// A text that is appended to the backend's address; empty at first. Not checked and not stored.
   static void setTestCustomUrl(std::string_view url) noexcept;
   static void getTestCustomUrl(const std::function<void(const std::string&)>& urlHandler) noexcept;
 
-  /// The folder of the library's data; "fileMessagerError" where there is none.
+  /// The path of the folder that holds the library's data, or "fileMessagerError" if there is none.
   [[nodiscard]] static std::string sdkFolderPath();
 
-  /// Removes the device identifiers that outlive the application's data.
+  /// Removes the device identifiers from the key store, which is kept outside the library's folder.
   static void clearKeychain() noexcept;
   /// @}
 };

@@ -10,25 +10,27 @@
 
 struct PLRAnalyticsConfigurationLocal;
 
-/// What a host may decide at the start. `initialize` copies it: later changes reach nothing.
+/// What a host may decide at the start. `initialize` copies it; later changes have no effect.
 ///
-/// Threads: belongs to the thread that fills it.
+/// Threads: one at a time; there is no lock.
 class PLR_EXPORT PLRAnalyticsConfiguration {
  public:
-  /// Taken over before anything else happens; `unknown` leaves the level alone.
+  /// Takes effect before all other steps of the start. `unknown` keeps the level that is set.
   PLRLogLevel logLevel = PLRLogLevel::unknown;
 
-  /// The user to activate, at most 64 characters; a longer one is cut. The empty text asks for the
-  /// default user, who stands for the device. Absent: the user who was active last.
+  /// The user to activate, at most 64 characters; a longer identifier is cut. The empty text means
+  /// the default user, who stands for the device. Absent: the user who was active last. A text of
+  /// control characters only is ignored with a log line.
   std::optional<std::string> userId;
 
-  /// Level of that user, 1 to 2147483646; anything else is ignored with a log line.
+  /// The level of that user, 1 to 2147483646; anything else is ignored with a log line. Absent: the
+  /// stored level.
   std::optional<std::int64_t> currentLevel;
 
-  /// Switches tracking on or off, for good; `unknown` leaves it as it was.
+  /// Switches tracking on or off and stores that; `unknown` keeps the stored setting.
   PLRTrackingStatus trackingAvailability = PLRTrackingStatus::unknown;
 
-  /// The values that are set, a line each.
+  /// One line for each value; `userId` and `currentLevel` only if they are set.
   [[nodiscard]] std::string description() const;
 
  private:

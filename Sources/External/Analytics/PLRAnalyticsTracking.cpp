@@ -1,4 +1,4 @@
-// What the application reports.
+// The tracking operations.
 
 #include <pelorino/PLRAnalytics.h>
 
@@ -15,7 +15,7 @@ using namespace pelorino;
 
 namespace {
 
-/// Their texts were repaired when they were added.
+/// Does not repair texts: PLRCustomEventParameters did when they were added.
 CustomEventCall::Params paramsOf(const PLRCustomEventParameters& parameters) {
   CustomEventCall::Params values;
   values.reserve(parameters.getAllParameters().size());

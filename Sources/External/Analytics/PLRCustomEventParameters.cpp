@@ -11,7 +11,8 @@ using namespace pelorino;
 
 namespace {
 
-/// Where the limit allows it; `makeValue` is not called otherwise.
+/// Inserts the value, or writes a log line when the limit is reached. `makeValue` is called only to
+/// insert: a refused text is not copied.
 void insert(std::map<std::string, PLRCustomEventParameters::Value>& dictionary,
             std::string_view key, auto makeValue) {
   enter("add", [&] {

@@ -10,20 +10,20 @@
 #include <type_traits>
 #include <variant>
 
-/// The parameters of one custom event, a value for each key.
+/// The parameters of one custom event, one value for each key.
 ///
-/// Keys have at most 32 characters and texts at most 255; `customEvent` cuts longer ones, and
-/// leaves out a parameter with an empty key, an empty text, or a number that is not finite. The
-/// number of parameters is limited by the backend's configuration, 20 by default: beyond it `add`
-/// writes a log line and adds nothing, also under a key that is there already.
+/// Keys have at most 32 characters and texts at most 255. `customEvent` cuts longer ones. It drops
+/// a parameter with an empty key, an empty text, or a number that is not finite. The backend's
+/// configuration limits the number of parameters; the default is 20. When the limit is reached,
+/// `add` writes a log line and changes nothing, not even the value of a known key.
 ///
-/// Threads: belongs to the thread that fills it. `customEvent` copies it.
+/// Threads: one at a time; there is no lock. `customEvent` copies it.
 class PLR_EXPORT PLRCustomEventParameters {
  public:
   using Value = std::variant<bool, std::int64_t, double, std::string>;
 
-  /// Any integer type, `bool`, `float` and `double`, and any text. A string literal is a text. An
-  /// integer above 9223372036854775807 is kept as a `double`.
+  /// Takes any integer type, `bool`, `float`, `double` or text; a string literal is a text. An
+  /// integer above 9223372036854775807 becomes a `double`. A known key gets the new value.
   template <class T>
   requires std::is_arithmetic_v<T>
   void add(std::string_view key, T value) {

@@ -9,7 +9,7 @@
 
 /// What is known of a progression when it starts.
 ///
-/// Threads: belongs to the thread that fills it. `startProgressionEvent` copies it.
+/// Threads: one at a time; there is no lock. `startProgressionEvent` copies it.
 class PLR_EXPORT PLRStartProgressionEventParameters {
  public:
   /// Where the user came from, at most 40 characters; a longer one is cut.
@@ -22,17 +22,17 @@ class PLR_EXPORT PLRStartProgressionEventParameters {
 
 /// How a progression ended.
 ///
-/// Threads: belongs to the thread that fills it. `finishProgressionEvent` copies it.
+/// Threads: one at a time; there is no lock. `finishProgressionEvent` copies it.
 class PLR_EXPORT PLRFinishProgressionEventParameters {
  public:
   bool successfulCompletion = false;
 
-  /// Whole seconds, 0 to 2147483647; anything else cancels the call. With 0 the time since the
-  /// start is taken, rounded up.
+  /// Whole seconds, 0 to 2147483647; anything else cancels the call. 0 means the time since the
+  /// start, rounded up.
   std::int64_t duration = 0;
 
-  /// Resources by their name of at most 24 characters; a longer one is cut. Amounts start at 1: an
-  /// entry with less is left out.
+  /// Amounts by the name of the resource. Names have at most 24 characters; longer ones are cut. An
+  /// amount below 1 is dropped.
   std::map<std::string, std::int64_t> spent;
   std::map<std::string, std::int64_t> earned;
 };

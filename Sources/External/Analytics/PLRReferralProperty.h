@@ -8,8 +8,10 @@
 #include <string>
 #include <utility>
 
-/// A property of where the user came from: the key of `PLRAnalytics::referrer`. Two of the same
-/// name are equal. Only values under the names of the shared ones are reported.
+/// A property of where the user came from: the key of `PLRAnalytics::referrer`. Two properties of
+/// the same name are equal. Only the five shared ones below are reported.
+///
+/// Threads: the shared ones, any.
 class PLR_EXPORT PLRReferralProperty {
  public:
   explicit PLRReferralProperty(std::string name) : name_(std::move(name)) {}
@@ -29,7 +31,7 @@ class PLR_EXPORT PLRReferralProperty {
   [[nodiscard]] static const PLRReferralProperty& term() { return shared("term"); }
 
  private:
-  /// The one instance of this name, made on first use and never destroyed.
+  /// The one instance of this name. It is made on first use and never destroyed.
   static const PLRReferralProperty& shared(const char* name);
 
   std::string name_;

@@ -5,8 +5,10 @@
 #include <string>
 #include <utility>
 
-/// A social network: one of the shared ones, or one of the host's own. They differ in nothing but
-/// the name, of which at most 24 characters are reported.
+/// A social network: one of the shared ones below, or one that the host names. A name has 1 to 24
+/// characters: a longer one is cut, an empty one cancels the call that uses it.
+///
+/// Threads: the shared ones, any.
 class PLR_EXPORT PLRSocialNetwork {
  public:
   explicit PLRSocialNetwork(std::string name) : name_(std::move(name)) {}
@@ -29,7 +31,7 @@ class PLR_EXPORT PLRSocialNetwork {
   [[nodiscard]] static const PLRSocialNetwork& tumblr() { return shared("tb"); }
 
  private:
-  /// The one instance of this name, made on first use and never destroyed.
+  /// The one instance of this name. It is made on first use and never destroyed.
   static const PLRSocialNetwork& shared(const char* name);
 
   std::string name_;

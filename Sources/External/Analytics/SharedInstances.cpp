@@ -8,9 +8,9 @@
 
 namespace {
 
-/// The instance of this name. Never destroyed: a host may hold it while it exits. Without a lock:
-/// in a forked child one could be held for ever. The name may lie in a module that is unloaded some
-/// day.
+/// The instance of this name. It is never destroyed: a host may use it while the process exits.
+/// There is no lock: in a forked child, a lock could stay locked for ever. The name is copied: the
+/// module that holds the literal may be unloaded.
 template <class Named>
 const Named& sharedInstance(std::string_view name) {
   struct Node {
@@ -26,6 +26,7 @@ const Named& sharedInstance(std::string_view name) {
     }
     if (!made) made.reset(new Node{Named(std::string(name)), nullptr});
     made->next = known;
+    // Fails if another thread has added a name meanwhile. Then search again: it may be this one.
   } while (!newest.compare_exchange_weak(known, made.get(), std::memory_order_acq_rel,
                                          std::memory_order_acquire));
   return made.release()->value;

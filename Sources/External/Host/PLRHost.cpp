@@ -28,8 +28,8 @@ void post(ApplicationNotification notification) {
   System::current().notifications().post(notification);
 }
 
-/// Everything handed over before has run when this posts: a library that is still starting would
-/// not hear of the notification, and what was reported to it would not be stored.
+/// Waits until all earlier calls have run, then posts. A start that has not run yet would not hear
+/// the notification, and events reported before it would not be stored in time.
 void postBehindAllCalls(ApplicationNotification notification) {
   QueueManager::incomeQueue().waitUntilAllOperationsAreFinished();
   post(notification);
@@ -39,7 +39,8 @@ void postBehindAllCalls(ApplicationNotification notification) {
 
 void PLRHost::describe(const PLRHostDescription& description) noexcept {
   enter("describe", [&] {
-    // Paths are bytes to the file system and stay as they are; everything else may be sent.
+    // Texts that may be sent must be UTF-8. A path is bytes to the file system: repairing it would
+    // name another file.
     Host::describe({.applicationName = repaired(description.applicationName),
                     .applicationVersion = repaired(description.applicationVersion),
                     .applicationBuildVersion = repaired(description.applicationBuildVersion),
@@ -73,6 +74,7 @@ void PLRHost::setStore(std::shared_ptr<PLRStore> store) noexcept {
 
 void PLRHost::didBecomeActive() noexcept {
   enter("didBecomeActive", [] {
+    // The state first: a start that is about to wait for the notification reads it afterwards.
     Host::setApplicationState(ApplicationState::active);
     post(ApplicationNotification::didBecomeActive);
   });

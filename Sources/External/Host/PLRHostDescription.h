@@ -16,55 +16,58 @@ struct PLRSize {
 /// The main screen.
 struct PLRScreen {
   PLRSize bounds;        ///< In points.
-  double scale = 1;      ///< Pixels a point.
+  double scale = 1;      ///< Pixels for each point.
   PLRSize nativeBounds;  ///< In pixels.
 };
 
-/// What the application and its system are. Every field may be left out: what is absent is taken
-/// from the process and the operating system.
+/// What the application and its system are. Every field is optional. What is absent is taken from
+/// the process and the operating system, or is not reported. Texts are UTF-8; bad bytes are
+/// replaced, except in paths and in the proxy.
 struct PLRHostDescription {
   std::optional<std::string> applicationName;  ///< Default: the executable's file name.
   std::optional<std::string> applicationVersion;
   std::optional<std::string> applicationBuildVersion;
   std::optional<std::string> bundleIdentifier;
-  std::optional<std::string> bundleFolder;  ///< Where the application's own files lie.
+  std::optional<std::string> bundleFolder;  ///< The folder of the application's own files.
   std::optional<std::string> receiptFile;
 
-  /// Where the library makes its folder. Default: `$XDG_DATA_HOME` or `~/.local/share`, then the
-  /// application's name.
+  /// The folder in which the library makes its own. Default: a folder of the application's name in
+  /// `$XDG_DATA_HOME` or `~/.local/share`.
   std::optional<std::string> supportDirectory;
 
-  /// Holds the device identifier, outside the support directory so that it outlives it. Default:
-  /// below `$XDG_STATE_HOME` or `~/.local/state`.
+  /// The file of the device identifier. Keep it outside the support directory: it should survive
+  /// when that is deleted. Default: `pelorino.keys` in a folder of the application's name in
+  /// `$XDG_STATE_HOME` or `~/.local/state`.
   std::optional<std::string> keyStoreFile;
 
-  /// A PEM file of the certificate authorities that the backend's certificate is checked against,
-  /// in place of the system's. Default: `$SSL_CERT_FILE`, or the system's. A file that cannot be
-  /// read stops every delivery, with a log line.
+  /// A PEM file of the certificate authorities that are trusted; the system's are then not used.
+  /// Default: `$SSL_CERT_FILE`, or the system's. If the file cannot be read, every request fails
+  /// with a log line.
   std::optional<std::string> certificateAuthorityFile;
 
-  /// The URL of the proxy between this device and the backend, such as "http://user:pw@host:3128"
-  /// or "socks5h://host:1080"; what travels through it stays encrypted up to the backend. Empty:
-  /// no proxy. Default: what the environment names (`https_proxy`, `all_proxy`, `no_proxy`).
+  /// The URL of the proxy to the backend, such as "http://user:pw@host:3128" or
+  /// "socks5h://host:1080". HTTPS stays encrypted up to the backend. Empty: no proxy. Default: the
+  /// environment (`https_proxy`, `all_proxy`, `no_proxy`).
   std::optional<std::string> proxy;
 
   std::optional<std::vector<std::string>> preferredLanguages;  ///< Such as "en-GB", best first.
   std::optional<std::string> region;                           ///< Such as "GB".
 
-  /// Identifies this device to this vendor. Default: derived by hash from the machine's id and the
-  /// application, the same at every launch.
+  /// Identifies this device to this vendor. Empty: the device has none. Default: a hash of the
+  /// machine's id and the application, the same at every launch.
   std::optional<std::string> vendorIdentifier;
   std::optional<std::string> advertisingIdentifier;
-  std::optional<int> trackingAuthorization;  ///< 0 not determined, 3 authorised.
+  std::optional<int> trackingAuthorization;  ///< 0 not determined, 3 authorised; others: refused.
 
   std::optional<PLRScreen> screen;
   std::optional<std::string> machine;  ///< Default: `uname`.
 
-  /// Default: `uname`. Of a store on a system told to be older than 12.2, introductory prices and
-  /// discounts are not reported.
+  /// Default: `uname`. If it is set and below 12.2, introductory prices and discounts of store
+  /// products are not reported.
   std::optional<std::string> systemVersion;
 
-  /// Answers whether the device has been tampered with. Called once, on the library's main thread,
-  /// while the start waits for its answer, for 20 seconds at most; it must not call the library.
+  /// Returns true when the device has been tampered with. Called once for each start, on the
+  /// library's main thread. The start waits for the answer, for 20 seconds at most. It must not
+  /// call the library. An exception is logged and counts as false.
   std::function<bool()> integrityProbe;
 };

@@ -28,7 +28,7 @@ requires std::is_arithmetic_v<Plain> PeopleValueType cardValue(Plain value) {
   return value;
 }
 
-/// Runs an operation of the front, under the name that it has in messages.
+/// Hands an operation to the front. `method` is its name in log lines.
 template <class Work>
 void submit(const char* method, Work work) noexcept {
   enter(method, [&] { work(Core::shared()->peopleLogic(), method); });
@@ -57,7 +57,7 @@ void unsetAll(const Keys& keys) noexcept {
   });
 }
 
-/// `answer` turns what is under the key, or nothing, into the answer of the host's handler.
+/// `answer` turns the card's value, which may be absent, into what the host's handler gets.
 template <class HostHandler, class Answer>
 void ask(const char* method, std::string_view key, HostHandler& handler, Answer answer) noexcept {
   submit(method, [&](PeopleLogic& logic, const char* name) {
@@ -79,6 +79,7 @@ auto orElse(Kind fallback) {
 }
 
 PLRGender genderOf(const std::optional<PeopleValueType>& value) {
+  // The stored card may hold any number.
   const auto raw = orElse(std::int64_t{-1})(value);
   if (!std::in_range<int>(raw)) return PLRGender::Unknown;
   return PLRGenderFromRaw(static_cast<int>(raw)).value_or(PLRGender::Unknown);
@@ -129,6 +130,7 @@ void PLRUserCard::getPhoto(std::function<void(const std::string&)> completionHan
       orElse(std::string()));
 }
 
+// As a number, which is also what a stored card gives back: so an equal value is recognised.
 void PLRUserCard::setGender(PLRGender gender) noexcept {
   setReserved("setGender(gender:)", Key::gender, std::int64_t{static_cast<int>(gender)});
 }

@@ -14,30 +14,31 @@
 #include <variant>
 #include <vector>
 
-/// The card of the active user: named values that describe who is playing. Each user has a card of
-/// his own, which is kept on the device; the backend is told the whole card at each start and what
-/// has changed since at the usual occasions, at the latest with PLRAnalytics::sendBufferedEvents.
+/// The card of the active user: named values that describe who is playing. Each user has an own
+/// card, which is stored on the device. The backend gets the whole card at each start. Later it
+/// gets the changes, together with stored events (PLRAnalytics::sendBufferedEvents).
 ///
-/// Every operation returns at once, from any thread: it copies its arguments and hands the work to
-/// a queue of the library, which applies them in their order of arrival. None throws and none has
-/// an error result; what was repaired, refused or failed is told in the log. A call made before
-/// PLRAnalytics::initialize is refused with a log line. Texts are UTF-8; what is not is repaired.
+/// Call it from any thread. An operation copies its arguments, hands the work to a queue of the
+/// library and returns at once. The queue applies the calls in the order in which they were made.
+/// Nothing throws and there are no error results: a log line tells what was repaired, refused or
+/// failed. A call before PLRAnalytics::initialize is refused with a log line. Texts are UTF-8; bad
+/// bytes are replaced.
 ///
-/// Keys have 1 to 64 characters and text values 1 to 255: control characters are taken out and
-/// longer ones cut, and a call with an empty one is cancelled. Keys differ by case, except those of
-/// the named operations ("name", "email", "phone", "photo", "gender", "age", "cheater"), which mean
-/// the same in any case and take values of their one type only.
+/// Keys have 1 to 64 characters and text values 1 to 255. Control characters are removed, longer
+/// texts are cut, and an empty text cancels the call. The seven reserved keys ("name", "email",
+/// "phone", "photo", "gender", "age", "cheater") mean the same in upper and lower case, and each
+/// takes values of one type only. All other keys are case-sensitive.
 ///
-/// Completion handlers run on a thread of the library, after every change made before, and may call
-/// the library.
+/// Completion handlers run on a thread of the library and may call the library. They see every
+/// change made before them. An empty handler is allowed.
 class PLR_EXPORT PLRUserCard {
  public:
   using Value = std::variant<bool, std::int64_t, double, std::string>;
 
   PLRUserCard() = delete;
 
-  /// @name What every card may hold
-  /// A getter answers with the empty text, `Unknown`, 0 or false where the card holds nothing, and
+  /// @name Reserved keys
+  /// A getter answers with the empty text, `Unknown`, 0 or false when the card has no value, and
   /// before the start.
   /// @{
 
@@ -47,7 +48,7 @@ class PLR_EXPORT PLRUserCard {
   static void getEmail(std::function<void(const std::string&)> completionHandler) noexcept;
   static void setPhone(std::string_view phone) noexcept;
   static void getPhone(std::function<void(const std::string&)> completionHandler) noexcept;
-  /// Where a picture of the user is found.
+  /// The address of a picture of the user; not checked.
   static void setPhoto(std::string_view photo) noexcept;
   static void getPhoto(std::function<void(const std::string&)> completionHandler) noexcept;
   static void setGender(PLRGender gender) noexcept;
@@ -55,17 +56,17 @@ class PLR_EXPORT PLRUserCard {
   /// In years; not checked.
   static void setAge(std::int64_t age) noexcept;
   static void getAge(std::function<void(std::int64_t)> completionHandler) noexcept;
-  /// The mark that the user cheats. It survives clearUser().
+  /// Marks the user as a cheater. clearUser() keeps the mark.
   static void setCheater(bool cheater) noexcept;
   static void getCheater(std::function<void(bool)> completionHandler) noexcept;
   /// @}
 
-  /// @name Values of the application's own
+  /// @name Any key
   /// @{
 
-  /// Any integer type, `bool`, `float` and `double`, and any text. A string literal is a text. An
-  /// integer above 9223372036854775807 is kept as a `double`; a number that is not finite cancels
-  /// the call. Gender is set by setGender() only.
+  /// Takes any integer type, `bool`, `float`, `double` or text; a string literal is a text. An
+  /// integer above 9223372036854775807 becomes a `double`. A number that is not finite cancels the
+  /// call. "gender" is refused here: use setGender().
   template <class T>
   requires std::is_arithmetic_v<T>
   static void set(std::string_view key, T value) noexcept { setValue(key, PLRNumberOf(value)); }
@@ -75,26 +76,27 @@ class PLR_EXPORT PLRUserCard {
     set(key, std::string_view(value));
   }
 
-  /// The value under any key, the named ones too; nothing where there is none.
+  /// Answers with the value of any key, also of a reserved one; absent when there is none.
   static void getValue(
       std::string_view key,
       std::function<void(const std::optional<Value>& value)> completionHandler) noexcept;
 
-  /// Takes values away, whether or not they were there. An empty key costs only that key.
+  /// Removes values and reports that, even if there were none. An empty key is dropped and the
+  /// other keys stay.
   static void unset(std::string_view property) noexcept;
   static void unset(const std::vector<std::string>& properties) noexcept;
   static void unset(std::initializer_list<std::string_view> properties) noexcept;
 
-  /// Adds to a number, `value` may be negative; a key without a value takes this one. A `double` on
-  /// either side makes the sum a `double`. A sum that is too large stops at the largest number of
-  /// its type. Anything but a number stays as it is, with a line in the log.
+  /// Adds `value`, which may be negative, to a number. A key without a value gets `value`. The sum
+  /// is a `double` if either side is one. A sum beyond the limits of its type stops at the limit.
+  /// A stored value that is not a number does not change; a log line tells so.
   template <class T>
   requires(std::is_arithmetic_v<T> &&
            !std::is_same_v<T, bool>) static void increment(std::string_view key, T value) noexcept {
     addToValue(key, PLRNumberOf(value));
   }
 
-  /// Takes all values away but the cheater mark, and tells the backend at once.
+  /// Removes all values but the cheater mark, and sends that at once.
   static void clearUser() noexcept;
   /// @}
 

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Marks what the shared library offers. Everything else is hidden.
+/// Marks what the shared library exports. Everything else is hidden.
 #define PLR_EXPORT __attribute__((visibility("default")))

@@ -4,11 +4,12 @@
 
 #include <cstdint>
 
-/// Told of the identifier that the backend has given this user and device.
+/// Receives the identifier that the backend has given to this user and device. The library keeps
+/// the listener until another one is set.
 class PLR_EXPORT PLRIdentifiersListener {
  public:
   virtual ~PLRIdentifiersListener() = default;
 
-  /// On one of the library's own threads, with an identifier other than 0.
+  /// Called on a thread of the library. `pelorinoId` is never 0. An exception is logged.
   virtual void didReceivePelorinoIdWith(std::int64_t /*pelorinoId*/) {}
 };

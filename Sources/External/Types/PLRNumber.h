@@ -4,10 +4,10 @@
 #include <type_traits>
 #include <variant>
 
-/// A number as the library keeps it, whatever its type was.
+/// A number or `bool` as the library keeps it.
 using PLRNumber = std::variant<bool, std::int64_t, double>;
 
-/// An integer above 9223372036854775807 becomes a `double`.
+/// Converts any arithmetic type. An integer above 9223372036854775807 becomes a `double`.
 template <class T>
 requires std::is_arithmetic_v<T>
 [[nodiscard]] PLRNumber PLRNumberOf(T value) noexcept {

@@ -4,17 +4,17 @@
 #include <cstddef>
 #include <optional>
 
-/// What became of the verification of a receipt.
+/// The result of the verification of a receipt.
 enum class PLRReceiptStatus : int {
   valid = 0,
   notValid = 1,
-  serverError = 2,  ///< The backend refused to answer or could not be reached.
+  serverError = 2,  ///< The backend gave no answer.
   sandbox = 3,      ///< A receipt of the store's test environment.
   internalError = 4,
 };
 
 /// "Receipt valid", "Receipt not valid", "Receipt server error", "Receipt sandbox" or "Receipt
-/// internal error".
+/// internal error"; the last also for an unknown number.
 [[nodiscard]] constexpr const char* description(PLRReceiptStatus status) noexcept {
   constexpr std::array<const char*, 5> texts = {"Receipt valid", "Receipt not valid",
                                                 "Receipt server error", "Receipt sandbox",
@@ -23,7 +23,7 @@ enum class PLRReceiptStatus : int {
   return raw < texts.size() ? texts[raw] : texts.back();
 }
 
-/// The status with this raw value, 0 to 4; none for any other number.
+/// The status with this raw value, 0 to 4; absent for any other number.
 [[nodiscard]] constexpr std::optional<PLRReceiptStatus> PLRReceiptStatusFromRaw(int raw) noexcept {
   if (raw < 0 || raw > static_cast<int>(PLRReceiptStatus::internalError)) return std::nullopt;
   return static_cast<PLRReceiptStatus>(raw);

@@ -10,37 +10,37 @@
 #include <string>
 #include <vector>
 
-/// What a store answers to a request for products.
+/// A store's answer to a request for products.
 struct SKProductsResponse {
   std::vector<SKProduct> products;
-  std::optional<std::string> error;  ///< Why there is no answer; the products then do not count.
+  std::optional<std::string> error;  ///< The reason of a failure; the products are then ignored.
 };
 
-/// One request for products. The library drops it when it has been answered or is not wanted any
-/// more.
+/// One request for products. The library releases it when it has the answer or no longer needs it.
 class PLR_EXPORT SKProductsRequest {
  public:
   virtual ~SKProductsRequest() = default;
 
-  /// Once, on a thread of the library. It must not wait for the answer.
+  /// Called once, on a thread of the library. It must not wait for the answer.
   virtual void start() = 0;
 
-  /// The answer is not wanted any more; one that comes all the same is ignored.
+  /// Called on a thread of the library when the answer is no longer needed. A late answer is
+  /// ignored.
   virtual void cancel() = 0;
 };
 
-/// The store that sells the application's subscriptions, as PLRHost::setStore() takes it.
+/// The store that sells the application's subscriptions; see PLRHost::setStore().
 class PLR_EXPORT PLRStore {
  public:
-  /// Takes the one answer to a request: from any thread, also within start(). It may outlive the
-  /// library.
+  /// Call it once with the answer to a request: from any thread, also within start(). Further
+  /// answers are ignored. It may be called after the library has ended.
   using ProductsHandler = std::function<void(SKProductsResponse response)>;
 
   virtual ~PLRStore() = default;
 
-  /// A request for these products that has not begun. On a thread of the library. None, and an
-  /// exception, here or when it starts, count as an answer with an error. After an error the
-  /// library asks again, later and later.
+  /// Makes a request for these products, but does not start it. Called on a thread of the library.
+  /// A null result, or an exception here or in start(), counts as an answer with an error. After an
+  /// error the library asks again after one minute, then two, three, and then every four.
   [[nodiscard]] virtual std::shared_ptr<SKProductsRequest> makeProductsRequest(
       const std::set<std::string>& productIdentifiers, ProductsHandler handler) = 0;
 };

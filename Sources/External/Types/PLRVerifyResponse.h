@@ -10,17 +10,17 @@ namespace pelorino {
 struct VerifyResponseMaker;
 }
 
-/// The answer to a verification. Only the library makes one.
+/// The result of a verification. Only the library can make one. It does not change.
 class PLRVerifyResponse final {
  public:
-  /// The backend's words about the receipt.
+  /// The backend's text about the receipt, if it sent one.
   [[nodiscard]] const std::optional<std::string>& verificationResult() const noexcept {
     return verificationResult_;
   }
 
   [[nodiscard]] PLRReceiptStatus receiptStatus() const noexcept { return receiptStatus_; }
 
-  /// "receiptStatus: [...]" and, if there are words, " verificationResult: [...]".
+  /// "receiptStatus: [...]" and, if there is a text, " verificationResult: [...]".
   [[nodiscard]] std::string description() const {
     std::string text = std::string("receiptStatus: [") + ::description(receiptStatus_) + "]";
     if (verificationResult_) text += " verificationResult: [" + *verificationResult_ + "]";

@@ -5,15 +5,15 @@
 #include <string_view>
 #include <system_error>
 
-/// A number to base 10, as prices are; 0 at first.
+/// A decimal number, such as a price; 0 at first.
 class SKDecimal {
  public:
   SKDecimal() = default;
 
-  /// The number of fewest digits that reads back as `value`: 4.99 is exactly 4.99.
+  /// The shortest decimal number that is `value` when read as a `double`: 4.99 is exactly 4.99.
   SKDecimal(double value) : text_(shortest(value)) {}  // NOLINT(google-explicit-constructor)
 
-  /// Such as "4.99". A text that is no finite number counts as 0.
+  /// A text such as "4.99". One that is no finite number counts as 0.
   explicit SKDecimal(std::string_view text) : text_(text) {}
 
   [[nodiscard]] const std::string& text() const noexcept { return text_; }

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-/// What was asked of the store.
+/// What the user asked the store for.
 struct SKPayment {
   std::string productIdentifier;
 };
@@ -13,6 +13,7 @@ struct SKPayment {
 struct SKPaymentTransaction {
   std::optional<std::string> transactionIdentifier;
   SKPayment payment;
-  /// The purchase that this one renews or restores. Its own original does not count.
+  /// The purchase that this one renews or restores. The library ignores the original's own
+  /// original.
   std::shared_ptr<const SKPaymentTransaction> originalTransaction;
 };

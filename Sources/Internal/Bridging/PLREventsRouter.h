@@ -57,6 +57,7 @@ class PLR_EXPORT PLREventsRouter {
   /// other number debug.
   static void sendLogMessage(std::int64_t with, std::string_view withMessage) noexcept;
 
-  /// True from the moment an `initialize` was accepted.
+  /// True from an accepted `initialize` until PLREngineWrapper::destroySDK() has taken effect. The
+  /// start itself may not have run yet.
   [[nodiscard]] static bool isAnalyticsInited() noexcept;
 };

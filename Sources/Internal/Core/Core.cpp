@@ -12,6 +12,7 @@
 
 namespace pelorino {
 
+/// Never destroyed: a call may come while the process exits.
 Guarded<std::shared_ptr<Core>>& Core::privateShared() {
   static auto& slot = *new Guarded<std::shared_ptr<Core>>;
   return slot;
@@ -25,7 +26,7 @@ std::shared_ptr<Core> Core::shared() {
 }
 
 void Core::destroy() {
-  static_cast<void>(shared());
+  static_cast<void>(shared());  // Makes a core if there is none, so that its end is always printed.
   QueueManager::incomeQueue().addOperation([] {
     if (const auto core = privateShared().get()) core->stop();
     privateShared().set(nullptr);
@@ -42,18 +43,19 @@ Core::Core()
 }
 
 Core::~Core() {
-  // Nobody else would let the queue go on.
+  // The start still waited for the application, so this core has paused the queue.
   if (becameActive_.get()) QueueManager::incomeQueue().resume();
   std::puts("PLRAnalytics deinit Core module");
 }
 
 void Core::initialize(std::string applicationKey,
                       std::optional<PLRAnalyticsConfigurationLocal> configuration) {
-  // Now, and on this thread: a start that waits for the application has none of its own yet.
+  // Now, and not in the start block: a start in the background may wait for a long time, and the
+  // process may fork or exit meanwhile.
   refuseCallsAfterFork();
   closeHostCodeAtExit();
   const bool inBackground = Host::applicationState() == ApplicationState::background;
-  if (inBackground) QueueManager::incomeQueue().pause();
+  if (inBackground) QueueManager::incomeQueue().pause();  // Before the start is queued.
   startInitialize(std::move(applicationKey), std::move(configuration));
   if (inBackground) waitForActive();
 }
@@ -62,13 +64,13 @@ void Core::waitForActive() {
   becameActive_.set(System::current().notifications().observe(
       ApplicationNotification::didBecomeActive,
       [weak = weak_from_this()] { onLoadAction(weak.lock()); }));
-  // It may have become active, on another thread, after the state was read and before this.
+  // Another thread may have made it active before it was observed.
   if (Host::applicationState() == ApplicationState::active) {
     onLoadAction(shared_from_this());
   }
 }
 
-/// Null for one whose teardown waits in the very queue that it has paused.
+/// `core` is null if it has been replaced meanwhile. The queue must go on even then.
 void Core::onLoadAction(const std::shared_ptr<Core>& core) {
   if (core) core->becameActive_.set(nullptr);
   QueueManager::incomeQueue().resume();
@@ -84,7 +86,7 @@ void Core::startInitialize(std::string applicationKey,
   QueueManager::incomeQueue().addOperation([weak = weak_from_this(),
                                             applicationKey = std::move(applicationKey),
                                             configuration = std::move(configuration)] {
-    // A teardown may have come between: what is no longer the core has no run.
+    // After a teardown this is no longer the current core and must not start.
     const auto self = weak.lock();
     if (self && self == privateShared().get()) self->start(applicationKey, configuration);
   });

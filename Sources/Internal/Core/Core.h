@@ -17,16 +17,18 @@
 
 namespace pelorino {
 
-/// The process-wide owner of the module fronts, and of the run behind them while one lasts.
+/// Owns the fronts of the modules, and the run behind them while there is one. One core exists at a
+/// time in the process.
 ///
-/// Threads: any. A run begins and ends on the incomeQueue.
+/// Threads: any. A run begins and ends on the incomeQueue, and so does the core's destruction.
+/// Errors:  logged.
 class Core final : public std::enable_shared_from_this<Core> {
  public:
-  /// The one core, made on demand: any public call has one, with empty fronts before initialize().
+  /// The one core. It is made if there is none; its fronts refuse calls until a run begins.
   [[nodiscard]] static std::shared_ptr<Core> shared();
 
-  /// Tears the core down behind everything already queued. Queues and stored data stay; the next
-  /// public call makes a new core.
+  /// Ends the run and the core after everything already queued. Queues and stored data stay; the
+  /// next public call makes a new core.
   static void destroy();
 
   Core();
@@ -34,8 +36,8 @@ class Core final : public std::enable_shared_from_this<Core> {
   Core(const Core&) = delete;
   Core& operator=(const Core&) = delete;
 
-  /// Accepts the first call and refuses later ones. The start itself is a block on the incomeQueue,
-  /// which a launch in the background holds back until the application first becomes active.
+  /// Accepts the first call and refuses later ones. The start is a block on the incomeQueue. If the
+  /// application is in the background, the queue is paused until it becomes active.
   void initialize(std::string applicationKey,
                   std::optional<PLRAnalyticsConfigurationLocal> configuration);
 
@@ -59,7 +61,7 @@ class Core final : public std::enable_shared_from_this<Core> {
   void waitForActive();
   static void onLoadAction(const std::shared_ptr<Core>& core);
 
-  // The start block and its steps, on the incomeQueue.
+  // The start and its steps, on the incomeQueue.
   void start(const std::string& applicationKey,
              std::optional<PLRAnalyticsConfigurationLocal> configuration);
   [[nodiscard]] std::shared_ptr<LibraryRun> makeRun(std::unique_ptr<CoreFactory> coreFactory,
@@ -72,9 +74,10 @@ class Core final : public std::enable_shared_from_this<Core> {
   const std::shared_ptr<AntiCheatLogic> antiCheatLogic_;
   const std::shared_ptr<MessagingLogicProxy> messagingProxy_;
   const std::shared_ptr<AnalyticsObserver> analyticsObserver_;
-  std::shared_ptr<LibraryRun> run_;  ///< From the start to the teardown. The incomeQueue only.
+  std::shared_ptr<LibraryRun> run_;  ///< Null when there is no run. The incomeQueue only.
   std::atomic<bool> isInitialized_ = false;
   std::atomic<bool> isEditorMode_ = false;
+  /// Set while a start waits for the application to become active.
   Guarded<std::shared_ptr<NotificationCenter::Observation>> becameActive_;
 };
 

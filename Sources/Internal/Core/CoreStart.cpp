@@ -1,4 +1,4 @@
-// The start of the library, on the incomeQueue: the order of these steps is its contract.
+// The start and the end of a run, on the incomeQueue. The order of the steps matters.
 
 #include <exception>
 #include <string_view>
@@ -17,7 +17,7 @@ void logError(std::string_view message, std::string_view detail) {
 
 constexpr std::string_view startFailed = "In the Initialize method an error has occurred: ";
 
-/// Null, and log lines, when the database cannot be opened.
+/// Returns null and logs when the database cannot be opened.
 std::unique_ptr<CoreFactory> initSubModules(const std::string& applicationKey) try {
   return std::make_unique<CoreFactory>(applicationKey);
 } catch (const std::exception& error) {
@@ -30,7 +30,7 @@ std::unique_ptr<CoreFactory> initSubModules(const std::string& applicationKey) t
 
 void Core::start(const std::string& applicationKey,
                  std::optional<PLRAnalyticsConfigurationLocal> configuration) {
-  // First, so that the messages of the next steps already obey it.
+  // First, so that it applies to the messages of the next steps.
   if (configuration && configuration->logLevel != PLRLogLevel::unknown) {
     Logger::setLogLevel(configuration->logLevel);
   }
@@ -47,11 +47,11 @@ void Core::start(const std::string& applicationKey,
   connectFronts();
 }
 
-/// Null, and a log line, when the stored state can be neither read nor made.
+/// Returns null and logs when the stored state can be neither read nor made.
 std::shared_ptr<LibraryRun> Core::makeRun(std::unique_ptr<CoreFactory> coreFactory,
                                           const std::string& applicationKey,
                                           const std::optional<std::string>& userId) try {
-  // Asked by the run's own work only, which the end of the run stops before this goes.
+  // `this` stays valid: only work of the run calls the closure, and the run ends before the core.
   return {new LibraryRun(std::move(coreFactory), applicationKey, userId,
                          [this] { return isEditorMode(); }),
           EndsOnIncomeQueue()};
@@ -69,8 +69,8 @@ void Core::connectFronts() {
   messagingProxy_->setMessagingLogic(&run_->messagingLogic());
 }
 
-/// The fronts refuse what still comes: a thread of the host may hold this core amid a call, and two
-/// runs must not work on one store.
+/// Afterwards the fronts refuse calls. A thread of the host may still hold this core in a call, but
+/// only one run at a time may use the database.
 void Core::stop() {
   if (!run_) return;
   run_->stop();

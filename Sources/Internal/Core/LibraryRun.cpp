@@ -30,7 +30,7 @@ void LibraryRun::start(const std::optional<PLRAnalyticsConfigurationLocal>& conf
 }
 
 void LibraryRun::stop() {
-  coreFactory_->lifeCycle().setLifeCycleListener({});
+  coreFactory_->lifeCycle().setLifeCycleListener({});  // First: no notification during the end.
   analyticsLogic_.stopSDK();
   end();
 }

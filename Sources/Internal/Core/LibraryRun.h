@@ -16,19 +16,19 @@
 
 namespace pelorino {
 
-/// All that a start makes, each part by value, in the order in which it is built: what is further
-/// down refers to what is further up.
+/// Owns everything that a start makes. The members are in the order in which they are built; later
+/// ones refer to earlier ones.
 ///
-/// Threads: the incomeQueue only.
+/// Threads: the incomeQueue only, also for its destruction.
 class LibraryRun final : public Run {
  public:
-  /// Opens the stored state. Throws when it can be neither read nor made.
+  /// Reads or makes the stored state. Throws when it can do neither.
   LibraryRun(std::unique_ptr<CoreFactory> coreFactory, const std::string& applicationKey,
              const std::optional<std::string>& userId, std::function<bool()> isEditorMode);
 
-  /// Once.
+  /// Call it once.
   void start(const std::optional<PLRAnalyticsConfigurationLocal>& configuration);
-  /// The end of the run. Once.
+  /// Ends the run. Call it once.
   void stop();
 
   [[nodiscard]] AnalyticsLogic& analyticsLogic() { return analyticsLogic_; }

@@ -32,6 +32,7 @@ std::string AnyCodable::debugDescription() const {
   return out;
 }
 
+// The forms "nil", "[]" and "[:]" belong to the format of the log.
 void AnyCodable::appendDebugText(std::string& out) const {
   switch (kind()) {
     case Kind::null:

@@ -13,14 +13,14 @@
 
 namespace pelorino {
 
-/// How deep the lists and objects of a value may be nested to be read or written. It bounds the
+/// How deep the lists and objects of a value may be nested to be read or written. This limits the
 /// stack of everything that walks a value.
 inline constexpr std::size_t maximumJsonDepth = 64;
 
-/// One JSON value of unknown shape. Immutable, cheap to copy (containers are shared), any thread.
+/// One JSON value of any kind. Immutable; any thread. Copies share lists and objects.
 ///
-/// The kinds are told apart strictly: the integer 2 and the number 2.0 are different values, and
-/// so are the integer 1 and `true`.
+/// Values of different kinds are different: the integer 2 is not the number 2.0, and the integer 1
+/// is not `true`.
 class AnyCodable final {
  public:
   using List = std::vector<AnyCodable>;
@@ -31,7 +31,7 @@ class AnyCodable final {
   AnyCodable() = default;
   AnyCodable(std::nullptr_t) {}
   AnyCodable(std::nullopt_t) {}
-  // Constrained, so that a pointer (a string literal too) never turns into a bool.
+  // Only for bool itself: otherwise a pointer would become a bool.
   template <std::same_as<bool> Bool>
   AnyCodable(Bool value) : value_(value) {}
   template <std::signed_integral Integer>
@@ -50,14 +50,14 @@ class AnyCodable final {
   AnyCodable(const std::optional<Value>& value)
       : AnyCodable(value ? AnyCodable(*value) : nullptr) {}
 
-  /// Containers as they come out of a JSON text; see operator==.
+  /// Lists and objects that were read from a JSON text; see operator==.
   static AnyCodable decoded(List items) { return {std::move(items), Origin::decoding}; }
   static AnyCodable decoded(Object members) { return {std::move(members), Origin::decoding}; }
 
   [[nodiscard]] Kind kind() const { return static_cast<Kind>(value_.index()); }
   [[nodiscard]] bool isNull() const { return kind() == Kind::null; }
 
-  /// The value, if it is of that kind; else null. Borrowed from this object.
+  /// The value if it is of that kind; otherwise null. Valid as long as this object.
   [[nodiscard]] const bool* boolean() const { return std::get_if<bool>(&value_); }
   [[nodiscard]] const std::int64_t* integer() const { return std::get_if<std::int64_t>(&value_); }
   [[nodiscard]] const std::uint64_t* unsignedInteger() const {
@@ -68,13 +68,15 @@ class AnyCodable final {
   [[nodiscard]] const List* list() const;
   [[nodiscard]] const Object* object() const;
 
-  /// "nil" for null; a text as it is; numbers in the fewest digits that read back.
+  /// The value for log lines: "nil" for null, a text as it is, a number with the fewest digits that
+  /// give it back.
   [[nodiscard]] std::string description() const;
-  /// "AnyCodable(...)", a text inside it in quotation marks.
+  /// "AnyCodable(...)" with the value inside. A text is in quotation marks.
   [[nodiscard]] std::string debugDescription() const;
 
-  /// Equal within one kind only. A container that came from decoding equals nothing, not even
-  /// itself, unless both sides are empty: exclusion lists match plain arguments only.
+  /// True for equal values of one kind. A list or object that was read from a JSON text equals
+  /// nothing, not even itself, unless both sides are empty: only plain values of the backend's
+  /// exclusions can match an argument.
   friend bool operator==(const AnyCodable& left, const AnyCodable& right);
 
  private:

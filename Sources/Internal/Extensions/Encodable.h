@@ -9,11 +9,11 @@
 
 namespace pelorino {
 
-/// A JSON text that many hold. Nobody changes it.
+/// A JSON text that is shared and never changes.
 using JsonText = std::shared_ptr<const std::string>;
 
-/// A value that can be written as JSON, its type forgotten. Copies share the value, which nobody
-/// may change meanwhile.
+/// A value of any type that can be written as JSON. Copies share the value. Any thread, but nothing
+/// may change what the value refers to.
 class Encodable final {
  public:
   template <class Value>
@@ -23,10 +23,10 @@ class Encodable final {
           return text ? std::make_shared<const std::string>(*std::move(text)) : nullptr;
         }) {}
 
-  /// A value that is JSON already.
+  /// A text that is JSON already.
   explicit Encodable(JsonText text) : write_([text = std::move(text)] { return text; }) {}
 
-  /// Compact JSON; null for what JSON cannot hold.
+  /// Compact JSON; null if JSON cannot hold the value.
   [[nodiscard]] JsonText toJSONData() const { return write_(); }
 
  private:

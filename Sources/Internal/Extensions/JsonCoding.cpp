@@ -3,7 +3,7 @@
 namespace pelorino {
 namespace {
 
-constexpr std::size_t shownCharacters = 40;
+constexpr std::size_t shownCharacters = 40;  ///< Bytes of a wrong value in an error text.
 
 }  // namespace
 

@@ -15,7 +15,7 @@
 #include "JsonWriter.h"
 #include "PLRError.h"
 
-// A record tells its fields once, in the order in which they are written:
+// A record lists its fields once, in the order in which they are written:
 //
 //   template <class Self, class Visit>
 //   static void describe(Self& self, Visit& visit) {
@@ -23,30 +23,30 @@
 //     visit("all", self.all);
 //   }
 //
-// Writing, reading and the text forms in the log are visitors of that one description. A
-// std::optional field is left out when absent; every other field is required. A constant is written
-// and never read.
+// Writing JSON, reading JSON and the text for the log are visitors of that one list. An absent
+// std::optional field is left out. All other fields are required. A constant is written and never
+// read.
 
 namespace pelorino {
 
-/// A field's key, and how it differs from a plain one.
+/// The key of a field, and how the field differs from the rules above.
 class Field final {
  public:
   constexpr Field(const char* key) : key_(key), label_(key) {}
 
-  /// The name of the field in text forms, where it is not the key.
+  /// The field's name in the log, if it is not the key.
   [[nodiscard]] constexpr Field labelled(const char* label) const {
     return with([&](Field& field) { field.label_ = label; });
   }
-  /// What the entries of a table are called in text forms.
+  /// The names of the key and the value of a table's entries in the log.
   [[nodiscard]] constexpr Field entriesLabelled(const char* name, const char* value) const {
     return with([&](Field& field) { field.entryName_ = name, field.entryValue_ = value; });
   }
-  /// An absent value is written as null, and the key must be there when read.
+  /// An absent value is written as null. When read, the key must be there.
   [[nodiscard]] constexpr Field nullWhenAbsent() const {
     return with([](Field& field) { field.isNullWhenAbsent_ = true; });
   }
-  /// A container without entries is not written.
+  /// An empty list, table or text is not written.
   [[nodiscard]] constexpr Field leftOutWhenEmpty() const {
     return with([](Field& field) { field.isLeftOutWhenEmpty_ = true; });
   }
@@ -74,11 +74,13 @@ class Field final {
   bool isLeftOutWhenEmpty_ = false;
 };
 
+/// Only for the concept below: accepts every field.
 struct AnyVisitor {
   template <class Value>
   void operator()(Field, Value&&) {}
 };
 
+/// A record with the `describe` shown above.
 template <class Record>
 concept Described = requires(Record& record, AnyVisitor& visit) {
   std::remove_const_t<Record>::describe(record, visit);
@@ -115,7 +117,7 @@ void encode(JsonWriter& json, const std::map<std::string, Value>& values);
 template <Described Record>
 void encode(JsonWriter& json, const Record& record);
 
-/// Writes the fields of a record into an object that is open.
+/// Visitor that writes the fields of a record into an object that the writer has begun.
 class FieldWriter final {
  public:
   explicit FieldWriter(JsonWriter& json) : json_(json) {}
@@ -188,10 +190,10 @@ void decode(const JsonView& json, Record& record);
 [[noreturn]] void throwWrongType(const JsonView& json, const char* wanted);
 [[noreturn]] void throwMissingKey(std::string_view key);
 
-/// Reads the fields of a record out of an object.
+/// Visitor that reads the fields of a record from an object.
 class FieldReader final {
  public:
-  /// Throws PLRError when the value is no object.
+  /// Throws PLRError if the value is not an object.
   explicit FieldReader(const JsonView& json) : members_(json) {
     if (!json.isObject()) throwWrongType(json, "an object");
   }
@@ -209,10 +211,12 @@ class FieldReader final {
     if constexpr (!std::is_const_v<Value>) decode(at(field.key()), value);
   }
 
+  /// Absent if the key is missing.
   [[nodiscard]] std::optional<JsonView> find(std::string_view key) const {
     return members_.find(key);
   }
 
+  /// Throws PLRError if the key is missing.
   [[nodiscard]] JsonView at(std::string_view key) const {
     const std::optional<JsonView> found = find(key);
     if (!found) throwMissingKey(key);

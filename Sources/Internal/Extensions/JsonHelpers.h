@@ -10,7 +10,9 @@
 
 namespace pelorino {
 
-/// Compact JSON. Throws PLRError for what JSON cannot hold.
+// Between values and JSON texts. Any thread.
+
+/// Compact JSON. Throws PLRError if JSON cannot hold the value.
 template <class Value>
 [[nodiscard]] std::string encodeJson(const Value& value) {
   JsonWriter json;
@@ -18,7 +20,7 @@ template <class Value>
   return json.take();
 }
 
-/// The value that the text holds. Throws PLRError when the text is no JSON of that shape.
+/// Reads a value. Throws PLRError if the text is not JSON, or does not fit the type.
 template <class Value>
 [[nodiscard]] Value decodeJson(std::string_view text) {
   Value value{};
@@ -26,7 +28,7 @@ template <class Value>
   return value;
 }
 
-/// Compact JSON; absent for what JSON cannot hold.
+/// Compact JSON; absent if JSON cannot hold the value.
 template <class Value>
 [[nodiscard]] std::optional<std::string> toJSONData(const Value& value) {
   try {
@@ -36,14 +38,14 @@ template <class Value>
   }
 }
 
-/// JSON for people to read; "Error in getting prettyJson" for what JSON cannot hold.
+/// Indented JSON for log lines; "Error in getting prettyJson" if JSON cannot hold the value.
 template <class Value>
 [[nodiscard]] std::string toPrettyJson(const Value& value) {
   const std::optional<std::string> json = toJSONData(value);
   return json ? indentedJson(*json) : "Error in getting prettyJson";
 }
 
-/// The value that the text holds; absent when the text is no JSON of that shape. Says nothing.
+/// Reads a value; absent if the text is not JSON, or does not fit the type. Does not log.
 template <class Value>
 [[nodiscard]] std::optional<Value> from(std::string_view jsonString) {
   try {
@@ -53,11 +55,10 @@ template <class Value>
   }
 }
 
-/// The object that the text holds. Empty for other JSON, and for a text that is no JSON, which is
-/// logged.
+/// Reads an object. Empty if the text is another kind of JSON, or not JSON; the latter is logged.
 [[nodiscard]] AnyCodable::Object toDictionary(std::string_view text);
 
-/// Compact JSON of a dictionary; "Not a valid JSON" for what JSON cannot hold.
+/// Compact JSON of a dictionary; "Not a valid JSON" if JSON cannot hold it.
 [[nodiscard]] std::string json(const AnyCodable::Object& dictionary);
 
 }  // namespace pelorino

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <boost/json/basic_parser_impl.hpp>
-// The one place where the library's JSON parser is compiled.
+// Compiles Boost.JSON, here and nowhere else.
 #include <boost/json/src.hpp>
 #include <charconv>
 #include <cmath>
@@ -27,18 +27,19 @@ Error tooLarge() {
   return boost::json::make_error_code(boost::json::error::array_too_large);
 }
 
-/// The parser's own doubles may be off in the last digit, and it has none for 0e900; this one reads
-/// back what was written. Absent when it is too large, which `approximation` tells from too small.
+/// Reads a number exactly: the parser's own result may be wrong in the last digit, and 0e900 is too
+/// much for it. Absent if the number is too large. `approximation` is the parser's own result.
 std::optional<double> readDouble(std::string_view text, double approximation) {
   double number = 0;
   if (std::from_chars(text.data(), text.data() + text.size(), number).ec == std::errc()) {
     return number;
   }
-  // A number too small for a double is read as nearest to it: zero.
+  // Out of range means too large or too small; too small is zero.
   if (std::abs(approximation) < 1) return 0.0;
   return std::nullopt;
 }
 
+/// False if the digits are not a whole number in the range of `Integer`.
 template <class Integer>
 bool readWhole(std::string_view digits, AnyCodable& value) {
   Integer integer = 0;
@@ -53,14 +54,15 @@ bool readInteger(std::string_view digits, AnyCodable& value) {
   return readWhole<std::int64_t>(digits, value) || readWhole<std::uint64_t>(digits, value);
 }
 
-/// The digits of a number without a fraction, however it is written; else the text itself.
+/// The digits of a whole number, also of one written 2.0 or 2e0. For any other number the text
+/// itself, which readInteger() refuses.
 std::string plainDigits(std::string_view text, double value) {
   if (text.find_first_of("eE") == std::string_view::npos) {
     const std::size_t point = text.find('.');
     const bool isWhole = text.find_first_not_of('0', point + 1) == std::string_view::npos;
     return std::string(isWhole ? text.substr(0, point) : text);
   }
-  // Beyond 2^64 it is no integer of ours, so the longest text fits.
+  // A larger number is no 64-bit integer, so the digits of all others fit below.
   if (value != std::trunc(value) || std::abs(value) >= 0x1p64) return std::string(text);
   std::array<char, 32> digits{};
   const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value,
@@ -73,7 +75,7 @@ AnyCodable numberOf(std::string_view text, double number) {
   return readInteger(plainDigits(text, number), value) ? value : AnyCodable(number);
 }
 
-/// Makes the value of what a text holds.
+/// Builds a value from the parser's events. If an object has a key twice, the last one counts.
 class Builder final {
  public:
   explicit Builder(std::size_t maximumValues) : remaining_(maximumValues) {}
@@ -124,8 +126,8 @@ class Builder final {
   AnyCodable result_;
 };
 
-/// What the parser tells. Without a builder the text is checked, and no more than the number at
-/// hand is kept. One class for both: the parser is a template, and large.
+/// Receives the parser's events. Without a builder it only checks the text and keeps no more than
+/// the present number. One class serves both purposes because the parser is a large template.
 class Handler final {
  public:
   static constexpr std::size_t max_object_size = std::size_t(-1);
@@ -191,14 +193,14 @@ class Handler final {
     return true;
   }
 
-  /// What is kept of a text or a number, with its last part.
+  /// All parts of a text or a number.
   std::string whole(Text last) {
     keep(last);
     return std::exchange(parts_, {});
   }
 
-  Builder* builder_;
-  std::string parts_;
+  Builder* builder_;   ///< Null to check only.
+  std::string parts_;  ///< The parts before the last one.
 };
 
 using Parser = boost::json::basic_parser<Handler>;

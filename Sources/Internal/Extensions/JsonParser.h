@@ -7,18 +7,18 @@
 
 namespace pelorino {
 
-/// Throws PLRError when the text is not exactly one JSON value in valid UTF-8 whose numbers a
-/// double can hold; also for an exponent beyond 32 bits. Of what is nested deeper than
-/// maximumJsonDepth only the brackets and quotes are looked at: nobody can read it. Keeps nothing
-/// in memory.
+/// Checks that the text is exactly one JSON value in valid UTF-8. Throws PLRError if it is not, if
+/// a number is too large for a double, or if an exponent does not fit 32 bits. What is nested
+/// deeper than maximumJsonDepth is not checked beyond its brackets and quotes: nobody can read it.
+/// Builds nothing in memory.
 void checkJson(std::string_view text);
 
-/// Builds the value of such a text. Where a key stands twice in an object, the last one counts.
-/// Also throws for what is nested deeper than maximumJsonDepth, and for more than `maximumValues`
-/// values, which is what bounds the memory.
+/// Checks the text in the same way and builds its value. If an object has a key twice, the last one
+/// counts. Also throws for what is nested deeper than maximumJsonDepth and, to limit the memory,
+/// for more than `maximumValues` values.
 [[nodiscard]] AnyCodable parseJson(std::string_view text, std::size_t maximumValues);
 
-/// Length of the value that the text begins with. Up to the end of a text that breaks off in it.
+/// Length of the value that the text begins with. If the text ends inside it: up to that end.
 [[nodiscard]] std::size_t jsonValueLength(std::string_view json);
 
 }  // namespace pelorino

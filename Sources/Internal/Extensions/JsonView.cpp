@@ -8,7 +8,7 @@
 namespace pelorino {
 namespace {
 
-// At some 150 bytes a value at most, this is what one answer of the backend may cost in memory.
+// Limits the memory for one answer of the backend: a value takes about 150 bytes at most.
 constexpr std::size_t maximumValues = std::size_t{1} << 17U;
 
 }  // namespace

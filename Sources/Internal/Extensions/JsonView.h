@@ -10,11 +10,11 @@
 
 namespace pelorino {
 
-/// A look at one value inside a JSON text that has been found valid. It borrows the text and builds
-/// no tree, so that what nobody asks for costs no memory.
+/// One value inside a JSON text that has been checked. It borrows the text and builds no tree:
+/// values that nobody asks for cost no memory.
 class JsonView final {
  public:
-  /// Throws PLRError when the text is not exactly one JSON value in valid UTF-8.
+  /// Checks the text. Throws PLRError if it is not exactly one JSON value in valid UTF-8.
   explicit JsonView(std::string_view text);
 
   /// The value's own text, without blanks around it.
@@ -28,11 +28,11 @@ class JsonView final {
   [[nodiscard]] bool isList() const { return text_.front() == '['; }
   [[nodiscard]] bool isObject() const { return text_.front() == '{'; }
 
-  /// The value under a key, the last one where it stands twice, as most readers have it. Absent
-  /// when there is none, and for a value that is no object.
+  /// The value of a key, the last one if it is there twice. Absent if there is none, or if this is
+  /// not an object.
   [[nodiscard]] std::optional<JsonView> find(std::string_view key) const;
 
-  /// Calls `each` with every element of a list; nothing for other values.
+  /// Calls `each` with every element of a list. Does nothing for other values.
   template <class Each>
   void forEachElement(Each&& each) const {
     if (!isList()) return;
@@ -40,7 +40,8 @@ class JsonView final {
     while (const auto element = scanner.next()) each(JsonView(Valid{}, *element));
   }
 
-  /// Calls `each` with key and value of every member of an object; nothing for other values.
+  /// Calls `each` with the key and the value of every member of an object. Does nothing for other
+  /// values.
   template <class Each>
   void forEachMember(Each&& each) const {
     if (!isObject()) return;
@@ -50,16 +51,16 @@ class JsonView final {
     }
   }
 
-  /// The value itself. A number without a fraction is an integer, also when written 2.0 or 2e0; one
-  /// beyond both integer ranges is floating. Throws PLRError when there are too many values, or
-  /// some are nested deeper than maximumJsonDepth.
+  /// Builds the value. A whole number becomes an integer, even if it is written 2.0 or 2e0; one
+  /// that no 64-bit integer can hold becomes a double. Throws PLRError if there are too many
+  /// values, or if some are nested deeper than maximumJsonDepth.
   [[nodiscard]] AnyCodable value() const;
 
  private:
-  struct Valid {};
+  struct Valid {};  ///< Marks the constructor for a text that has been checked.
   JsonView(Valid, std::string_view text) : text_(text) {}
 
-  /// Cuts valid JSON into its values, jumping over commas and colons, up to a closing bracket.
+  /// Splits the inside of a valid list or object into keys and values, up to the closing bracket.
   class Scanner final {
    public:
     explicit Scanner(std::string_view text) : rest_(text) {}
@@ -74,20 +75,20 @@ class JsonView final {
   std::string_view text_;
 };
 
-/// The members of an object, cut apart once for many questions. Borrows the text. Empty for a value
-/// that is no object.
+/// The members of an object, split once for many searches. Borrows the text. Empty if the value is
+/// not an object.
 class JsonMembers final {
  public:
   explicit JsonMembers(const JsonView& object);
 
-  /// As JsonView::find().
+  /// See JsonView::find().
   [[nodiscard]] std::optional<JsonView> find(std::string_view key) const;
 
  private:
   std::vector<std::pair<std::string, JsonView>> members_;
 };
 
-/// Whether the text is one JSON object that JsonView can look into.
+/// True if the text is one JSON object that JsonView accepts.
 [[nodiscard]] bool isJsonObject(std::string_view text);
 
 }  // namespace pelorino

@@ -63,7 +63,7 @@ void JsonWriter::close(char bracket) {
 
 void JsonWriter::appendQuoted(std::string_view text) {
   out_ += '"';
-  if (isAscii(text)) {
+  if (isAscii(text)) {  // The common case needs no copy.
     appendEscaped(out_, text);
   } else {
     appendEscaped(out_, repairUtf8(std::string(text)));
@@ -142,7 +142,7 @@ std::string indentedJson(std::string_view json) {
     const char c = json[i];
     if (inText) {
       out += c;
-      if (c == '\\') out += json[++i];
+      if (c == '\\') out += json[++i];  // An escaped quotation mark does not end the text.
       inText = c != '"';
       continue;
     }
@@ -166,6 +166,7 @@ std::string indentedJson(std::string_view json) {
       case '{':
       case '[': {
         out += c;
+        // An empty list or object stays on its line.
         const std::size_t inside = json.find_first_not_of(" \t\r\n", i + 1);
         if (json[inside] == '}' || json[inside] == ']') {
           out += json[i = inside];

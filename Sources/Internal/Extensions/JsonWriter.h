@@ -9,15 +9,16 @@
 
 namespace pelorino {
 
-/// Writes compact JSON straight into one text, without a tree in between. The caller keeps begin
-/// and end in balance; commas and colons come by themselves.
+/// Writes compact JSON directly into one text. The caller must balance begin and end; the writer
+/// adds commas and colons. Bytes of a text that are not valid UTF-8 are replaced by U+FFFD.
 ///
-/// Texts that are no valid UTF-8 are written with U+FFFD in place of the bad bytes.
+/// Threads: one at a time.
+/// Errors:  throws PLRError; the text is then useless.
 class JsonWriter final {
  public:
   JsonWriter() { out_.reserve(initialCapacity); }
 
-  /// Goes on after `begun`, where a value may stand.
+  /// Continues the text `begun`, which must end where a value may begin.
   explicit JsonWriter(std::string begun) : out_(std::move(begun)) {}
 
   void beginObject() { open('{'); }
@@ -30,13 +31,13 @@ class JsonWriter final {
   void boolean(bool value) { raw(value ? "true" : "false"); }
   void integer(std::int64_t value);
   void unsignedInteger(std::uint64_t value);
-  /// Throws PLRError for a number that is not finite: JSON has none.
+  /// Throws PLRError if the number is not finite: JSON has no such numbers.
   void floating(double value);
   void text(std::string_view value);
-  /// Throws PLRError when it holds a number that is not finite or is nested too deep.
+  /// Throws PLRError if it contains a number that is not finite, or if it is nested too deep.
   void value(const AnyCodable& value, std::size_t depth = 0);
 
-  /// Puts in a value that is JSON already.
+  /// Writes a text that is JSON already, without a check.
   void raw(std::string_view json);
 
   [[nodiscard]] std::string take() { return std::move(out_); }
@@ -53,7 +54,7 @@ class JsonWriter final {
   bool needsComma_ = false;
 };
 
-/// The same JSON, laid out in lines of two blanks of indentation a level. `json` is valid.
+/// The same JSON in lines, indented by two blanks for each level. `json` must be valid.
 [[nodiscard]] std::string indentedJson(std::string_view json);
 
 }  // namespace pelorino

@@ -7,7 +7,7 @@
 namespace pelorino {
 namespace {
 
-// Between these two the fewest digits need no exponent to be short.
+// Numbers between these two are written without an exponent.
 constexpr double firstWithExponent = 1e16;
 constexpr double lastWithExponent = 1e-5;
 

@@ -8,8 +8,8 @@ namespace pelorino {
 void appendNumber(std::string& out, std::int64_t value);
 void appendNumber(std::string& out, std::uint64_t value);
 
-/// The fewest digits that read back as the same number, always with a fraction or an exponent, so
-/// that it cannot be taken for an integer: 0.1, 2.0, 1e+22.
+/// Writes the fewest digits that give the same number when read. There is always a fraction or an
+/// exponent, so that the number is not taken for an integer: 0.1, 2.0, 1e+22.
 void appendNumber(std::string& out, double value);
 
 }  // namespace pelorino

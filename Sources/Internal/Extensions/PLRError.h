@@ -5,7 +5,7 @@
 
 namespace pelorino {
 
-/// The library's one error: a text, fixed at creation. It never reaches the host.
+/// The library's only exception type: a text. It never reaches the host.
 class PLRError final : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

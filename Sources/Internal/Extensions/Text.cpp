@@ -34,13 +34,13 @@ struct Sequence {
   bool wellFormed;
 };
 
-/// The well-formed sequence at `at`, or the longest beginning of one.
+/// The sequence of bytes at `at`: a whole character, or as many bytes as could begin one.
 Sequence sequenceAt(std::string_view text, std::size_t at) {
   const std::uint8_t lead = byteAt(text, at);
   if (isAscii(lead)) return {1, true};
   if (lead < 0xC2 || lead > 0xF4) return {1, false};
   const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  // The second byte's range excludes overlong forms, surrogates and what is beyond U+10FFFF.
+  // The range of the second byte excludes overlong forms, surrogates and values above U+10FFFF.
   std::uint8_t low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   std::uint8_t high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   for (std::size_t i = 1; i < length; ++i) {
@@ -93,14 +93,15 @@ std::size_t skipClean(std::string_view text, std::size_t at) {
   return at;
 }
 
-/// End of the grapheme cluster that begins at `at`. A break may be judged from its cluster alone,
-/// so nothing before `at` matters.
+/// End of the grapheme cluster that begins at `at`. The text before `at` does not matter: a cluster
+/// alone decides where it ends.
 std::size_t clusterEnd(std::string_view text, std::size_t at) {
   CodePoint before = codePointAt(text, at);
   at += before.length;
   utf8proc_int32_t state = 0;
   while (at < text.size()) {
     const std::uint8_t next = byteAt(text, at);
+    // Fast path: two ASCII characters are two clusters, except CR LF.
     if (before.value < 0x80 && isAscii(next) && !(before.value == '\r' && next == '\n')) break;
     const CodePoint after = codePointAt(text, at);
     if (utf8proc_grapheme_break_stateful(before.value, after.value, &state)) break;

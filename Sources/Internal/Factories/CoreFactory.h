@@ -12,19 +12,20 @@
 
 namespace pelorino {
 
-/// Holds the four base objects and makes the repositories, each on its first use and once, so that
-/// all users of a table share one cache.
+/// Owns the four base objects and the repositories. Each repository is made once, on its first use:
+/// everyone who uses a table must share one cache.
 ///
 /// Threads: the incomeQueue only.
 class CoreFactory final {
  public:
-  /// Opens the database, and makes or upgrades its tables. Throws what that throws.
+  /// Opens the database, and makes or upgrades its tables. Throws when that fails.
   explicit CoreFactory(const std::string& applicationKey);
 
   [[nodiscard]] LifeCycleRepository& lifeCycle() { return lifeCycle_; }
   [[nodiscard]] BackendProtocol& backend() { return backend_; }
   [[nodiscard]] PlatformProtocol& platform() { return platform_; }
 
+  /// The repository of this type; valid as long as this object.
   template <class Repository>
   [[nodiscard]] Repository& get() {
     auto& made = repositories_[typeid(Repository)];

@@ -22,9 +22,9 @@
 
 namespace pelorino {
 
-/// Makes and owns the services of a run.
+/// Owns the services of a run. All arguments are borrowed and must outlive it.
 ///
-/// Threads: the incomeQueue, except where a service says otherwise.
+/// Threads: the incomeQueue only.
 class ServiceFactory final {
  public:
   ServiceFactory(Run& run, CoreFactory& core, StateManager& state, const Clock& clock,

@@ -30,8 +30,10 @@ std::shared_ptr<User> CoreHelper::defineDefaultUser() {
 
 std::shared_ptr<User> CoreHelper::activateUser(std::shared_ptr<User> user) {
   if (project_.activeUserId == user->idKey) return user;
-  resetClouser_();  // First: a process that dies in between leaves nobody another's identifiers.
-  // A user without a row is active in memory only: the next process must find the one before.
+  // The reset comes first: if the process dies in between, the new user must not get the
+  // identifiers of the old one.
+  resetClouser_();
+  // A user without a row is active in memory only: the next start must find the last stored one.
   if (user->idKey != notStoredRowId) {
     project_.activeUserId = user->idKey;
     projectRepository_.update(project_);
@@ -47,7 +49,7 @@ std::shared_ptr<User> CoreHelper::getCurrentUser() {
     if (found != projectUsers_.end()) activeUser_ = *found;
   }
   // The row of the last active user may never have been stored. Search by name before inserting:
-  // names are unique in the table.
+  // names are unique in a project.
   if (!activeUser_) activeUser_ = findRequestedUser();
   if (!activeUser_) activeUser_ = insertUser();
   return activeUser_;
@@ -59,7 +61,7 @@ std::shared_ptr<User> CoreHelper::getByAccountingType(const std::shared_ptr<User
     return current;
   }
   if (auto known = findRequestedUser()) return known;
-  if (current->isDefaultUser) {  // The first named user takes over its row and history.
+  if (current->isDefaultUser) {  // The first named user takes over the default user's row.
     changeUserState(*current);
     return current;
   }
@@ -81,6 +83,7 @@ std::shared_ptr<User> CoreHelper::insertUser() {
 
 void CoreHelper::changeUserState(User& user) {
   resetClouser_();
+  // The row stays the same: what is stored for the user goes on under the new name.
   user.previousUserId = user.userId;
   user.userId = userId_;
   user.isDefaultUser = setByDefault_;

@@ -11,25 +11,27 @@
 
 namespace pelorino {
 
-/// Decides which stored user an identifier means, and creates what is missing. Made for one
-/// decision and dropped after it.
+/// Finds the user that an identifier means, or makes one. Use one object for one decision.
 ///
-/// Threads: the incomeQueue only. The repositories outlive it.
+/// Threads: the incomeQueue only.
+/// Owns:    nothing: the project and the repositories are borrowed.
+/// Errors:  a user that cannot be stored is returned, too; its `idKey` is -1.
 class CoreHelper final {
  public:
-  /// `setByDefault`: the identifier is the device's, not one from the host.
+  /// `setByDefault`: the identifier is the device's, not one from the host. `resetClouser` makes
+  /// the backend's identifiers absent.
   CoreHelper(std::string userId, Project& project, bool setByDefault,
              ProjectRepository& projectRepository, UserRepository& userRepository,
              std::function<void()> resetClouser);
 
-  /// The user that becomes active for an identifier; it takes over or makes a row where the
-  /// accounting of the project says so.
+  /// Returns the user to activate. It may rename the current user or insert a new one: that depends
+  /// on whether the project counts users. With `setByDefault` the current user stays.
   [[nodiscard]] std::shared_ptr<User> defineActiveUser();
 
-  /// The user who stands for the device, for a host that names none on purpose.
+  /// Returns the default user, who stands for the device.
   [[nodiscard]] std::shared_ptr<User> defineDefaultUser();
 
-  /// Makes `user` the project's active one; a change resets the backend identifiers.
+  /// Makes `user` the project's active one. A change resets the backend's identifiers.
   std::shared_ptr<User> activateUser(std::shared_ptr<User> user);
 
  private:

@@ -14,14 +14,14 @@ CoreManager::CoreManager(std::string applicationKey, ProjectRepository& projectR
       clock_(clock) {}
 
 std::shared_ptr<Project> CoreManager::createOrActivateProject() {
-  // The time when the process first asked for defaults.
+  // One time for the whole process, however often the library starts.
   static const std::int64_t time = clock_.milliseconds();
   const auto setTime = [](Config& config) {
     if (config.serverTime == 0) config.serverTime = time;
   };
   for (const auto& project : projectRepository_.list()) {
     if (project->applicationKey != applicationKey_) continue;
-    setTime(project->configuration);  // Of one that could not be read.
+    setTime(project->configuration);  // A stored text that cannot be decoded gives the defaults.
     return project;
   }
   auto project = std::make_shared<Project>(applicationKey_);

@@ -47,6 +47,7 @@ void DeviceManager::updateDeviceIdentifiers(const DeviceIdentifiers& identifiers
 }
 
 std::optional<DeviceData> DeviceManager::getDeviceData() {
+  // The platform's handler holds the other reference until it has been called or dropped.
   const bool isStillToCome = overdue_.use_count() > 1;
   if (isStillToCome && !overdue_->data.get()) return std::nullopt;
   overdue_.reset();

@@ -13,28 +13,30 @@
 
 namespace pelorino {
 
-/// Owns the device identifiers of a project, the device data and the mark of the library's version.
+/// Reads and stores the device identifiers of a project, the device data and the version of the
+/// library that ran last.
 ///
-/// Threads: the incomeQueue only. getDeviceData() can hold it up for up to 20 seconds.
+/// Threads: the incomeQueue only. getDeviceData() can block it for up to 20 seconds.
 class DeviceManager final {
  public:
   DeviceManager(IdentifiersRepository& identifiersRepository, ToolsRepository& toolsRepository,
                 PlatformProtocol& platform, Executor& executor);
 
-  /// The project's row, made when there is none. When the platform names another device than the
-  /// row, the row's becomes the previous one and the backend's identifiers are absent again.
+  /// Returns the project's row, and inserts it if there is none. Updates a row that names another
+  /// device than the platform does: the old identifier becomes the previous one, and the backend's
+  /// identifiers become absent.
   std::shared_ptr<DeviceIdentifiers> initializeDeviceId(const Project& project);
 
   void updateDeviceIdentifiers(const DeviceIdentifiers& identifiers);
 
-  /// Waits for the platform's answer; absent when it does not come in time. While one is overdue
-  /// the platform is not asked again, and nobody waits.
+  /// Waits for the platform's answer; absent when it does not come in time. While that answer is
+  /// missing, later calls return at once without one and do not ask again.
   [[nodiscard]] std::optional<DeviceData> getDeviceData();
   [[nodiscard]] ApplicationData getAppData();
   [[nodiscard]] IdentifierData getIdentifiersData();
 
-  /// Whether the library that ran last was another version. Absent on the first run; the mark is
-  /// brought up to date.
+  /// Whether the library that ran last had another version; absent on the first run. Stores the
+  /// present version.
   std::optional<bool> sdkVersionIsChanged();
 
   static constexpr std::chrono::seconds deviceDataTimeout{20};
@@ -42,7 +44,8 @@ class DeviceManager final {
  private:
   std::shared_ptr<DeviceIdentifiers> identifiersOf(const Project& project) const;
 
-  /// An answer and the wait for it. The answer may come after nobody waits any more.
+  /// An answer and the wait for it. Shared with the platform's handler: the answer may come after
+  /// the wait has ended.
   struct PendingDeviceData {
     std::unique_ptr<Semaphore> arrived;
     Guarded<std::optional<DeviceData>> data{};
@@ -52,7 +55,7 @@ class DeviceManager final {
   ToolsRepository& toolsRepository_;
   PlatformProtocol& platform_;
   Executor& executor_;
-  std::shared_ptr<PendingDeviceData> overdue_;
+  std::shared_ptr<PendingDeviceData> overdue_;  ///< Null when no answer is overdue.
 };
 
 }  // namespace pelorino

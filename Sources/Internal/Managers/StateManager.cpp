@@ -27,6 +27,7 @@ StateManager::StateManager(DeviceManager& deviceManager, CoreManager& coreManage
     Logger::writeLog(PLRLogLevel::debug, "SDK version updated");
   }
   activeProject_ = coreManager_.createOrActivateProject();
+  // Every other row refers to the project.
   if (activeProject_->idKey == notStoredRowId)
     throw std::runtime_error("the project cannot be stored");
   deviceManager_.initializeDeviceId(*activeProject_);
@@ -40,7 +41,7 @@ StateManager::StateManager(DeviceManager& deviceManager, CoreManager& coreManage
     deviceManager_.updateDeviceIdentifiers(*identifiers);
   };
   coreManager_.onIndetifiersReset = resetClouser_;
-  activeUser_ = chooseUser(userId);
+  activeUser_ = chooseUser(userId);  // Last: it may reset the identifiers.
 }
 
 std::shared_ptr<User> StateManager::chooseUser(const std::optional<std::string>& userId) {
@@ -76,6 +77,7 @@ void StateManager::activateUser(const std::shared_ptr<User>& user) {
 }
 
 void StateManager::replaceUserId(const std::shared_ptr<User>& user, const std::string& userId) {
+  // The backend gave the identifiers to the old name.
   if (user->idKey == activeUser_->idKey) {
     activeUser_ = user;
     updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);

@@ -15,17 +15,17 @@
 
 namespace pelorino {
 
-/// Holds the project and the user that are active now; every service reads them from here.
+/// Holds the active project and the active user. All services read them from here.
 ///
-/// Invariant: the active project's `activeUserId` is the row id of the active user, stored. A
-/// change of the active user makes the backend's identifiers of the device absent.
+/// The active project's `activeUserId` is the row id of the active user, unless the disk has
+/// refused that user's row. When the active user changes, the backend's identifiers become absent.
 ///
 /// Threads: the incomeQueue only.
 class StateManager final {
  public:
-  /// Finds or makes the project, the device identifiers and the active user. `userId`: absent keeps
-  /// the user of last time, the empty text asks for the default user. Throws std::runtime_error
-  /// when the project can be neither read nor stored.
+  /// Finds or makes the project, the device identifiers and the active user. Without a `userId` the
+  /// last user stays active; the empty text means the default user. Throws std::runtime_error when
+  /// the project can be neither read nor stored.
   StateManager(DeviceManager& deviceManager, CoreManager& coreManager,
                UserRepository& userRepository, const std::optional<std::string>& userId,
                std::function<bool()> isEditorMode);
@@ -33,8 +33,8 @@ class StateManager final {
   [[nodiscard]] bool isEditorMode() const { return isEditorMode_(); }
   [[nodiscard]] const std::shared_ptr<Project>& getActiveProject() const { return activeProject_; }
   [[nodiscard]] const std::shared_ptr<User>& getActiveUser() const { return activeUser_; }
-  /// The row of the active project, made or brought up to date when the platform names another
-  /// device than the row.
+  /// The row of the active project. Inserts or updates it when the platform names another device;
+  /// see DeviceManager::initializeDeviceId().
   [[nodiscard]] std::shared_ptr<DeviceIdentifiers> getActiveDeviceIdentifiers();
   /// All users of the active project, in order of insertion.
   [[nodiscard]] std::vector<std::shared_ptr<User>> getProjectUsers() const;
@@ -43,21 +43,22 @@ class StateManager final {
 
   /// Makes the user of this identifier active; the empty text means the default user.
   void activateUser(const std::string& userId);
-  /// Makes this user of the project active, whatever the accounting of the project.
+  /// Makes this stored user active, whether or not the project counts users.
   void activateUser(const std::shared_ptr<User>& user);
+  /// Renames the user, who is then no default user.
   void replaceUserId(const std::shared_ptr<User>& user, const std::string& userId);
 
-  /// Stores an active user whose row the disk has refused. False when it still does: nobody would
-  /// find what is stored for such a user.
+  /// Inserts the active user's row if the disk has refused it before. False when it still does.
+  /// Then store nothing for this user: the next start would not find it.
   [[nodiscard]] bool ensureActiveUserIsStored() {
     return coreManager_.ensureStored(activeUser_, *activeProject_);
   }
 
-  /// What travels beside a request for this user.
+  /// The identifiers for the headers of a request about this user.
   [[nodiscard]] Identifiers getIdentifiers(const User& user);
   [[nodiscard]] Versions getVersion() const;
   [[nodiscard]] ApplicationData getAppData() const { return deviceManager_.getAppData(); }
-  /// The event but for its time. Absent when the device data cannot be had in time.
+  /// The event without its time. Absent when the device data does not come in time.
   [[nodiscard]] std::optional<DeviceInfo> getDeviceInfo() const;
   [[nodiscard]] std::optional<DeviceData> getDeviceData() const {
     return deviceManager_.getDeviceData();
@@ -75,7 +76,7 @@ class StateManager final {
   UserRepository& userRepository_;
   std::function<bool()> isEditorMode_;
   std::shared_ptr<Project> activeProject_;
-  CoreManager::IdentifiersReset resetClouser_;  ///< Writes the backend's identifiers.
+  CoreManager::IdentifiersReset resetClouser_;  ///< Stores the backend's identifiers.
   std::shared_ptr<User> activeUser_;
 };
 

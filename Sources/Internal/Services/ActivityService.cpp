@@ -11,7 +11,7 @@ bool opensNewSession(std::optional<std::int64_t> lastBackgroundTime, std::int64_
                      std::int64_t sessionTimeout) {
   if (!lastBackgroundTime) return true;
   std::int64_t gap = 0;
-  // Stored times may be anything: a gap that cannot be told has the sign of `now`.
+  // Stored times may be any number. A gap too large for 64 bits has the sign of `now`.
   if (__builtin_sub_overflow(now, *lastBackgroundTime, &gap)) return now > 0;
   return gap > sessionTimeout;
 }
@@ -32,7 +32,7 @@ std::optional<bool> ActivityService::startActivity() {
   const auto timeout = stateManager_.getActiveProject()->configuration.sessionTimeout;
   if (!opensNewSession(user->lastBackgroundTime, now, timeout)) return false;
   user->sessionId = now;
-  user->lastBackgroundTime = now;
+  user->lastBackgroundTime = now;  // A process that dies soon leaves a time to count from.
   userRepository_.update(*user);
   return true;
 }
@@ -45,6 +45,7 @@ std::optional<std::int64_t> ActivityService::stopActivity() {
     return std::nullopt;
   }
   const std::int64_t now = clock_.milliseconds();
+  // In floating point, since stored times may be any number: their difference must not overflow.
   const double seconds =
       (static_cast<double>(now) - static_cast<double>(*user->lastForegroundTime)) / 1000;
   user->lastBackgroundTime = now;

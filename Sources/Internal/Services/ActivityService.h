@@ -10,28 +10,31 @@
 
 namespace pelorino {
 
-/// Whether a session that was last seen active at `lastBackgroundTime` ends before `now`. A gap of
-/// exactly the time-out continues it, and so does a clock that was set back. Milliseconds.
+/// Whether a new session begins at `now`: true without a `lastBackgroundTime`, or when it is more
+/// than `sessionTimeout` ago. A clock that was set back continues the session. All in milliseconds.
 [[nodiscard]] bool opensNewSession(std::optional<std::int64_t> lastBackgroundTime, std::int64_t now,
                                    std::int64_t sessionTimeout);
 
-/// Keeps the flag of activity and the session's times on the active user.
+/// Tracks whether the application is in the foreground. Keeps the times of the session in the
+/// active user.
 ///
 /// Threads: the incomeQueue only.
 class ActivityService final {
  public:
   ActivityService(StateManager& stateManager, UserRepository& userRepository, const Clock& clock);
 
-  /// In memory only: false at each start of the process.
+  /// In memory only: false when a run begins.
   [[nodiscard]] bool isActive() const { return isActive_; }
 
-  /// Whether a new session was opened; absent when activity runs already.
+  /// Returns whether a new session began; absent when the application was active already.
   std::optional<bool> startActivity();
 
-  /// Whole seconds of this stay in the foreground; absent when none was running.
+  /// Returns the whole seconds since startActivity(); absent when the application was not active,
+  /// or when the time of its start is missing, which is logged.
   std::optional<std::int64_t> stopActivity();
 
-  /// Notes that the user is still there, so that a process that dies has a time to count from.
+  /// Stores the present time as the last one in the foreground. If the process dies, the next start
+  /// counts from it.
   void updateLastBackgroundTime();
 
  private:

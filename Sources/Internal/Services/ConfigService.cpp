@@ -13,8 +13,8 @@
 namespace pelorino {
 namespace {
 
-constexpr std::int64_t sdkConfigTimeout = 60;   ///< Seconds of one unit of waiting.
-constexpr std::int64_t longestConfigWait = 10;  ///< In those units.
+constexpr std::int64_t sdkConfigTimeout = 60;   ///< Seconds that each failure adds to the wait.
+constexpr std::int64_t longestConfigWait = 10;  ///< Times sdkConfigTimeout.
 
 template <class... Handlers>
 struct Overloaded : Handlers... {
@@ -59,7 +59,7 @@ void ConfigService::retryConfig() {
         seconds);
   });
   sdkConfigAttempt_ = std::min(sdkConfigAttempt_ + 1, longestConfigWait);
-  // Over the incomeQueue, which alone may look at the project and the user.
+  // Starts on the incomeQueue again: only there may the project and the user be read.
   configRetry_ =
       executor_.after(std::chrono::seconds(seconds), run_.callback([this] { receiveSdkConfig(); }));
 }
@@ -79,7 +79,7 @@ void ConfigService::receiveUserBackendIds() {
       .identifiers = stateManager_.getIdentifiers(user),
       .userIdKey = user.idKey};
   run_.add(QueueManager::configQueue(), [this, request] {
-    retryTimerTask_.set(nullptr);
+    retryTimerTask_.set(nullptr);  // The timer of the last cycle, which has fired.
     getBackendIdentifiers(1, request);
   });
 }
@@ -116,7 +116,8 @@ void ConfigService::retryIdentifiers(std::int64_t attempt, std::int64_t millisec
   Logger::writeLog(PLRLogLevel::debug, [&] {
     return fmt::format("BackendIdentifiers: let's retry after: {}", milliseconds);
   });
-  // The backend's number may be anything: requests must not chase each other, nor wait for ever.
+  // The backend may send any number. Requests must not follow each other without a pause, and the
+  // wait must fit the clock.
   constexpr std::chrono::milliseconds shortestWait{100};
   constexpr std::chrono::milliseconds longestWait = std::chrono::days(3650);
   const auto wait = std::clamp(std::chrono::milliseconds(milliseconds), shortestWait, longestWait);
@@ -134,7 +135,7 @@ void ConfigService::stopRequestProcess() {
 
 void ConfigService::applyIdentifiers(const BackendIdentifiers::Identifiers& identifiers,
                                      std::int64_t userIdKey) {
-  backendIDsRequestInProcess_ = false;
+  backendIDsRequestInProcess_ = false;  // First: a new cycle may have to begin below.
   if (!stateManager_.getActiveProject()->trackingAvailable) {
     Logger::writeLog(PLRLogLevel::info,
                      "BackendIdentifiers: The query result was not applied. Tracking is Disabled");

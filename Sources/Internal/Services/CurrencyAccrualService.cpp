@@ -57,7 +57,8 @@ std::optional<CurrencyAccrualService::ResourcesBySource> CurrencyAccrualService:
   ResourcesBySource sums;
   for (const auto& row : currencyAccrualResourcesRepository_.ofUser(user.idKey)) {
     if (row->type != type) continue;
-    // Rows that could not be deleted come back beside a new one of their kind.
+    // There may be two rows of the same kind: one that the disk refused to delete comes back with
+    // the next start.
     std::int64_t& sum = sums[row->source][row->name];
     sum = boundedSum(sum, row->amount).amount;
   }

@@ -16,31 +16,32 @@
 
 namespace pelorino {
 
-/// The currency that users have earned and bought since it was last reported: one sum for each
-/// name, source and type, stored at each change.
+/// The currency that users earned and bought since the last report: one sum for each user, name,
+/// source and type. Each change is stored at once.
 ///
 /// Threads: the incomeQueue only.
 class CurrencyAccrualService final {
  public:
-  /// Amounts by the name of the currency, by the name of the source.
+  /// Source, then currency, then amount.
   using ResourcesBySource = std::map<std::string, Resources>;
 
   CurrencyAccrualService(StateManager& stateManager,
                          CurrencyAccrualResourcesRepository& currencyAccrualResourcesRepository,
                          const Clock& clock);
 
-  /// Adds to the sums of the active user at the present time, whatever user and time the resource
-  /// names. Nothing is added while tracking is off.
+  /// Adds an amount to the sums of the active user. The resource's own user and time are replaced.
+  /// Does nothing while tracking is off, or when the disk refuses the user's row.
   void addCurrencyAccrual(CurrencyAccrualResource resource);
 
-  /// Whether the active user has sums.
+  /// True if the active user has sums.
   [[nodiscard]] bool isContainsCurrencyAccrual() const;
 
   /// The user's sums of this type; absent when there are none.
   [[nodiscard]] std::optional<ResourcesBySource> getEarnedResources(const User& user) const;
   [[nodiscard]] std::optional<ResourcesBySource> getBoughtResources(const User& user) const;
 
-  /// When the user's sums last grew, in milliseconds since 1970; absent when there are none.
+  /// The time of the last change of the user's sums, in milliseconds since 1970; absent when there
+  /// are none.
   [[nodiscard]] std::optional<std::int64_t> getLastCreatedTime(const User& user) const;
 
   void removeResourcesForActiveUser();

@@ -9,6 +9,7 @@ namespace {
 
 using Uuids = std::set<std::string>;
 
+/// Never destroyed: a queue may still use it while the process exits.
 Guarded<Uuids>& delivered() {
   static auto& uuids = *new Guarded<Uuids>;
   return uuids;

@@ -4,11 +4,11 @@
 
 namespace pelorino {
 
-/// Reports that the backend has accepted, but whose row may still be stored: never send them again.
-/// The disk may refuse to delete the row, or the next run of the library may have read it before it
-/// was deleted.
+/// The uuids of reports that the backend has accepted, but whose row may still be stored: they must
+/// not be sent again. The disk may have refused to delete the row, or the next run may have read it
+/// before it was deleted.
 ///
-/// Threads: any. Process-wide: it outlives a run.
+/// Threads: any. It belongs to the process and outlives a run.
 class DeliveredReports final {
  public:
   DeliveredReports() = delete;

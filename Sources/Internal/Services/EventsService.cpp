@@ -48,6 +48,8 @@ bool EventsService::passesGates(const Storable& event) const {
 void EventsService::createEventForUser(const Storable& event, const User& user) {
   if (!passesGates(event)) return;
   const bool isActive = &user == stateManager_.getActiveUser().get();
+  // An event without a stored user would belong to nobody after a restart. Only the active user can
+  // be without a row.
   if (isActive && !stateManager_.ensureActiveUserIsStored()) return;
   const auto object = std::make_shared<EventObject>();
   object->code = event.code();

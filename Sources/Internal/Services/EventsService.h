@@ -11,17 +11,18 @@
 
 namespace pelorino {
 
-/// Turns event values into stored rows, past the gates of tracking and of the configuration.
+/// Stores events, unless tracking is off or the configuration excludes all events.
 ///
 /// Threads: the incomeQueue only.
+/// Errors:  an event that is not stored is logged.
 class EventsService final {
  public:
   EventsService(StateManager& stateManager, EventRepository& eventRepository);
 
-  /// Called, within addEvent, when a user has enough stored events to be sent.
+  /// Called within addEvent() when the user has enough stored events for a report.
   std::function<void()> onFullStackAction;
 
-  /// Stores the event for the active user, or for the given one.
+  /// Stores an event of the active user, or of the given one.
   void addEvent(const Storable& event);
   void addEvent(const Storable& event, const User& user);
 

@@ -12,7 +12,8 @@
 
 namespace pelorino {
 
-/// The sums that users collect within a level: one for each name and type, stored at each change.
+/// The amounts that users spent, earned and bought within their level: one sum for each user, name
+/// and type. Each change is stored at once.
 ///
 /// Threads: the incomeQueue only.
 class LevelResourceService final {
@@ -20,11 +21,12 @@ class LevelResourceService final {
   LevelResourceService(StateManager& stateManager,
                        LevelResourcesRepository& levelResourcesRepository);
 
-  /// Adds to the sums of the active user, whatever user the resource names. Nothing is added while
-  /// tracking or the user's aggregation is off.
+  /// Adds an amount to the sums of the active user. The resource's own user is replaced. Does
+  /// nothing while tracking or the user's aggregation is off, or when the disk refuses the user's
+  /// row.
   void addLevelResource(LevelResource resource);
 
-  /// The active user's sums of this type by their names; absent when there are none.
+  /// The active user's sums of this type; absent when there are none.
   [[nodiscard]] std::optional<Resources> getSpentResources() const;
   [[nodiscard]] std::optional<Resources> getEarnedResources() const;
   [[nodiscard]] std::optional<Resources> getBoughtResources() const;

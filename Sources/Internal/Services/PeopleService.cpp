@@ -45,7 +45,7 @@ std::int64_t sumOf(const std::string& key, std::int64_t saved, std::int64_t incr
 double sumOf(const std::string& key, double saved, double increment) {
   constexpr double limit = std::numeric_limits<double>::max();
   const double sum = saved + increment;
-  if (sum > -limit && sum < limit) return sum;
+  if (sum > -limit && sum < limit) return sum;  // Not true for an infinite sum.
   logOverflow(key);
   return sum > 0 ? limit : -limit;
 }
@@ -54,7 +54,7 @@ bool isNumber(const PeopleValueType& value) {
   return value.get<std::int64_t>() != nullptr || value.get<double>() != nullptr;
 }
 
-/// Absent for values that cannot be added.
+/// Absent if one of the values is not a number.
 std::optional<PeopleValueType> sumOf(const std::string& key, const PeopleValueType& saved,
                                      const PeopleValueType& increment) {
   const auto* left = saved.get<std::int64_t>();
@@ -74,7 +74,7 @@ PeopleService::PeopleService(StateManager& stateManager, PeopleRepository& peopl
 PeopleService::Card PeopleService::activeCard() {
   const auto& user = stateManager_.getActiveUser();
   if (Card stored = peopleRepository_.findOfUser(user->idKey)) return stored;
-  if (userOfNewCard_ != user) {
+  if (userOfNewCard_ != user) {  // Another user has become active since the last refusal.
     newCard_ = std::make_shared<PeopleCard>();
     userOfNewCard_ = user;
   }
@@ -83,7 +83,7 @@ PeopleService::Card PeopleService::activeCard() {
   return card;
 }
 
-/// A card that the disk refuses, or whose user it has refused, waits for the next occasion.
+/// If the disk refuses the card or its user, the card stays in memory. The next access tries again.
 void PeopleService::insert(const Card& card) {
   if (!stateManager_.ensureActiveUserIsStored()) return;
   card->userId = userOfNewCard_->idKey;
@@ -200,7 +200,7 @@ void PeopleService::clearUser() {
   const std::string cheater(rawValue(PeopleReservedKeys::cheater));
   auto mark = card->properties.extract(cheater);
   card->properties.clear();
-  card->cleared = true;
+  card->cleared = true;  // The changed keys stay listed: a key without a value is not sent.
   if (mark) card->properties.insert(std::move(mark));
   storeUpdated(card);
   if (onClearedCard) onClearedCard();

@@ -13,9 +13,9 @@
 
 namespace pelorino {
 
-/// The card of the active user: its values, and what of it the backend has not been told yet. Every
-/// operation finds the card by the user who is active then, and makes an empty one on demand, also
-/// to read. Each change is stored before the operation returns.
+/// The card of the active user: its values, and which of them the backend does not know yet. Each
+/// operation looks up the card of the user who is active at that time. If there is none, it makes
+/// an empty one, also when it only reads. Each change is stored before the operation returns.
 ///
 /// Threads: the incomeQueue only.
 class PeopleService final {
@@ -24,35 +24,36 @@ class PeopleService final {
 
   PeopleService(StateManager& stateManager, PeopleRepository& peopleRepository);
 
-  /// Called, within the operation, when the card has been cleared.
+  /// Called within clearUser().
   std::function<void()> onClearedCard;
-  /// Called, within the operation, when the user has been marked as a cheater or no cheater.
+  /// Called within setValue() when the cheater mark has changed.
   std::function<void()> didChangeCheaterMark;
 
-  /// Something was written since the last transmission.
+  /// True if the card was written since the last transmission.
   [[nodiscard]] bool isNeedToSend();
-  /// The card was cleared since the last transmission.
+  /// True if the card was cleared since the last transmission.
   [[nodiscard]] bool isNeedToClear();
 
-  /// What to transmit: the whole card, or the entries that have changed. From here on nothing
+  /// Returns the whole card, or only the entries that have changed. Writes: afterwards no entry
   /// counts as changed.
   [[nodiscard]] PeopleProperties getParameters(bool needFullCard);
 
-  // What follows a transmission.
+  // To be called after a transmission.
   void removeNulls();
   void unmarkUpdated();
   void unmarkCleared();
 
-  /// A value that the key holds already changes nothing.
+  /// Does nothing if the key has this value already.
   void setValue(const std::string& key, const PeopleValueType& value);
-  /// With nothing when the key is missing or unset.
+  /// Calls the handler before it returns; without a value when the key is missing or unset.
   void getValue(const std::string& key, const ValueHandler& handler);
-  /// Adds to a number; a missing key takes the increment as its value. A sum beyond what a number
-  /// can hold stops at the limit. Any other saved value stays, with a line in the log.
+  /// Adds to a number. A missing key gets the increment as its value. A sum beyond the limits of
+  /// its type stops at the limit. A saved value that is not a number does not change, with a log
+  /// line.
   void increment(const std::string& key, const PeopleValueType& value);
-  /// The keys stay as null markers until they have been transmitted, also those that never existed.
+  /// Sets the keys to null, even those that had no value. The nulls stay until they are sent.
   void unset(const std::vector<std::string>& properties);
-  /// Empties the card but for the cheater mark.
+  /// Removes all values but the cheater mark.
   void clearUser();
 
   void removeInactiveUserData(std::span<const RowId> userIds);
@@ -63,13 +64,13 @@ class PeopleService final {
   [[nodiscard]] Card activeCard();
   void insert(const Card& card);
   void store(const Card& card);
-  /// After a change of the properties.
+  /// Stores the card after a change of its properties.
   void storeUpdated(const Card& card);
 
   StateManager& stateManager_;
   PeopleRepository& peopleRepository_;
-  Card newCard_;                         ///< The active user's, while it has no row.
-  std::shared_ptr<User> userOfNewCard_;  ///< Null without such a card.
+  Card newCard_;                         ///< The active user's card while it has no row.
+  std::shared_ptr<User> userOfNewCard_;  ///< Null if there is no such card.
 };
 
 }  // namespace pelorino

@@ -15,6 +15,7 @@ Config mergedConfig(const Config& stored, Config received) {
   const bool sameExclude = stored.exclude && received.exclude
                                ? stored.exclude->version == received.exclude->version
                                : !stored.exclude && !received.exclude;
+  // An equal version means that the backend has left the content out.
   if (sameExclude) received.exclude = stored.exclude;
   if (received.sbsConfigVersion == stored.sbsConfigVersion) received.sbsBundles = stored.sbsBundles;
   return received;
@@ -27,6 +28,7 @@ ProjectService::ProjectService(StateManager& stateManager, ProjectRepository& pr
       realPaymentRepository_(realPaymentRepository) {}
 
 void ProjectService::setTrackingAvailable(bool available) {
+  // The decision holds for the whole program, whatever the application key.
   for (const auto& project : projectRepository_.list()) {
     project->trackingAvailable = available;
     projectRepository_.update(*project);

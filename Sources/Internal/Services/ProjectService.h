@@ -10,11 +10,11 @@
 
 namespace pelorino {
 
-/// The record that is in force when `received` has come in after `stored`. The backend leaves out
-/// exclusions and store products whose version the client has already told it.
+/// The configuration to use when `received` follows `stored`. The backend leaves out exclusions and
+/// store products whose version has not changed; they are taken from `stored`.
 [[nodiscard]] Config mergedConfig(const Config& stored, Config received);
 
-/// Reads and changes the stored state of the application keys.
+/// Reads and changes the stored state of the active project.
 ///
 /// Threads: the incomeQueue only.
 class ProjectService final {
@@ -22,23 +22,24 @@ class ProjectService final {
   ProjectService(StateManager& stateManager, ProjectRepository& projectRepository,
                  RealPaymentRepository& realPaymentRepository);
 
-  /// Switches tracking for every project on the device, not only the active one.
+  /// Switches tracking for all projects in the database, not only for the active one.
   void setTrackingAvailable(bool available);
   [[nodiscard]] bool getTrackingAvailable() const;
 
   [[nodiscard]] bool userCounting() const;
 
-  /// Limit of parameters of a custom event.
+  /// The largest number of parameters of a custom event.
   [[nodiscard]] std::int64_t paramsCount() const;
 
-  /// Puts a configuration from the backend in force, its exclusions included, and stores it.
+  /// Stores a configuration from the backend and applies its exclusions.
   void applyConfig(const Config& received);
 
-  /// Orders that the active project has reported, whichever user paid; stored.
+  /// Orders that the active project has reported, of any user. The marks are stored.
   [[nodiscard]] bool isCurrencyPaymentMarked(const std::string& orderId) const;
   void markCurrencyPayment(const std::string& orderId);
 
-  /// Whether the active project has reported its referrer. While tracking is off it is not changed.
+  /// Whether the active project has reported its referrer. The setter does nothing while tracking
+  /// is off.
   [[nodiscard]] bool isRefererSent() const;
   void setIsRefererSent(bool isSent);
 

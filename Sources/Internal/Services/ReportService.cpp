@@ -18,8 +18,9 @@
 namespace pelorino {
 namespace {
 
-/// Reports that go to the network queue at once. An attempt that fails has prepared no more than
-/// these, a long batch seldom waits for the incomeQueue, and not all that wait are in memory.
+/// Reports that go to the network queue together. A small number wastes little work when the first
+/// one fails, and keeps few packages in memory. A large one makes a long batch wait less often for
+/// the incomeQueue.
 constexpr std::size_t reportsAtOnce = 64;
 
 void logSending(const Report& report) {
@@ -58,6 +59,7 @@ void ReportService::sendFlashEvent(const Storable& event) {
   auto report = std::make_shared<Report>(createPackages({&object, 1}), random_.uuid());
   report->identifiers = stateManager_.getIdentifiers(*stateManager_.getActiveUser());
   report->appKey = stateManager_.getActiveProject()->applicationKey;
+  // On its own queue: it must not wait behind stored reports.
   run_.add(QueueManager::networkFlashQueue(), [this, report] {
     logSending(*report);
     const auto failure = deliver(report);
@@ -82,6 +84,7 @@ void ReportService::removeAllReports() {
 
 std::vector<std::shared_ptr<User>> ReportService::usersOfBatch() const {
   auto users = stateManager_.getProjectUsers();
+  // The backend gets older sessions first.
   std::ranges::stable_sort(users, {}, [](const auto& user) {
     return user->sessionId.value_or(std::numeric_limits<std::int64_t>::max());
   });
@@ -92,10 +95,10 @@ void ReportService::packEventsOf(const User& user) {
   const auto events = eventRepository_.ofUser(user.idKey);
   if (events.empty()) return;
   auto packages = createPackages(events);
-  if (packages.empty()) return;
+  if (packages.empty()) return;  // No device data: the events wait.
   auto report = std::make_shared<Report>(packages, random_.uuid());
   report->userId = user.idKey;
-  // Without a stored report the events must stay: they would be in no table at all.
+  // Keep the events if the report is not stored: otherwise they would be in no table.
   if (!reportsRepository_.insert(report)) return;
   eventRepository_.deleteItems(events);
 }
@@ -118,6 +121,7 @@ std::vector<Package> ReportService::createPackages(
   common.sdkCodeVersion = SdkConstraints::sdkCodeVersion;
   common.bundle = application.applicationBundle;
 
+  // At least 1, whatever the backend says: the loop below must make progress.
   const auto limit =
       std::max<std::int64_t>(1, stateManager_.getActiveProject()->configuration.countForRequest);
   std::vector<Package> packages;
@@ -133,7 +137,7 @@ std::vector<Package> ReportService::createPackages(
 }
 
 void ReportService::sendSavedReports() {
-  resendWhenFinish_ = isSending_;
+  resendWhenFinish_ = isSending_;  // The running batch does not contain the newest reports.
   if (isSending_) return;
   batch_ = savedReports();
   if (batch_.empty()) return;
@@ -148,7 +152,8 @@ std::deque<ReportService::Share> ReportService::savedReports() const {
     const std::size_t count = reportsRepository_.countOfUser(user->idKey);
     if (count == 0) continue;
     Identifiers identifiers = stateManager_.getIdentifiers(*user);
-    if (user->idKey != activeUser->idKey) {  // The backend's identifiers are the active user's.
+    // The backend's identifiers belong to the active user only.
+    if (user->idKey != activeUser->idKey) {
       identifiers.pelorinoId.reset();
       identifiers.crossPlatformPelorinoId.reset();
       identifiers.pelorinoIdTimestamp.reset();
@@ -167,14 +172,14 @@ void ReportService::continueBatch() {
     if (reports.empty()) return endBatch(true);
     sendReports(std::make_shared<const HandOver>(
         HandOver{.reports = std::move(reports), .removals = removals_}));
-  } catch (...) {  // No memory: without its end, a batch would keep all later ones from beginning.
+  } catch (...) {  // Such as no memory. A batch that never ends would block all later ones.
     endBatch(false);
     throw;
   }
 }
 
-/// Those handed over before have been deleted, so that the next ones are the first of their user.
-/// Empty at the end of the batch.
+/// Returns the next reports, or none at the end of the batch. The reports handed over before have
+/// been deleted, so the next ones are always the first rows of their user.
 ReportService::ReportList ReportService::nextReports() {
   ReportList reports;
   while (!batch_.empty() && reports.size() < reportsAtOnce) {
@@ -189,29 +194,31 @@ ReportService::ReportList ReportService::nextReports() {
       ++taken;
     }
     share.reports -= taken;
-    // Rows may have been removed with their user meanwhile. One that cannot be read holds up those
-    // behind it until the next batch: they would overtake it.
+    // Fewer rows than wanted: the user may have been removed, or a row cannot be read. The rows
+    // behind an unreadable one wait for the next batch, to keep their order.
     if (share.reports == 0 || taken < wanted) batch_.pop_front();
   }
   return reports;
 }
 
-/// A row that an earlier run has deleted need not be read: its report is not sent again.
+/// A delivered report is not sent again, so its packages are not needed.
 bool ReportService::readPackages(Report& report) {
   return DeliveredReports::contains(report.uuid) || reportsRepository_.readPackages(report);
 }
 
-/// A block for each report: when the run ends, what has not been sent yet is left to the next run.
+/// Each report gets its own block. When the run ends, the remaining blocks do nothing, and the next
+/// run sends those reports.
 void ReportService::sendReports(const std::shared_ptr<const HandOver>& reports, std::size_t at) {
   run_.add(QueueManager::networkSerialQueue(), [this, reports, at] {
     bool succeeded = false;
     try {
-      // After a removal the rest is left alone, and what of it is still stored is looked up again.
+      // If reports have been removed, the rest of these may be gone. The batch ends, and a new one
+      // looks up what is still stored.
       const bool isCutShort = removals_ != reports->removals;
       succeeded = isCutShort || send(reports->reports[at]);
       const bool isLast = at + 1 == reports->reports.size();
       if (succeeded && !isCutShort && !isLast) return sendReports(reports, at + 1);
-    } catch (const std::exception& error) {  // Such as no memory for the body: the batch must end.
+    } catch (const std::exception& error) {  // Such as no memory. The batch must end even so.
       succeeded = false;
       Logger::writeLog(PLRLogLevel::error,
                        [&] { return std::string("Report submission failed: ") + error.what(); });
@@ -235,7 +242,7 @@ bool ReportService::send(const std::shared_ptr<Report>& report) {
     Logger::writeLog(PLRLogLevel::debug, "The network queue is stopped");
     return false;
   }
-  DeliveredReports::add(report->uuid);
+  DeliveredReports::add(report->uuid);  // First: from here on it must not be sent again.
   logSuccess(*report);
   removeReport(report);
   return true;
@@ -253,15 +260,15 @@ void ReportService::removeReport(const std::shared_ptr<Report>& report) {
     arrived.push_back(report);
     return arrived.size() == 1;
   });
-  // Otherwise the block that waits takes this one along: where the network is faster than the disk,
-  // one statement deletes what has arrived meanwhile.
+  // If a block is waiting already, it deletes this report, too. So one statement deletes many
+  // reports when the network is faster than the disk.
   if (!isFirst) return;
   run_.addForSure([this] {
     const ReportList arrived =
         arrived_.update([](ReportList& reports) { return std::exchange(reports, {}); });
     const bool isDeleted = reportsRepository_.deleteItems(arrived);
-    // The uuid stays when the row may still be there, and after the end of the run: the next one
-    // may have read the row before it was deleted.
+    // The uuid stays listed if the row may still be there. It also stays after the end of the run:
+    // the next run may have read the row before it was deleted.
     if (run_.hasEnded()) return;
     if (isDeleted) {
       for (const auto& one : arrived) DeliveredReports::remove(one->uuid);
@@ -273,6 +280,7 @@ void ReportService::removeReport(const std::shared_ptr<Report>& report) {
 void ReportService::endBatch(bool succeeded) {
   isSending_ = false;
   batch_.clear();
+  // After a failure there is no new batch at once: the backend may be out of reach.
   const bool again = std::exchange(resendWhenFinish_, false) && succeeded;
   if (again) sendSavedReports();
 }

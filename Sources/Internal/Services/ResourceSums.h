@@ -13,23 +13,24 @@
 
 namespace pelorino {
 
-/// A sum held within the range of 32-bit integers.
+/// A sum, limited to the range of 32-bit integers.
 struct BoundedSum {
   std::int64_t amount;
-  bool isOverflowed;  ///< The true sum lies beyond the range.
+  bool isOverflowed;  ///< The true sum is outside that range.
 };
 
+/// The sum of any two numbers, limited to that range.
 [[nodiscard]] BoundedSum boundedSum(std::int64_t a, std::int64_t b);
 
-/// The fields that all sums have, as the log shows them.
+/// The fields that all sums have, for log lines.
 [[nodiscard]] std::string sumText(RowId userId, std::string_view type, std::string_view name,
                                   std::int64_t amount);
 
-/// Adds `resource` to the first sum of its user that is kept for the same thing; begins a new sum
-/// when there is none. One write to the table; cost: the sums of that user.
+/// Adds `resource` to the user's first sum of the same kind, or stores it as a new sum. Writes one
+/// row. Cost: the sums of that user. incomeQueue only.
 ///
-/// `Kind` tells one kind of sums from another: its `label` in the log, `isSame` of two resources,
-/// and the `text` of one.
+/// `Kind` describes the sums: `label` and `text` are for log lines, and `isSame` compares two
+/// resources.
 template <class Kind, class Repository, class Resource>
 void addToSums(Repository& repository, Resource resource) {
   const auto known = repository.findOfUser(

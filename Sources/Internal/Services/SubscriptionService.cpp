@@ -17,8 +17,8 @@
 namespace pelorino {
 namespace {
 
-constexpr std::int64_t requestTimeout = 60;     ///< Seconds of one unit of waiting.
-constexpr std::int64_t longestRequestWait = 4;  ///< In those units.
+constexpr std::int64_t requestTimeout = 60;     ///< Seconds that each failure adds to the wait.
+constexpr std::int64_t longestRequestWait = 4;  ///< Times requestTimeout.
 
 }  // namespace
 
@@ -67,7 +67,7 @@ void SubscriptionService::requestUserProducts(std::vector<std::string> productsI
 void SubscriptionService::startRequest() {
   requestRetry_.reset();
   cancelRequest();
-  const auto handler = handlerOf(++lastRequest_);
+  const auto handler = handlerOf(++lastRequest_);  // A late answer to an older request is ignored.
   if (const auto error = askStore(handler)) handler({.products = {}, .error = error});
 }
 
@@ -89,7 +89,7 @@ std::optional<std::string> SubscriptionService::askStore(const PLRStore::Product
 }
 
 void SubscriptionService::cancelRequest() {
-  // What it still says no longer matters.
+  // An exception of the host's code does not matter any more.
   productRequest_.run([](const auto& request) { request->cancel(); }, [](const char*) {});
   productRequest_.reset();
 }
@@ -98,7 +98,7 @@ PLRStore::ProductsHandler SubscriptionService::handlerOf(std::int64_t request) {
   return [answer = run_.callback([this, request](const SKProductsResponse& response) {
     receive(request, response);
   })](SKProductsResponse response) {
-    try {
+    try {  // The store's thread must not get an exception of the library.
       answer(std::move(response));
     } catch (const std::exception& error) {
       Logger::writeLog(PLRLogLevel::error, [&] {
@@ -110,7 +110,7 @@ PLRStore::ProductsHandler SubscriptionService::handlerOf(std::int64_t request) {
 
 void SubscriptionService::receive(std::int64_t request, const SKProductsResponse& response) {
   if (request != lastRequest_) return;
-  ++lastRequest_;  // A second answer to it does not count either.
+  ++lastRequest_;  // Ignores a second answer to the same request.
   productRequest_.reset();
   if (response.error) {
     retryAfter(repairUtf8(*response.error));
@@ -124,15 +124,17 @@ void SubscriptionService::receiveProducts(const std::vector<SKProduct>& storePro
   std::vector<SubscriptionProduct> products;
   for (const SKProduct& product : storeProducts) {
     SubscriptionProduct made = productOf(repaired(product));
+    // A store may answer with more products than the request named.
     if (std::ranges::find(productList_, made.productId) != productList_.end()) {
       products.push_back(std::move(made));
     }
   }
   if (!requestProductsCallback_) {
-    // The third word begins with U+0441, and the line is known by it.
+    // The third word begins with U+0441, a letter that looks like "c". The text must stay so.
     Logger::writeLog(PLRLogLevel::debug, "Request products \u0441allback is lose");
     return;
   }
+  // Before the callback, which reads the mark.
   change([&](SubscriptionInfo& info) {
     info.productIsChanged = info.products != products;
     if (info.productIsChanged) info.products = products;
@@ -192,7 +194,7 @@ void SubscriptionService::processTransactions(
     if (!original || !original->transactionIdentifier) continue;
     const std::string& id = *original->transactionIdentifier;
     std::vector<std::string>& ids = table[transaction.payment.productIdentifier];
-    // One that comes again begins the product's list anew.
+    // An identifier that comes again restarts the product's list.
     if (std::ranges::find(ids, id) != ids.end()) ids.clear();
     ids.push_back(id);
   }
@@ -232,7 +234,7 @@ bool SubscriptionService::checkIfContains(const SubscriptionProduct& product) {
 }
 
 void SubscriptionService::storeProducts() {
-  change([](SubscriptionInfo&) {});
+  change([](SubscriptionInfo&) {});  // checkIfContains() has changed the row in memory.
 }
 
 std::optional<SubscriptionProduct> SubscriptionService::findLocalProduct(

@@ -21,11 +21,11 @@
 
 namespace pelorino {
 
-/// Asks the host's store for the products that the backend names, keeps them for the active
-/// project, and keeps the marks that tell what of them, and of the host's past purchases, is still
-/// to be reported.
+/// Asks the host's store for the products that the backend names. Stores them for the active
+/// project, and marks what of them and of the user's past purchases must still be reported.
 ///
 /// Threads: the incomeQueue only. The store may answer on any thread.
+/// Errors:  failed requests are logged and repeated.
 class SubscriptionService final {
  public:
   using StoreSource = std::function<Host::HeldStore()>;
@@ -34,10 +34,10 @@ class SubscriptionService final {
 
   struct RestoredHistory {
     std::vector<RestoredTransaction> transactions;
-    std::optional<std::string> currencyCode;  ///< That of the first known product.
+    std::optional<std::string> currencyCode;  ///< Of the first known product.
   };
 
-  /// `store` is asked at each request; it may give none.
+  /// `store` is called at each request; it may return null.
   SubscriptionService(Run& run, StateManager& stateManager,
                       SubscriptionRepository& subscriptionRepository, StoreSource store,
                       HostFacts& facts, Executor& executor);
@@ -45,53 +45,55 @@ class SubscriptionService final {
   SubscriptionService(const SubscriptionService&) = delete;
   SubscriptionService& operator=(const SubscriptionService&) = delete;
 
-  /// Asks until an answer comes: again after 60 seconds, then after 60 more each time, up to four
-  /// minutes. The waits never get shorter in the life of this object, and end with it. A later call
-  /// takes the place of an earlier one. The callback gets the products that were asked for.
+  /// Asks for the products until an answer comes. The first repeat waits 60 seconds; each failure
+  /// adds 60 seconds, up to four minutes. An answer does not shorten the wait again. A later call
+  /// replaces an earlier one. The callback gets only products that were asked for. An empty list
+  /// does nothing.
   void requestUserProducts(std::vector<std::string> productsIDs,
                            ProductsCallback requestProductsCallback);
 
-  /// Lets go of the request that the store has not answered.
+  /// Cancels the request that the store has not answered.
   void cancelRequest();
 
-  // The products are to be reported.
+  // Whether the products must be reported.
   [[nodiscard]] bool isProductsChanged() { return info()->productIsChanged; }
   void resetSendProductsMark();
 
-  // The host is to give its history, and what it gave is to be reported.
+  // Whether the host must give the history of purchases, and whether it must be reported.
   [[nodiscard]] bool isNeedRestoreHistory() { return !info()->alreadyRestored; }
   [[nodiscard]] bool isNeedSendRestoredHistory() { return !info()->alreadySendRestoreEvent; }
   void markAsRestoredHistory();
   void markAsSendRestoredHistory();
-  /// Asks the host anew.
+  /// The host must give the history again.
   void resetHistoryMark();
 
-  /// The history is these purchases instead of what it was. Those without an original do not count.
+  /// Replaces the history. Transactions without an original are ignored.
   void processTransactions(const std::vector<SKPaymentTransaction>& transactions);
-  /// Identifiers of purchases by product.
+  /// The same, as identifiers of purchases by product.
   void processTransactions(const TransactionTable& transactions);
   /// Absent when the history is empty.
   [[nodiscard]] std::optional<RestoredHistory> getDataForSBSREvent();
   void clearSubscriptionHistory();
 
-  /// The product of the store as it is reported.
+  /// Converts a product of the store to the form that is reported.
   [[nodiscard]] SubscriptionProduct productOf(const SKProduct& product) const;
-  /// Whether the product is known; from here on it is. Stored by the next change of the marks or by
-  /// storeProducts(): a product that has been reported should not be lost before its report.
+  /// Returns whether the product was known, and adds it if not. The addition is in memory only
+  /// until storeProducts() or the next change of a mark: the caller stores the event first, so that
+  /// a crash does not lose it.
   [[nodiscard]] bool checkIfContains(const SubscriptionProduct& product);
   void storeProducts();
   [[nodiscard]] std::optional<SubscriptionProduct> findLocalProduct(const std::string& productId);
 
  private:
-  /// The row of the active project, made on demand.
+  /// The row of the active project. It is inserted if there is none.
   [[nodiscard]] std::shared_ptr<SubscriptionInfo> info();
   template <class Change>
   void change(Change change);
 
   void startRequest();
-  /// Empty, or why the host's store has not been asked.
+  /// Returns why the store could not be asked; absent if it was.
   [[nodiscard]] std::optional<std::string> askStore(const PLRStore::ProductsHandler& handler);
-  /// Any thread.
+  /// The result may be called on any thread.
   [[nodiscard]] PLRStore::ProductsHandler handlerOf(std::int64_t request);
   void receive(std::int64_t request, const SKProductsResponse& response);
   void receiveProducts(const std::vector<SKProduct>& storeProducts);
@@ -107,7 +109,7 @@ class SubscriptionService final {
 
   std::vector<std::string> productList_;  ///< What the last request asks for.
   ProductsCallback requestProductsCallback_;
-  /// None while no answer is awaited.
+  /// Empty when no answer is expected.
   HostHeld<std::shared_ptr<SKProductsRequest>> productRequest_;
   std::int64_t lastRequest_ = 0;  ///< Number of the request whose answer counts.
   std::int64_t requestAttempt_ = 1;

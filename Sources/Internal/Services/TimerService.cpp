@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::int64_t defaultCurrencyAggregationTimeout = 360'000;
 constexpr std::int64_t activityTimeout = 15'000;
-constexpr std::chrono::milliseconds tolerance{500};
+constexpr std::chrono::milliseconds tolerance{500};  ///< Lets the system wake up less often.
 
 }  // namespace
 
@@ -18,7 +18,7 @@ std::chrono::seconds timerPeriod(std::int64_t milliseconds) {
   return std::clamp<std::chrono::seconds>(std::chrono::seconds(milliseconds / 1000), 1s, longest);
 }
 
-/// What tells one timer from another, in the order of the slots.
+/// How the timers differ. One entry for each Slot, in the same order.
 struct TimerService::Kind {
   std::int64_t (*period)(const Config&);  ///< Milliseconds.
   std::function<void()> TimerService::*onTick;
@@ -60,7 +60,8 @@ void TimerService::resetRequestTimer() {
   scheduleMissing();
 }
 
-// The main thread must not look at the project, which belongs to the incomeQueue.
+// The periods are copied because the main thread must not read the project: it belongs to the
+// incomeQueue.
 void TimerService::readPeriods(State& state) const {
   const Config& config = stateManager_.getActiveProject()->configuration;
   for (std::size_t slot = 0; slot < kinds.size(); ++slot) {
@@ -71,7 +72,7 @@ void TimerService::readPeriods(State& state) const {
 void TimerService::scheduleMissing() {
   executor_.mainQueue().add(run_.block([this] {
     state_.update([this](State& state) {
-      if (!state.isRunning) return;
+      if (!state.isRunning) return;  // stopTimers() was called meanwhile.
       for (std::size_t slot = 0; slot < kinds.size(); ++slot) {
         if (state.timers[slot]) continue;
         state.timers[slot] =

@@ -14,15 +14,15 @@
 
 namespace pelorino {
 
-/// Period of a timer whose configuration says `milliseconds`: whole seconds, the fraction dropped.
-/// It is at least a second, so that no timer spins, and at most ten years.
+/// The period of a timer in whole seconds, rounded down. It is at least one second, so that no
+/// timer runs all the time, and at most ten years.
 [[nodiscard]] std::chrono::seconds timerPeriod(std::int64_t milliseconds);
 
-/// Owns the four repeating timers that run while the application is in the foreground. It knows
-/// nothing of what a tick means.
+/// Owns the four repeating timers that run while the application is in the foreground. The
+/// callbacks decide what a tick does.
 ///
-/// Threads: operations and callbacks on the incomeQueue; timers are made and tick on the main
-/// thread. Callbacks are set before the first start and not changed afterwards.
+/// Threads: operations and callbacks on the incomeQueue; the timers are made and tick on the
+/// library's main thread. Set the callbacks before the first start.
 class TimerService final {
  public:
   TimerService(Run& run, StateManager& stateManager, Executor& executor);
@@ -32,14 +32,14 @@ class TimerService final {
   std::function<void()> onRequestTimerTick;
   std::function<void()> onActivityTimerTick;
 
-  /// Starts those that aren't running, with the periods of the present configuration. A timer that
-  /// runs keeps its phase. Returns at once.
+  /// Starts the timers that are not running, with the periods of the present configuration. A
+  /// running timer goes on unchanged. Returns at once.
   void startTimers();
 
-  /// Stops all, also those of a start that is still under way.
+  /// Stops all timers, also those that startTimers() has not made yet.
   void stopTimers();
 
-  /// Puts the next tick of the request timer a whole period away.
+  /// Restarts the request timer: its next tick is a whole period away.
   void resetRequestTimer();
 
  private:
@@ -47,7 +47,7 @@ class TimerService final {
   static const std::array<Kind, 4> kinds;
   enum Slot : std::size_t { alive, currencyAccrual, request, activity };
 
-  /// Reached from the incomeQueue and the main thread.
+  /// Used by the incomeQueue and the main thread.
   struct State {
     bool isRunning = false;
     std::array<std::chrono::seconds, 4> periods{};

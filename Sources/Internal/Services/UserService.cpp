@@ -61,6 +61,7 @@ bool UserService::isTutorialStepMarked(std::int64_t step) const {
 }
 
 void UserService::markTutorialStep(std::int64_t step) {
+  // A mark without a stored user would belong to nobody after a restart.
   if (!stateManager_.ensureActiveUserIsStored() || isTutorialStepMarked(step)) return;
   tutorialRepository_.insert(std::make_shared<TutorialMark>(
       TutorialMark{.userId = stateManager_.getActiveUser()->idKey, .step = step}));

@@ -11,7 +11,7 @@
 
 namespace pelorino {
 
-/// Changes the state of the active user: what is stored, and what lasts as long as the process.
+/// Reads and changes the state of the active user. Part of it is stored, part is in memory only.
 ///
 /// Threads: the incomeQueue only.
 class UserService final {
@@ -19,27 +19,28 @@ class UserService final {
   UserService(StateManager& stateManager, UserRepository& userRepository,
               TutorialRepository& tutorialRepository);
 
+  /// Stores the active user's level.
   void setUserLevel(std::int64_t level);
-  /// The same, told in the log.
+  /// The same, with a log line.
   void setLevel(std::int64_t level);
 
-  /// Deletes the rows of these users, without what belongs to them.
+  /// Deletes the rows of these users, but not the rows of other tables that belong to them.
   void removeUsers(const std::vector<std::shared_ptr<User>>& users);
 
-  /// Whether sums of the level are kept for this user.
+  /// Sets whether LevelResourceService collects sums for the active user.
   void resourceAggregation(bool isActive);
 
-  /// The started progression takes the place of the one before. In memory only.
+  /// Replaces the running progression. In memory only.
   void activateLocation(Location location);
   [[nodiscard]] const std::optional<Location>& getLocation() const { return location_; }
-  /// `writeLog`: whether a progression that was started is told as cancelled.
+  /// `writeLog`: whether to log that a running progression was cancelled.
   void clearLocation(bool writeLog);
 
-  /// Steps that the active user has reported, stored.
+  /// Tutorial steps that the active user has reported. The marks are stored.
   [[nodiscard]] bool isTutorialStepMarked(std::int64_t step) const;
   void markTutorialStep(std::int64_t step);
 
-  /// Whether the active user has reported a balance in this process.
+  /// Whether the active user has reported a balance. In memory only.
   void changeCurBalanceSentMark(bool isSent);
   [[nodiscard]] bool isBalanceSentForActiveUser() const;
 

@@ -42,6 +42,7 @@ std::string PLREngineWrapper::unitySdkFolderPath() {
 }
 
 void PLREngineWrapper::testString(std::string_view value) noexcept {
+  // Not repaired: the line must show the bytes that arrived.
   enter("testString", [&] {
     Logger::writeLog(PLRLogLevel::debug, [&] {
       return "[EngineWrapper] Test string:\n\tOrigin: [" + std::string(value) +
@@ -54,6 +55,7 @@ void PLREngineWrapper::engineSubscriptionHistory(
     const std::map<std::string, std::vector<std::string>>& transactions) noexcept {
   submit("engineSubscriptionHistory", [&] {
     EngineSubscriptionHistoryCall call;
+    // Repairing may make two products equal. Then their lists are joined.
     for (const auto& [productId, ids] : transactions) {
       std::ranges::move(repaired(ids), std::back_inserter(call.transactions[repaired(productId)]));
     }

@@ -9,42 +9,51 @@
 #include <string_view>
 #include <vector>
 
-/// What game-engine plug-ins need beside PLRAnalytics. Any thread; nothing throws.
+/// Further operations for plug-ins of game engines. Any thread. Nothing throws, except that
+/// returning a closure or a text may fail for lack of memory.
 class PLR_EXPORT PLREngineWrapper {
  public:
-  /// Receives each log line that passes PLRAnalytics::logLevel(): its level, and the level's name,
-  /// a blank and the message. It is the only outlet of log lines. It runs on the thread that writes
-  /// the line, most often one of the library's, and must be quick. When another one has been set,
-  /// not from within one, it has ended on all threads, and what it refers to may go; one that takes
-  /// longer than 200 ms is not waited for.
+  /// The closure that receives each log line whose level passes PLRAnalytics::logLevel(). Its
+  /// arguments are the level, and a text of the level's name, a blank and the message. It is the
+  /// only way to see log lines; there is none at first.
+  ///
+  /// It runs on the thread that writes the line, most often a thread of the library. It must be
+  /// quick. An exception from it is dropped.
+  ///
+  /// The setter replaces the closure and waits until the old one has ended on all other threads,
+  /// for 200 ms at most. After that, what the old closure refers to may be destroyed. The setter
+  /// does not wait when a closure calls it.
   [[nodiscard]] static std::function<void(PLRLogLevel, const std::string&)>
   engineLoggerMessageClosure();
   static void setEngineLoggerMessageClosure(
       std::function<void(PLRLogLevel, const std::string&)> closure) noexcept;
 
-  /// Tears the library down behind everything reported so far, and returns at once. Stored data
-  /// stays; `initialize` starts anew.
+  /// Ends the library after all calls made so far have been processed. Returns at once. Stored data
+  /// stays, and `initialize` can start the library again.
   static void destroySDK() noexcept;
 
-  /// Replaces the version that the library reports of itself, unchecked.
+  /// Replaces the version that the library reports of itself. The text is not checked.
   static void setSDKVersion(std::string_view version) noexcept;
 
-  /// Leaves the application's version out of all reports until destroySDK().
+  /// From now on reports and the request for the configuration do not contain the application's
+  /// version, until destroySDK().
   static void enableEditorMode() noexcept;
 
   /// Same as PLRAnalytics::sdkFolderPath().
   [[nodiscard]] static std::string unitySdkFolderPath();
 
-  /// Logs the text and its Base64 at `debug`, to see what arrives across a language bridge.
+  /// Logs the text and its Base64 at `debug`. It shows what arrives across a language bridge.
   static void testString(std::string_view value) noexcept;
 
-  /// PLRAnalytics::subscriptionHistory() with the identifiers of original purchases by product.
+  /// Like PLRAnalytics::subscriptionHistory(). Maps each product to the identifiers of its original
+  /// purchases.
   static void engineSubscriptionHistory(
       const std::map<std::string, std::vector<std::string>>& transactions) noexcept;
 
-  /// PLRAnalytics::subscriptionPayment() with two identifiers of at most 255 characters, that of
-  /// the original purchase the second; longer ones are cut, an empty one cancels the call. Region
-  /// and currency are those that the store has told.
+  /// Like PLRAnalytics::subscriptionPayment(), once for each original purchase. `transactionId`
+  /// identifies the original purchase. Both texts have 1 to 255 characters: longer ones are cut, an
+  /// empty one cancels the call. Region and currency come from the store's answer about the
+  /// product; they are empty when the library knows no such product.
   static void engineSubscriprtionPayment(std::string_view productId,
                                          std::string_view transactionId) noexcept;
 };

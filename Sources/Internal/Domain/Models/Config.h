@@ -11,11 +11,11 @@
 
 namespace pelorino {
 
-/// Events that the backend has switched off.
+/// Events that the backend has excluded: they are not reported.
 struct ExcludeEvents {
   std::int64_t version = 0;
   std::optional<bool> all;
-  /// From an event's code to the arguments that are switched off; an empty list means all.
+  /// From an event's code to the excluded arguments; an empty list excludes the whole event.
   std::optional<std::map<std::string, std::vector<AnyCodable>>> events;
 
   template <class Self, class Visit>
@@ -26,7 +26,7 @@ struct ExcludeEvents {
   }
 };
 
-/// Properties of the user, as the backend sees them. Stored, and read by nobody.
+/// Properties of the user, as the backend sees them. They are stored, but nothing reads them.
 struct BackendUserProperties {
   std::optional<std::string> country;
 
@@ -36,23 +36,23 @@ struct BackendUserProperties {
   }
 };
 
-/// What the backend sets for a project: batch size, periods, limits, exclusions. Its JSON is the
-/// backend's answer and the stored column alike. Periods are in milliseconds.
+/// The backend's settings for a project. The backend's answer and the stored column have the same
+/// JSON. Periods and timeouts are in milliseconds.
 struct Config {
   std::int64_t timeForRequest = 120'000;
-  std::int64_t countForRequest = 10;
-  std::int64_t eventParamsCount = 20;
+  std::int64_t countForRequest = 10;   ///< Events of a user that start a delivery.
+  std::int64_t eventParamsCount = 20;  ///< Largest number of parameters of a custom event.
   std::int64_t sessionTimeout = 600'000;
   std::int64_t serverTime = 0;  ///< Milliseconds since 1970.
   std::int64_t aliveTimeout = 300'000;
-  bool userCounting = true;
+  bool userCounting = true;  ///< False: one account for the device, whatever the user's name.
   std::optional<std::int64_t> currencyAggregationTimeout = 360'000;
-  std::optional<std::vector<std::string>> sbsBundles;
+  std::optional<std::vector<std::string>> sbsBundles;  ///< Store products to report.
   std::optional<std::int64_t> sbsConfigVersion = 0;
   std::optional<ExcludeEvents> exclude;
   std::optional<BackendUserProperties> userProperties;
 
-  /// The defaults above. Who makes a project of them sets `serverTime`.
+  /// The defaults above. The caller sets `serverTime`.
   [[nodiscard]] static Config defaulConfiguration() { return {}; }
 
   template <class Self, class Visit>
@@ -72,13 +72,13 @@ struct Config {
   }
 };
 
-/// A configuration, and whether it is the built-in one for want of an answer.
+/// A configuration from the backend, or the default one.
 struct ConfigAnswer {
   Config config;
-  bool isDefault;
+  bool isDefault;  ///< True when the backend gave no answer.
 };
 
-/// What the client tells the backend about itself; the body of the configuration request.
+/// The versions that the client has; the body of the configuration request.
 struct Versions {
   std::string sdkVersion;
   std::int64_t sdkCodeVersion = 0;

@@ -8,7 +8,7 @@
 
 namespace pelorino {
 
-/// The ids that travel beside a request, in its HTTP headers and never in its JSON.
+/// The identifiers that a request carries in its HTTP headers, never in its JSON.
 struct Identifiers {
   std::string deviceId;
   std::optional<std::string> previousDeviceId;
@@ -19,8 +19,9 @@ struct Identifiers {
   std::optional<std::int64_t> pelorinoIdTimestamp;
 };
 
-/// The device's ids and those that the backend has given it, one row for each project. Shared by
-/// reference.
+/// The device's identifiers and those that the backend gave it; one row for each project.
+///
+/// Threads: the incomeQueue only. Shared: store a change through the repository.
 class DeviceIdentifiers final {
  public:
   RowId idKey = notStoredRowId;

@@ -5,16 +5,18 @@
 
 #include "RowId.h"
 
+// Marks of what has been reported, so that it is not reported again. incomeQueue only.
+
 namespace pelorino {
 
-/// An order of a project that has been reported, so that it is not reported again.
+/// An order of a project.
 struct RealPaymentMark {
   RowId idKey = notStoredRowId;
   RowId projectId = notStoredRowId;
   std::string orderId;
 };
 
-/// A tutorial step of a user that has been reported, so that it is not reported again.
+/// A tutorial step of a user.
 struct TutorialMark {
   RowId idKey = notStoredRowId;
   RowId userId = notStoredRowId;

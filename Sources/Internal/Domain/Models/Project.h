@@ -10,10 +10,9 @@
 
 namespace pelorino {
 
-/// Stored state of one application key. Shared by reference: who changes a field stores the project
-/// through its repository.
+/// Stored state of one application key.
 ///
-/// Threads: the incomeQueue.
+/// Threads: the incomeQueue only. Shared: store a change through the repository.
 class Project final {
  public:
   explicit Project(std::string with = {}) : applicationKey(std::move(with)) {}

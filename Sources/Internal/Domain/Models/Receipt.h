@@ -11,7 +11,7 @@
 
 namespace pelorino {
 
-/// A store receipt as it goes out for verification.
+/// A store receipt as it is sent for verification.
 struct ReceiptData {
   std::string data;      ///< Base64.
   std::string password;  ///< Always empty, and always sent.
@@ -23,6 +23,7 @@ struct ReceiptData {
   }
 };
 
+/// The body of the request for verification.
 struct Receipt {
   std::string platform;
   ReceiptData receipt;
@@ -36,7 +37,7 @@ struct Receipt {
   }
 };
 
-/// What the backend says of a receipt.
+/// The backend's answer about a receipt.
 struct ReceiptResult {
   std::optional<std::string> verificationResult;
   std::optional<std::int64_t> status;
@@ -48,7 +49,7 @@ struct ReceiptResult {
   }
 };
 
-/// Makes what hosts can only be given.
+/// Makes the results that hosts cannot make themselves.
 struct VerifyResponseMaker {
   [[nodiscard]] static PLRVerifyResponse make(
       PLRReceiptStatus status, std::optional<std::string> verificationResult = std::nullopt) {

@@ -16,7 +16,8 @@ namespace pelorino {
 /// Amounts by the name of the resource or currency.
 using Resources = std::map<std::string, std::int64_t>;
 
-/// What a user did with an amount of a resource within a level. The numbers are stored.
+/// What a user did with an amount of a resource within a level. The numbers are stored: do not
+/// change them.
 enum class LevelResourceType : int {
   earned = 0,
   bought = 1,
@@ -29,7 +30,8 @@ enum class LevelResourceType : int {
   return texts.at(static_cast<std::size_t>(type));
 }
 
-/// Sum of one resource that a user earned, bought or spent within the current level.
+/// How much of one resource a user earned, bought or spent within the current level. A row;
+/// incomeQueue only.
 struct LevelResource {
   RowId idKey = notStoredRowId;
   RowId userId = notStoredRowId;
@@ -38,7 +40,8 @@ struct LevelResource {
   std::int64_t amount = 0;
 };
 
-/// Sum of one currency that a user got from one source, until it is reported.
+/// How much of one currency a user got from one source since the last report. A row; incomeQueue
+/// only.
 struct CurrencyAccrualResource {
   RowId idKey = notStoredRowId;
   RowId userId = notStoredRowId;
@@ -46,7 +49,7 @@ struct CurrencyAccrualResource {
   std::string name;
   std::int64_t amount = 0;
   std::string source;
-  std::int64_t timestamp = 0;  ///< Milliseconds since 1970.
+  std::int64_t timestamp = 0;  ///< Of the last change, milliseconds since 1970.
 };
 
 }  // namespace pelorino

@@ -9,10 +9,9 @@
 
 namespace pelorino {
 
-/// Stored state of one user of a project. Shared by reference: who changes a field stores the user
-/// through its repository.
+/// Stored state of one user of a project.
 ///
-/// Threads: the incomeQueue.
+/// Threads: the incomeQueue only. Shared: store a change through the repository.
 class User final {
  public:
   explicit User(RowId project = notStoredRowId, std::optional<std::string> id = std::nullopt,
@@ -22,17 +21,17 @@ class User final {
   RowId idKey = notStoredRowId;
   RowId projectId;
   std::int64_t level = 1;
-  std::optional<std::int64_t> sessionId;
-  std::optional<std::string> userId;  ///< The host's name for the user, not a row id.
+  std::optional<std::int64_t> sessionId;  ///< Begin of the session, milliseconds since 1970.
+  std::optional<std::string> userId;      ///< The host's name for the user, not a row id.
   std::optional<std::string> previousUserId;
-  std::optional<std::int64_t> lastForegroundTime;
-  std::optional<std::int64_t> lastBackgroundTime;
+  std::optional<std::int64_t> lastForegroundTime;  ///< Milliseconds since 1970.
+  std::optional<std::int64_t> lastBackgroundTime;  ///< Milliseconds since 1970.
   bool isDefaultUser;
-  bool isResourceAggregationEnable = true;
-  bool balanceIsSent = false;  ///< Not stored: one balance for each run of the process.
+  bool isResourceAggregationEnable = true;  ///< Whether sums of the level are collected.
+  bool balanceIsSent = false;               ///< In memory only.
 };
 
-/// A progression that the user has started and not finished.
+/// A progression that has been started and not finished. In memory only.
 struct Location {
   std::string name;
   std::optional<std::string> source;

@@ -1,6 +1,6 @@
 #if defined(__GNUC__) && !defined(__clang__)
-// With optimisation g++ 12 takes an assignment within the number class for an overlapping copy. The
-// headers are named below, as it blames them.
+// With optimisation, g++ 12 wrongly reports an overlapping copy inside the number class. It blames
+// the headers below, so the warning is switched off before them.
 #pragma GCC diagnostic ignored "-Wrestrict"
 #endif
 
@@ -23,7 +23,7 @@ Number numberOf(const Decimal& decimal) {
 
 std::optional<Decimal> Decimal::parse(std::string_view text) {
   try {
-    // The number class would take what stands before the first character that it does not know.
+    // Only a JSON number is accepted: the number class alone would ignore what follows a number.
     const std::string_view json = JsonView(text).text();
     if (json.front() != '-' && std::isdigit(static_cast<unsigned char>(json.front())) == 0) {
       return std::nullopt;
@@ -37,6 +37,7 @@ std::optional<Decimal> Decimal::parse(std::string_view text) {
 }
 
 bool Decimal::isNear(const Decimal& other) const {
+  // Never destroyed: the incomeQueue may still compare while the process exits.
   static const Number& limit = *new Number("0.0001");
   return abs(numberOf(*this) - numberOf(other)) < limit;
 }

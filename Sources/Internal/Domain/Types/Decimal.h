@@ -8,18 +8,18 @@
 
 namespace pelorino {
 
-/// A number to base 10, as prices are: 4.99 is exactly 4.99. Zero at first. In JSON it is a number.
+/// A decimal number, such as a price: 4.99 is exactly 4.99. Zero at first. In JSON it is a number.
 class Decimal final {
  public:
   Decimal() = default;
 
-  /// Nothing for a text that is no finite decimal number.
+  /// Absent if the text is not a finite JSON number.
   [[nodiscard]] static std::optional<Decimal> parse(std::string_view text);
 
-  /// The number as JSON writes it.
+  /// The number as it is written in JSON.
   [[nodiscard]] const std::string& text() const { return text_; }
 
-  /// Whether the two differ by less than 0.0001.
+  /// True if the two differ by less than 0.0001.
   [[nodiscard]] bool isNear(const Decimal& other) const;
 
  private:

@@ -6,7 +6,7 @@
 namespace pelorino {
 namespace {
 
-/// The currencies of the regions, in records of one length, in the order of the regions.
+/// The currency of each region (ISO 3166, ISO 4217). All records have the same length.
 constexpr std::string_view currencies =
     "AD EUR,AE AED,AF AFN,AG XCD,AI XCD,AL ALL,AM AMD,AO AOA,AR ARS,AS USD,AT EUR,AU AUD,AW AWG,"
     "AX EUR,AZ AZN,BA BAM,BB BBD,BD BDT,BE EUR,BF XOF,BG EUR,BH BHD,BI BIF,BJ XOF,BL EUR,BM BMD,"
@@ -42,7 +42,7 @@ std::string upperCase(std::string_view text) {
   return upper;
 }
 
-/// What stands before the next of `separators`, which is taken from `rest` with it.
+/// Removes the part before the next separator, and the separator, from `rest`. Returns the part.
 std::string_view takePart(std::string_view& rest, std::string_view separators) {
   const std::size_t end = std::min(rest.find_first_of(separators), rest.size());
   const std::string_view part = rest.substr(0, end);
@@ -61,13 +61,14 @@ std::optional<std::string> currencyOfRegion(std::string_view region) {
 
 std::optional<std::string> regionCodeOf(std::string_view localeIdentifier) {
   std::string_view rest = localeIdentifier.substr(0, localeIdentifier.find_first_of("@."));
-  takePart(rest, "_-");  // The language.
+  takePart(rest, "_-");  // Skips the language.
   while (!rest.empty()) {
     const std::string_view part = takePart(rest, "_-");
     if (consistsOf(part, 2, std::isalpha) || consistsOf(part, 3, std::isdigit)) {
       return upperCase(part);
     }
-    if (!consistsOf(part, 4, std::isalpha)) return std::nullopt;  // A script may come before.
+    // Only a script, such as "Hant", may stand before the region.
+    if (!consistsOf(part, 4, std::isalpha)) return std::nullopt;
   }
   return std::nullopt;
 }

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-/// The host's configuration as it was when initialize was called.
+/// A copy of the host's configuration, made when `initialize` was called.
 struct PLRAnalyticsConfigurationLocal {
   PLRLogLevel logLevel = PLRLogLevel::unknown;
   std::optional<std::string> userId;

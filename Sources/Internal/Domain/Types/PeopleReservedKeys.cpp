@@ -34,7 +34,7 @@ const ReservedKey& row(PeopleReservedKeys key) {
   return table[static_cast<std::size_t>(key)];
 }
 
-// No letter beyond ASCII has a letter of a reserved key as its lower case.
+// ASCII is enough: no other letter becomes a letter of a reserved key in lower case.
 char lowerCase(char letter) {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }

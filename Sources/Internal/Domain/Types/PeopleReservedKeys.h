@@ -11,18 +11,19 @@ namespace pelorino {
 /// The keys of a user's card that have a fixed meaning and a fixed type. All other keys are free.
 enum class PeopleReservedKeys { name, email, phone, photo, gender, age, cheater };
 
-/// The key in the card and on the wire.
+/// The key's text, as it is stored and sent.
 [[nodiscard]] std::string_view rawValue(PeopleReservedKeys key);
 
-/// The reserved key that a host's key stands for, in upper or lower case.
+/// The reserved key with this text, in upper or lower case; absent for any other text.
 [[nodiscard]] std::optional<PeopleReservedKeys> reservedKey(std::string_view key);
 
-/// A key that stands for a reserved one becomes that one; another stays as it is.
+/// Writes a reserved key in its usual case. Any other key stays as it is.
 [[nodiscard]] std::string normalized(std::string key);
 
-/// What messages call the type of the key's values.
+/// The type of the key's values, for log lines.
 [[nodiscard]] std::string_view requiredType(PeopleReservedKeys key);
 
+/// True if the value has that type.
 [[nodiscard]] bool hasRequiredType(PeopleReservedKeys key, const PeopleValueType& value);
 
 }  // namespace pelorino

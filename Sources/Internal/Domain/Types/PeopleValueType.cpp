@@ -13,6 +13,7 @@ std::optional<PeopleValueType> PeopleValueType::from(const AnyCodable& json) {
   if (const auto* value = json.boolean()) return *value;
   if (const auto* value = json.text()) return *value;
   if (const auto* value = json.integer()) return *value;
+  // In a JSON text only numbers above the range of std::int64_t are unsigned.
   if (const auto* value = json.unsignedInteger()) return static_cast<double>(*value);
   if (const auto* value = json.floating()) return *value;
   return std::nullopt;
@@ -50,6 +51,7 @@ std::int64_t PeopleValueType::toInt() const {
   if (const auto* integer = std::get_if<std::int64_t>(&value_)) return *integer;
   const auto* floating = std::get_if<double>(&value_);
   if (floating == nullptr || std::isnan(*floating)) return 0;
+  // 2^63, the first number that is too large. The conversion below is undefined for such numbers.
   constexpr double beyond = 9223372036854775808.0;
   if (*floating >= beyond) return std::numeric_limits<std::int64_t>::max();
   if (*floating < -beyond) return std::numeric_limits<std::int64_t>::min();

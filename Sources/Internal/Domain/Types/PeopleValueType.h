@@ -15,14 +15,13 @@
 
 namespace pelorino {
 
-/// One value of a user's card. The null marker is the value of a key that has been unset and not
-/// been transmitted since.
+/// One value of a user's card. A key that was unset holds the null marker until that has been sent.
 class PeopleValueType final {
  public:
   using NullMarker = std::monostate;
 
   PeopleValueType() = default;
-  // Constrained, so that a pointer (a string literal too) never turns into a bool.
+  // Only for bool itself: otherwise a pointer would become a bool.
   template <std::same_as<bool> Bool>
   PeopleValueType(Bool value) : value_(value) {}
   PeopleValueType(int value) : value_(std::int64_t{value}) {}
@@ -32,24 +31,24 @@ class PeopleValueType final {
   PeopleValueType(const char* value) : value_(std::string(value)) {}
   PeopleValueType(PLRGender value) : value_(value) {}
 
-  /// Nothing for a list or an object.
+  /// Absent for a list or an object.
   [[nodiscard]] static std::optional<PeopleValueType> from(const AnyCodable& json);
   [[nodiscard]] AnyCodable toAnyCodable() const;
 
   [[nodiscard]] bool isNull() const { return std::holds_alternative<NullMarker>(value_); }
 
-  /// The text; absent for a value that is none.
+  /// The text; absent if the value is not a text.
   [[nodiscard]] std::optional<std::string> toString() const;
-  /// An integer or a double; 0 for anything else. A double beyond the integers is cut to the
-  /// nearest one.
+  /// The number; 0 if the value is not a number. toInt() drops a fraction and limits a double to
+  /// the range of integers.
   [[nodiscard]] double toDouble() const;
   [[nodiscard]] std::int64_t toInt() const;
 
-  /// The value as a log line shows it: numbers in the fewest digits that read back.
+  /// The value for log lines; see AnyCodable::description().
   [[nodiscard]] std::string description() const { return toAnyCodable().description(); }
 
-  /// The value, if it is a bool, std::int64_t, double, std::string or PLRGender as asked for; else
-  /// null. Borrowed from this object.
+  /// The value if it has this type: bool, std::int64_t, double, std::string or PLRGender; otherwise
+  /// null. Valid as long as this object.
   template <class Kind>
   [[nodiscard]] const Kind* get() const {
     return std::get_if<Kind>(&value_);
@@ -64,11 +63,11 @@ class PeopleValueType final {
 
 using PeopleProperties = std::map<std::string, PeopleValueType>;
 
-/// The properties that a stored text holds. Values of no card type are dropped; a text that is no
-/// JSON object gives none.
+/// Reads properties from stored JSON. Lists and objects are dropped. A text that is not a JSON
+/// object gives no properties.
 [[nodiscard]] PeopleProperties peopleProperties(std::string_view json);
 
-/// The properties as compact JSON; "Not a valid JSON" for what JSON cannot hold.
+/// The properties as compact JSON; "Not a valid JSON" if JSON cannot hold them.
 [[nodiscard]] std::string peopleJson(const PeopleProperties& properties);
 
 }  // namespace pelorino

@@ -4,10 +4,10 @@
 
 namespace pelorino {
 
-/// Key of a stored model's row in its table, which SQLite gives.
+/// The id of a row in its table. SQLite assigns it.
 using RowId = std::int64_t;
 
-/// The `idKey` of a model that is in no table.
+/// The `idKey` of a model that is not stored.
 inline constexpr RowId notStoredRowId = -1;
 
 }  // namespace pelorino

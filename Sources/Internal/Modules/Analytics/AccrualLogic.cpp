@@ -8,7 +8,7 @@
 namespace pelorino {
 
 void AccrualLogic::perform(CurrencyAccrualCall call) {
-  // A host may have made its value from any number.
+  // A host can cast any number to the enumeration.
   const auto type =
       PLRAccrualTypeFromRaw(static_cast<int>(call.accrualType)).value_or(PLRAccrualType::earned);
   levelResourceService_.addLevelResource({.type = type == PLRAccrualType::bought
@@ -32,13 +32,13 @@ void AccrualLogic::addSavedCurrencyAccrualResources() {
   std::erase_if(users, [](const auto& user) { return !user->sessionId; });
   std::ranges::stable_sort(users, {}, [](const auto& user) { return *user->sessionId; });
   for (const auto& user : users) {
-    // The moment of the last accrual, so that the event lies within the session that it is of.
+    // The event belongs to the session of the last accrual, so it gets the time of that accrual.
     const auto last = currencyAccrualService_.getLastCreatedTime(*user);
     if (last) addSums(*user, *last);
   }
 }
 
-/// Stores the user's sums as an event of the user's session, and forgets them.
+/// Stores the event before it removes the sums: a crash in between repeats amounts and loses none.
 void AccrualLogic::addSums(const User& user, std::int64_t timestamp) {
   eventsService_.addEvent(
       Event(CurrencyAccrual{.timestamp = timestamp,

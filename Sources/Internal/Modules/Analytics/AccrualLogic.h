@@ -11,8 +11,8 @@
 
 namespace pelorino {
 
-/// Currency that comes in: far too often for an event each, so that sums of it leave from time to
-/// time.
+/// Currency that users get. That happens far too often for one event each time, so amounts are
+/// added up, and the sums become events from time to time.
 ///
 /// Threads: the incomeQueue only.
 class AccrualLogic final {
@@ -28,10 +28,10 @@ class AccrualLogic final {
 
   void perform(CurrencyAccrualCall call);
 
-  /// Stores an event of the active user's sums since the last one, if there are any, and forgets
-  /// them.
+  /// Turns the active user's sums into an event and removes them. Does nothing without a session or
+  /// without sums.
   void addCurrencyAccrual();
-  /// The same for the sums that an earlier run has left behind, for every user of the project.
+  /// The same for all users of the project. For sums that an earlier run has left.
   void addSavedCurrencyAccrualResources();
 
  private:

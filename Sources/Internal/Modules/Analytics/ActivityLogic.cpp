@@ -18,7 +18,7 @@ void ActivityLogic::startActivity() {
   const bool isNewSession = activityService_.startActivity().value_or(false);
   if (isNewSession && events_.hasSession()) {
     auto event = events_.stamped(SessionStart{});
-    event.timestamp = *stateManager_.getActiveUser()->sessionId;
+    event.timestamp = *stateManager_.getActiveUser()->sessionId;  // The clock may have gone on.
     events_.addAsIs(std::move(event));
     reportService_.sendBufferedEvents();
   }
@@ -28,6 +28,8 @@ void ActivityLogic::startActivity() {
 void ActivityLogic::stopActivity() {
   if (!activityService_.isActive()) return;
   Logger::writeLog(PLRLogLevel::debug, "Stop activity");
+  // Everything that belongs to the session becomes events before the report is packed: the process
+  // may never run again.
   accruals_.addCurrencyAccrual();
   events_.generatePeopleEvent(false);
   sendUserEngagement();
@@ -48,8 +50,9 @@ void ActivityLogic::sendUserEngagement() {
 }
 
 void ActivityLogic::sendAlive() {
-  // A tick may have waited behind the switch.
+  // The tick may have waited in the queue while tracking was switched off.
   if (!projectService_.getTrackingAvailable() || Validator::isExcluded("al")) return;
+  // Not stored: a late one would be worth nothing.
   reportService_.sendFlashEvent(Event(events_.stamped(Alive{})));
 }
 

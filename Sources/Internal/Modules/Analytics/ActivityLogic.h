@@ -7,7 +7,8 @@
 
 namespace pelorino {
 
-/// The application's stays in the foreground: sessions, and what is told of them.
+/// Starts and stops activity when the application enters and leaves the foreground, and makes the
+/// events of sessions.
 ///
 /// Threads: the incomeQueue only.
 class ActivityLogic final {
@@ -23,12 +24,17 @@ class ActivityLogic final {
         accruals_(accruals),
         events_(events) {}
 
-  /// Opens a session, or goes on with the last one, and starts the timers. Not with tracking off.
+  /// Begins a session, or continues the last one, and starts the timers. Does nothing while
+  /// tracking is off.
   void startActivity();
-  /// Stores and sends what is to be told, and stops the timers.
+  /// Makes the last events, sends everything stored, and stops the timers.
   void stopActivity();
 
+  /// Sends a sign of life without storing it. Does nothing when tracking is off or the event is
+  /// excluded.
   void sendAlive();
+  /// Stores an event about the device. Does nothing when it is excluded or the device data is
+  /// missing.
   void sendDeviceInfo();
 
  private:

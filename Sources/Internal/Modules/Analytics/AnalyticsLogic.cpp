@@ -51,7 +51,7 @@ void AnalyticsLogic::prepareCallBacks() {
 }
 
 void AnalyticsLogic::preparePeopleCardCallback() {
-  // Behind the call that has cleared the card.
+  // As a block of its own: the call that clears the card must end first.
   services_.peopleService.onClearedCard =
       run_.callback([this] { userEvents_.sendBufferedEvents(); });
   services_.peopleService.didChangeCheaterMark = [this] { userEvents_.generatePeopleEvent(false); };
@@ -74,6 +74,7 @@ void AnalyticsLogic::applyAnalyticsConfiguration(
   applyTracking(configuration->trackingAvailability);
   if (configuration->userId) stateManager_.activateUser(*configuration->userId);
   if (!configuration->level) return;
+  // The stored sums belong to the old level.
   if (*configuration->level != stateManager_.getActiveUser()->level) {
     accruals_.addSavedCurrencyAccrualResources();
     services_.levelResourceService.removeResourcesForActiveUser();
@@ -100,6 +101,7 @@ void AnalyticsLogic::tryStartSDK() {
     startSDK();
     return;
   }
+  // Sent without being stored: nothing is stored while tracking is off.
   services_.reportService.sendFlashEvent(
       Event(TrackingStatus{.timestamp = userEvents_.now(), .trackingAllowed = false}));
   Logger::writeLog(PLRLogLevel::info, "SDK not active!\n\t Tracking status is Disable!");
@@ -111,6 +113,7 @@ void AnalyticsLogic::startSDK() {
     Logger::writeLog(PLRLogLevel::error, "Activity cannot be launched before the SDK starts!");
     return;
   }
+  // Before a new session begins: the sums belong to the old one.
   accruals_.addSavedCurrencyAccrualResources();
   activity_.startActivity();
   activity_.sendDeviceInfo();
@@ -130,12 +133,12 @@ void AnalyticsLogic::receiveConfig(const Config& config) {
   const bool resetHistory = subscriptions_.checkIfNeedResetHistory(config);
   services_.projectService.applyConfig(config);
   if (onCustomEventParamsCountUpdate) onCustomEventParamsCountUpdate(customEventParamsCount());
-  // With one account for the device. Where the process died or the disk failed amid the removal, a
-  // later answer makes up for it.
+  // One account for the device. Done at each answer: users that the disk refused to delete come
+  // back with the next start.
   if (!config.userCounting) userData_.removeUsers(stateManager_.getInactiveProjectUsers());
   if (resetHistory) services_.subscriptionService.resetHistoryMark();
-  // Begun anew, so that the new periods apply at once. With tracking off nothing ticks, whenever
-  // the answer comes.
+  // A restart applies the new periods at once. The answer may come when tracking is off; then the
+  // timers must not run.
   services_.timerService.stopTimers();
   if (services_.projectService.getTrackingAvailable()) services_.timerService.startTimers();
   subscriptions_.startSubscriptionsService();
@@ -152,6 +155,7 @@ void AnalyticsLogic::goActive() {
 
 void AnalyticsLogic::stopSession() {
   run_.add(QueueManager::incomeQueue(), [this] { activity_.stopActivity(); });
+  // The system may suspend or end the process as soon as the host's notification returns.
   QueueManager::incomeQueue().waitUntilAllOperationsAreFinished();
 }
 
@@ -181,7 +185,7 @@ void AnalyticsLogic::perform(SetTrackingAvailabilityCall call) {
 void AnalyticsLogic::enableTracking() {
   services_.projectService.setTrackingAvailable(true);
   addTrackingStatus(true);
-  if (!started_) {  // The library was held back at its start.
+  if (!started_) {  // Tracking was off at the start.
     startSDK();
     return;
   }
@@ -192,10 +196,10 @@ void AnalyticsLogic::enableTracking() {
 }
 
 void AnalyticsLogic::disableTracking() {
-  userData_.removeEventsAndResources();
+  userData_.removeEventsAndResources();  // First: only the last events below may still be sent.
   activity_.stopActivity();
-  services_.timerService.stopTimers();  // They may run without activity.
-  addTrackingStatus(false);             // Tracking is still on, so that this is stored and leaves.
+  services_.timerService.stopTimers();  // A configuration may have started them without activity.
+  addTrackingStatus(false);             // Now, since nothing is stored once tracking is off.
   userEvents_.sendBufferedEvents();
   services_.projectService.setTrackingAvailable(false);
   stateManager_.updateDeviceIdentifiers(std::nullopt, std::nullopt, std::nullopt);

@@ -24,30 +24,31 @@
 
 namespace pelorino {
 
-/// The analytics module: it wires the services to each other, starts and stops them, and switches
-/// tracking. What the host calls is carried out by its parts, one for each subject.
+/// The analytics module. It connects the services, starts and stops them, and switches tracking.
+/// Its parts, one for each subject, carry out the host's calls.
 ///
-/// It never waits for the backend: it runs on the stored configuration, or on the default one.
+/// It never waits for the backend: until an answer comes it uses the stored configuration, or the
+/// default one.
 ///
-/// Threads: the incomeQueue, except what says otherwise.
+/// Threads: the incomeQueue only, except the four notifications at the end.
 class AnalyticsLogic final : public LifeCycleProtocol, public LogicBroadcasterProtocol {
  public:
   AnalyticsLogic(Run& run, StateManager& stateManager, ServiceFactory& services,
                  const Clock& clock);
 
-  /// Wires the services to each other. Once, before anything else.
+  /// Sets the callbacks of the services. Call it once, before anything else.
   void prepareCallBacks();
 
-  /// Takes over what the host decided at the start. Once, before tryStartSDK().
+  /// Applies the host's configuration. Call it once, before tryStartSDK().
   void applyAnalyticsConfiguration(
       const std::optional<PLRAnalyticsConfigurationLocal>& configuration);
 
-  /// Starts, or tells the backend that tracking is off and stays down.
+  /// Starts if tracking is on. Otherwise it only tells the backend that tracking is off.
   void tryStartSDK();
   void startSDK();
   void stopSDK();
 
-  /// Carries out a call that has passed its rule: in the one part that takes it.
+  /// Carries out a call that has passed its rule. Exactly one part takes each call.
   template <class Call>
   void perform(Call call);
   void perform(SetTrackingAvailabilityCall call);
@@ -58,16 +59,16 @@ class AnalyticsLogic final : public LifeCycleProtocol, public LogicBroadcasterPr
   [[nodiscard]] std::string answer(SDKVersionQuery query);
   [[nodiscard]] bool answer(TrackingAvailabilityQuery query);
 
-  /// Limit of parameters of a custom event.
+  /// The largest number of parameters of a custom event.
   [[nodiscard]] std::int64_t customEventParamsCount() const {
     return services_.projectService.paramsCount();
   }
-  /// Told that limit when a configuration has come.
+  /// Called with that number when a configuration from the backend is applied.
   std::function<void(std::int64_t)> onCustomEventParamsCountUpdate;
   void forceUpdate() override;
 
-  /// On the thread that posts the notification. The last three return when the incomeQueue has
-  /// drained.
+  /// Called on the thread that posts the notification. The last three wait until the incomeQueue is
+  /// empty.
   void goActive() override;
   void goInactive() override { stopSession(); }
   void goBackground() override { stopSession(); }
@@ -100,7 +101,7 @@ class AnalyticsLogic final : public LifeCycleProtocol, public LogicBroadcasterPr
   PaymentLogic payments_;
   ProgressLogic progress_;
   SubscriptionLogic subscriptions_;
-  bool started_ = false;  ///< True from the first complete startSDK(); never set back.
+  bool started_ = false;  ///< True from the first complete startSDK() to the end of the run.
 };
 
 template <class Call>

@@ -12,27 +12,30 @@
 
 namespace pelorino {
 
-/// The front of analytics. A block of it refuses the call if the library isn't started, validates
-/// its arguments, asks the exclusions, and only then calls the logic.
+/// The front of analytics. Each call becomes a block on the incomeQueue. The block refuses the call
+/// if the library is not started, checks its arguments and the exclusions, and then calls the
+/// logic.
 ///
-/// Threads: any. The logic is given on the incomeQueue.
+/// Threads: any, except initialize(): the incomeQueue only.
+/// Errors:  refused calls are logged.
 class AnalyticsProxy final : public ModuleFront<AnalyticsLogic> {
  public:
-  /// Gives the logic; null takes it away, and calls are refused again.
+  /// Sets the logic, which is borrowed. With null, calls are refused.
   void initialize(AnalyticsLogic* analyticsLogic);
 
+  /// Answers whether there is a logic, on the incomeQueue.
   void isInited(HostClosure<void(bool)> completionHandler);
 
-  /// Has the logic perform what the call's rule makes of it, unless the rule rejects it or the
-  /// backend has switched it off.
+  /// The call's rule repairs the call or rejects it. The logic then performs the repaired call,
+  /// unless the backend has excluded it.
   template <class Call>
   void perform(Call call);
 
-  /// Has the host's handler, if there is one, called with the answer.
+  /// Calls the host's handler, if there is one, with the answer, on the incomeQueue.
   template <class Query, class Handler>
   void answer(Handler completionHandler);
 
-  /// Limit of parameters of a custom event.
+  /// The largest number of parameters of a custom event.
   [[nodiscard]] std::int64_t getCustomEventParamsCount() const { return customEventParamsCount_; }
 
  private:
@@ -52,7 +55,7 @@ void AnalyticsProxy::perform(Call call) {
   });
 }
 
-/// The block keeps the handler: the queue knows that its end is code of the host, too.
+/// The block holds the handler as HostHeld: destroying it runs code of the host, too.
 template <class Query, class Handler>
 void AnalyticsProxy::answer(Handler completionHandler) {
   post(Query::label,

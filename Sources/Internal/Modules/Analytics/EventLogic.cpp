@@ -48,7 +48,7 @@ void EventLogic::perform(ReferrerCall call) {
     if (found == call.utmData.end()) return std::nullopt;
     return std::move(found->second);
   };
-  // Not stamped: a progression has no part in where the user came from.
+  // Not stamped: where the user came from has nothing to do with a progression.
   events_.addAsIs(Referral{.timestamp = events_.now(),
                            .sessionId = *stateManager_.getActiveUser()->sessionId,
                            .source = valueOf("source"),
@@ -57,7 +57,7 @@ void EventLogic::perform(ReferrerCall call) {
                            .medium = valueOf("medium"),
                            .term = valueOf("term")});
   events_.sendBufferedEvents();
-  projectService_.setIsRefererSent(true);
+  projectService_.setIsRefererSent(true);  // After the event: a crash repeats it, and loses none.
 }
 
 }  // namespace pelorino

@@ -6,7 +6,7 @@
 
 namespace pelorino {
 
-/// What the host reports, one event a call.
+/// Calls that become one event each.
 ///
 /// Threads: the incomeQueue only.
 class EventLogic final {
@@ -18,7 +18,7 @@ class EventLogic final {
   void perform(SocialNetworkConnectCall call);
   void perform(SocialNetworkPostCall call);
   void perform(AdImpressionCall call);
-  /// Once for each project.
+  /// Takes one call for each project.
   void perform(ReferrerCall call);
 
  private:

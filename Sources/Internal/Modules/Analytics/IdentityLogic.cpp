@@ -41,6 +41,7 @@ void IdentityLogic::perform(const SetUserIdCall& call) {
     Logger::writeLog(PLRLogLevel::warning, "The current user is already a default user!");
     return;
   }
+  // Otherwise the same user may go on under another name, and the session continues.
   if (!active->isDefaultUser && projectService_.userCounting()) {
     switchUser(userId);
   } else {
@@ -56,6 +57,7 @@ void IdentityLogic::perform(const SetUserIdCall& call) {
 }
 
 void IdentityLogic::switchUser(const std::string& userId) {
+  // These two act on the active user, so they come before the switch.
   accruals_.addCurrencyAccrual();
   activity_.stopActivity();
   stateManager_.activateUser(userId);
@@ -97,7 +99,7 @@ void IdentityLogic::perform(const ReplaceUserIdCall& call) {
   }
   const std::optional<std::string> old = stateManager_.getActiveUser()->userId;
   if (const auto inTheWay = userOf(to)) {
-    // Who is to be removed must not be active.
+    // The active user must not be removed.
     if (old == to) stateManager_.activateUser(renamed);
     userData_.removeUsers({inTheWay});
   }
@@ -122,7 +124,7 @@ void IdentityLogic::requestMissingBackendIds() {
 
 void IdentityLogic::perform(SetCurrentLevelCall call) {
   const User& user = *stateManager_.getActiveUser();
-  if (user.level != call.level) {
+  if (user.level != call.level) {  // What was collected belongs to the old level.
     accruals_.addCurrencyAccrual();
     reportService_.sendBufferedEvents();
     levelResourceService_.removeResourcesForActiveUser();

@@ -14,7 +14,7 @@
 
 namespace pelorino {
 
-/// Who is playing, and at which level.
+/// Answers and changes who is playing, and at which level.
 ///
 /// Threads: the incomeQueue only.
 class IdentityLogic final {
@@ -39,11 +39,11 @@ class IdentityLogic final {
   [[nodiscard]] std::int64_t answer(CurrentLevelQuery query);
 
   void perform(const SetUserIdCall& call);
-  /// Renames a user. One who has the new name already is removed, and the renamed one goes on.
+  /// Renames a user. Another user who already has the new name is removed.
   void perform(const ReplaceUserIdCall& call);
   void perform(SetCurrentLevelCall call);
 
-  /// Asks the backend for the identifiers of the device and the active user, if some are not known.
+  /// Asks the backend for the identifiers of the device and the active user, if they are missing.
   void requestMissingBackendIds();
 
  private:

@@ -6,15 +6,17 @@
 
 namespace pelorino {
 
-/// What the observer needs of the logic. On the incomeQueue.
+/// What AnalyticsObserver needs of the logic.
+///
+/// Threads: the incomeQueue only.
 class LogicBroadcasterProtocol {
  public:
   virtual ~LogicBroadcasterProtocol() = default;
 
-  /// Told the backend's identifier of the active user, present or not.
+  /// Called with the backend's identifier of the active user, which may be absent.
   std::function<void(std::optional<std::int64_t>)> onBackendIdentifiersUpdate;
 
-  /// Tells the identifier that is stored.
+  /// Calls onBackendIdentifiersUpdate with the stored identifier.
   virtual void forceUpdate() = 0;
 };
 

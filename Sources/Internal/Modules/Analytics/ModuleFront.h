@@ -8,25 +8,25 @@
 
 namespace pelorino {
 
-/// Gives back whether the library has been started; otherwise writes the line that refuses the
-/// call.
+/// Returns `isInitialized`. If it is false, logs that the call is refused.
 bool validateInitialization(std::string_view label, bool isInitialized);
 
-/// Where a public call leaves the caller's thread: it becomes a block on the incomeQueue. A front
-/// is there from the first public call on; the logic behind it only while a run lasts.
+/// Moves public calls from the caller's thread to the incomeQueue. A front exists from the first
+/// public call on, but its logic exists only during a run.
 ///
-/// Threads: any; the logic is given and used on the incomeQueue.
+/// Threads: any, but the logic is set and used on the incomeQueue only.
+/// Owns:    nothing: the logic is borrowed from the run.
 template <class Logic>
 class ModuleFront : public std::enable_shared_from_this<ModuleFront<Logic>> {
  public:
-  /// Null takes it away, and calls are refused again.
+  /// With null, calls are refused.
   void setLogic(Logic* logic) { logic_ = logic; }
 
  protected:
   ~ModuleFront() = default;
 
-  /// Runs `work(logic)` as a block, with null while no run lasts. Once the front has gone,
-  /// `whenGone()` runs in its place.
+  /// Adds a block that runs `work(logic)`. The logic is null if there is no run then. If the front
+  /// is gone, the block runs `whenGone()` instead.
   template <class Work, class WhenGone>
   void enqueue(Work work, WhenGone whenGone) {
     QueueManager::incomeQueue().addOperation([weak = this->weak_from_this(), work = std::move(work),
@@ -41,7 +41,7 @@ class ModuleFront : public std::enable_shared_from_this<ModuleFront<Logic>> {
     enqueue(std::move(work), [] {});
   }
 
-  /// The same, behind the line that refuses the call where there is no logic.
+  /// The same, but first logs that the call is refused if there is no logic.
   template <class Work>
   void post(const char* label, Work work) {
     enqueue([label, work = std::move(work)](Logic* logic) mutable {

@@ -21,6 +21,7 @@ void PaymentLogic::perform(RealCurrencyPaymentCall call) {
                                   .orderId = call.orderId,
                                   .price = call.price,
                                   .currencyCode = std::move(call.currencyCode)});
+  // After the event: a crash in between repeats the payment, and loses none.
   projectService_.markCurrencyPayment(call.orderId);
   events_.sendBufferedEvents();
 }

@@ -7,7 +7,7 @@
 
 namespace pelorino {
 
-/// Purchases, with real money and with the application's own currencies.
+/// Purchases with real money and with the application's own currencies.
 ///
 /// Threads: the incomeQueue only.
 class PaymentLogic final {

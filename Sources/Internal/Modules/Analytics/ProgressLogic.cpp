@@ -12,7 +12,7 @@
 namespace pelorino {
 namespace {
 
-/// Whether the progression may end under this name; the log says why not.
+/// Whether the running progression has this name. If not, the log tells why it cannot end.
 bool isFinishable(const std::optional<Location>& location, const std::string& name) {
   if (!location) {
     Logger::writeLog(PLRLogLevel::warning,
@@ -30,7 +30,8 @@ bool isFinishable(const std::optional<Location>& location, const std::string& na
   return false;
 }
 
-/// Whole seconds, rounded up: the caller's, or those of the clock; absent when it has none.
+/// Whole seconds: `duration`, or the time between `start` and `end`, rounded up. Absent when it
+/// is 0.
 std::optional<std::int64_t> lengthOf(std::int64_t duration, std::int64_t start, std::int64_t end) {
   if (duration < 1) {
     const double elapsed = static_cast<double>(end) - static_cast<double>(start);
@@ -44,11 +45,11 @@ std::optional<std::int64_t> lengthOf(std::int64_t duration, std::int64_t start, 
 
 void ProgressLogic::perform(LevelUpCall call) {
   if (!events_.hasSession()) return;
-  accruals_.addCurrencyAccrual();  // What came in belongs to the level that ends.
+  accruals_.addCurrencyAccrual();  // The sums belong to the old level.
   const std::int64_t oldLevel = stateManager_.getActiveUser()->level;
   LevelUp event = events_.stamped(LevelUp{.balance = std::move(call.balances)});
   event.level = call.level;
-  if (call.level - 1 == oldLevel) {  // Otherwise they are not those of one level.
+  if (call.level - 1 == oldLevel) {  // Otherwise the sums are not those of one level.
     event.spent = levelResourceService_.getSpentResources();
     event.earned = levelResourceService_.getEarnedResources();
     event.bought = levelResourceService_.getBoughtResources();
@@ -80,7 +81,7 @@ void ProgressLogic::perform(TutorialCall call) {
     return;
   }
   events_.add(Tutorial{.step = call.step});
-  userService_.markTutorialStep(call.step);
+  userService_.markTutorialStep(call.step);  // After the event: a crash repeats it, and loses none.
   Logger::writeLog(PLRLogLevel::info,
                    [&] { return fmt::format("The tutorial step [{}] is saved", call.step); });
 }
@@ -95,7 +96,7 @@ void ProgressLogic::perform(StartProgressionEventCall call) {
 }
 
 void ProgressLogic::perform(FinishProgressionEventCall call) {
-  const auto& location = userService_.getLocation();
+  const auto& location = userService_.getLocation();  // Valid until clearLocation().
   if (!isFinishable(location, call.eventName) || !events_.hasSession()) return;
   auto& [success, duration, spent, earned] = call.parameters;
   events_.add(ProgressionEvent{

@@ -9,7 +9,7 @@
 
 namespace pelorino {
 
-/// How far a player has come: levels, balances, the tutorial and progressions.
+/// The user's progress: levels, balances, the tutorial and progressions.
 ///
 /// Threads: the incomeQueue only.
 class ProgressLogic final {
@@ -25,11 +25,11 @@ class ProgressLogic final {
         accruals_(accruals),
         events_(events) {}
 
-  /// With the sums of the level that ends, if the new level is the next one.
+  /// Reports the sums of the old level if the new level is the next one.
   void perform(LevelUpCall call);
-  /// Once for each user and process.
+  /// Reported once, until another user becomes active or the library starts again.
   void perform(CurrentBalanceCall call);
-  /// Each step once for each user.
+  /// Each step is reported once for each user.
   void perform(TutorialCall call);
   void perform(StartProgressionEventCall call);
   void perform(FinishProgressionEventCall call);

@@ -16,7 +16,7 @@ void logRenewal(const std::string& orderId) {
   });
 }
 
-/// The identifier of the purchase that the transaction began with, if any is known.
+/// The identifier of the original purchase, or else of the transaction itself, if it has one.
 std::optional<std::string> orderIdOf(const SKPaymentTransaction& transaction) {
   const auto& original = transaction.originalTransaction;
   return original && original->transactionIdentifier ? original->transactionIdentifier
@@ -73,6 +73,7 @@ void SubscriptionLogic::sendSubscriptionsHistoryEvent() {
   events_.add(RestoredTransactionsEvent{.currencyCode = std::move(*history->currencyCode),
                                         .transactions = std::move(history->transactions)});
   reportService_.sendBufferedEvents();
+  // After the event is stored: a crash in between repeats the history, and loses none.
   subscriptionService_.markAsRestoredHistory();
   subscriptionService_.markAsSendRestoredHistory();
   subscriptionService_.clearSubscriptionHistory();
@@ -85,7 +86,7 @@ bool SubscriptionLogic::answer(RestoreTransactionHistoryQuery /*query*/) {
 template <class Transactions>
 void SubscriptionLogic::receiveHistory(const Transactions& transactions) {
   if (!subscriptionService_.isNeedRestoreHistory()) return;
-  subscriptionService_.markAsRestoredHistory();
+  subscriptionService_.markAsRestoredHistory();  // An empty history is an answer, too.
   if (transactions.empty()) {
     Logger::writeLog(PLRLogLevel::debug, "subscriptionHistory transactions is empty");
     return;

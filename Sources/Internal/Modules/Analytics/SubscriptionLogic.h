@@ -13,7 +13,7 @@
 
 namespace pelorino {
 
-/// Subscriptions: what the store sells, what the host has bought before, and each payment.
+/// Subscriptions: the store's products, the user's past purchases, and each payment.
 ///
 /// Threads: the incomeQueue only.
 class SubscriptionLogic final {
@@ -31,12 +31,13 @@ class SubscriptionLogic final {
   void perform(EngineSubscriptionPaymentCall call);
   void perform(const SubscriptionHistoryCall& call);
   void perform(const EngineSubscriptionHistoryCall& call);
-  /// Whether the host is to tell its history of purchases.
+  /// Whether the host must give the history of purchases.
   [[nodiscard]] bool answer(RestoreTransactionHistoryQuery query);
 
-  /// Whether the backend's subscriptions are others than those whose history was asked for.
+  /// Whether the received configuration names another version of the subscriptions than the stored
+  /// one, so that the history must be asked for again. Call it before the received one is stored.
   [[nodiscard]] bool checkIfNeedResetHistory(const Config& received) const;
-  /// Asks the store for the products that the configuration names, if it does.
+  /// Asks the store for the products that the configuration names. Does nothing if it names none.
   void startSubscriptionsService();
 
  private:

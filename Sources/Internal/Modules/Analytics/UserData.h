@@ -12,7 +12,8 @@
 
 namespace pelorino {
 
-/// Removes what is stored of users. A table whose rows belong to a user is emptied here, too.
+/// Removes the stored data of users. If you add a table whose rows belong to a user, delete its
+/// rows here, too.
 ///
 /// Threads: the incomeQueue only.
 class UserData final {
@@ -28,10 +29,10 @@ class UserData final {
         reportService_(reportService),
         peopleService_(peopleService) {}
 
-  /// The users and all that belongs to them, but for their tutorial marks.
+  /// Deletes the users and everything that belongs to them, except their tutorial marks.
   void removeUsers(const std::vector<std::shared_ptr<User>>& users);
 
-  /// What of all users has not been sent.
+  /// Deletes everything that has not been sent, of all users.
   void removeEventsAndResources();
 
  private:

@@ -8,8 +8,9 @@ namespace pelorino {
 void UserEvents::generatePeopleEvent(bool needFullCard) {
   if (!projectService_.getTrackingAvailable()) return;
   if (!needFullCard && !peopleService_.isNeedToSend()) return;
-  if (!hasSession()) return;  // Nothing is lost: what has changed stays marked.
+  if (!hasSession()) return;  // Nothing is lost: the changes stay marked.
   PeopleEvent event;
+  // A cleared card is sent as null, whatever has changed in it since.
   if (!peopleService_.isNeedToClear()) {
     const PeopleProperties properties = peopleService_.getParameters(needFullCard);
     if (properties.empty()) return;

@@ -30,16 +30,16 @@ class UserEvents final {
         peopleService_(peopleService),
         clock_(clock) {}
 
-  /// What reports something of a session stops here without one.
+  /// Most calls are dropped while the active user has no session.
   [[nodiscard]] bool hasSession() const {
     return stateManager_.getActiveUser()->sessionId.has_value();
   }
 
-  /// Milliseconds since 1970, as events tell them.
+  /// Milliseconds since 1970.
   [[nodiscard]] std::int64_t now() const { return clock_.milliseconds(); }
 
-  /// The record with what events have in common, as far as it has these fields: the time, and the
-  /// session, level and progression of the active user.
+  /// Fills the fields that events have in common: the time, and the active user's session, level
+  /// and progression. Skips the fields that the record does not have.
   template <class Record>
   [[nodiscard]] Record stamped(Record record) const;
 
@@ -55,10 +55,11 @@ class UserEvents final {
     eventsService_.addEvent(Event(std::move(record)));
   }
 
-  /// Stores an event of what has changed in the user's card, or of the whole card.
+  /// Stores an event with the whole card of the active user, or with its changes. Does nothing
+  /// while tracking is off, without a session, or when there is nothing to report.
   void generatePeopleEvent(bool needFullCard);
 
-  /// Sends what is stored of all users, as events and as what has changed in the card.
+  /// Stores the changes of the card as an event, then sends all stored events and reports.
   void sendBufferedEvents();
 
  private:

@@ -18,7 +18,7 @@ void AnalyticsObserver::addLogicBroadcaster(LogicBroadcasterProtocol* logicBroad
   setLogic(logicBroadcaster);
   if (logicBroadcaster == nullptr) return;
   logicBroadcaster->onBackendIdentifiersUpdate = [this](std::optional<std::int64_t> pelorinoId) {
-    if (pelorinoId && *pelorinoId != 0) tellListener(*pelorinoId);
+    if (pelorinoId && *pelorinoId != 0) tellListener(*pelorinoId);  // 0 is no identifier.
   };
 }
 

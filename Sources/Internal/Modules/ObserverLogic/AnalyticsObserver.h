@@ -10,16 +10,19 @@
 
 namespace pelorino {
 
-/// Links the host's identifiers listener to the logic.
+/// Tells the host's listener the identifiers that the logic gets from the backend.
 ///
-/// Threads: the listener is set from any thread and called on the incomeQueue; the logic is given
-/// on the incomeQueue.
+/// Threads: set the listener from any thread; it is called on the incomeQueue. Set the logic on the
+/// incomeQueue.
+/// Errors:  an exception of the listener is logged.
 class AnalyticsObserver final : public ModuleFront<LogicBroadcasterProtocol> {
  public:
-  /// Replaces the listener; none clears it. It hears at once of an identifier already known.
+  /// Replaces the listener; null removes it. If the identifier is already known, the listener is
+  /// called with it in a block of its own.
   void addIdentifiersListener(std::shared_ptr<PLRIdentifiersListener> identifiersListener);
 
-  /// The logic goes before this does, or is taken away by null.
+  /// Sets the logic, which is borrowed and calls this object. Before this object is destroyed, set
+  /// null or destroy the logic.
   void addLogicBroadcaster(LogicBroadcasterProtocol* logicBroadcaster);
 
  private:

@@ -14,8 +14,8 @@ bool isExcluded(const std::string& key) {
   return Validator::isExcluded("pl", AnyCodable(key));
 }
 
-/// Checks what a host sets or adds under a key of its own choice. A key may come to stand for a
-/// reserved one only when it has been cleaned; it must not bring a wrong type there.
+/// Checks a key and a value that the host sets or adds. The type is checked twice: cleaning may
+/// turn the key into a reserved one.
 std::optional<PeopleValidatorRules::Property> validateChanges(const char* method, std::string key,
                                                               const PeopleValueType& value) {
   const auto fits = [](const std::string& name, const PeopleValueType& offered) {
@@ -82,6 +82,7 @@ void PeopleLogic::unset(std::vector<std::string> properties, const char* method)
     for (std::string& key : properties) key = normalized(std::move(key));
     auto keys = PeopleValidatorRules::validateUnset(method, std::move(properties));
     if (!keys) return;
+    // Again: cleaning may have turned a key into a reserved one.
     for (std::string& key : *keys) key = normalized(std::move(key));
     std::erase_if(*keys, isExcluded);
     if (!keys->empty()) service.unset(*keys);

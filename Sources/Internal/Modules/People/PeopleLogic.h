@@ -12,26 +12,27 @@
 
 namespace pelorino {
 
-/// The front of the user's card. Here a public call leaves the caller's thread: it becomes a block
-/// on the incomeQueue, which refuses it if the library isn't started, validates its arguments, asks
-/// the exclusions, and only then calls the service. So calls are applied in their order of arrival,
-/// and a getter sees every change before it.
+/// The front of the user's card. Each call becomes a block on the incomeQueue. The block refuses
+/// the call if the library is not started, checks its arguments and the exclusions, and then calls
+/// the service. So calls are applied in the order in which they were made, and a getter sees every
+/// earlier change.
 ///
-/// `method` is what messages call the operation; a constant.
+/// `method` is the operation's name in log lines. It must live for ever, as a literal does.
 ///
-/// Threads: any. The service is given on the incomeQueue, and the handlers run there.
+/// Threads: any, except setPeopleService(): the incomeQueue only. Handlers run on the incomeQueue.
+/// Errors:  refused calls are logged.
 class PeopleLogic final : public ModuleFront<PeopleService> {
  public:
   using ValueHandler = HostClosure<void(const std::optional<PeopleValueType>& value)>;
 
-  /// None takes it away, and calls are refused again.
+  /// Sets the service, which is borrowed. With null, calls are refused.
   void setPeopleService(PeopleService* peopleService) { setLogic(peopleService); }
 
-  /// The caller answers for the type of the value.
+  /// Does not check the type of the value: the caller must pass the type that the key requires.
   void setReservedValue(PeopleReservedKeys key, PeopleValueType value, const char* method);
   void setValue(std::string key, PeopleValueType value, const char* method);
   void increment(std::string key, PeopleValueType value, const char* method);
-  /// Answers with nothing where the key is refused or has no value.
+  /// The answer is absent when the key is refused or has no value.
   void getValue(std::string key, ValueHandler handler, const char* method);
   void unset(std::vector<std::string> properties, const char* method);
   void clearUser(const char* method);
@@ -39,7 +40,7 @@ class PeopleLogic final : public ModuleFront<PeopleService> {
  private:
   using Change = void (PeopleService::*)(const std::string& key, const PeopleValueType& value);
 
-  /// Runs `work(*service)` on the incomeQueue, where there is one.
+  /// Runs `work(*service)` on the incomeQueue, unless the call is refused.
   template <class Work>
   void perform(const char* method, Work work);
   void change(std::string key, PeopleValueType value, const char* method, Change operation);

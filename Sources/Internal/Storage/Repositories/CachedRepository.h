@@ -10,10 +10,12 @@
 
 namespace pelorino {
 
-/// The models of the table that `Entry` tells. They are shared: a change of a field shows at once
-/// to everyone who holds the model, and is stored by update().
+/// The models of the table that `Entry` describes. They are shared: everyone who holds a model sees
+/// a change of it at once. update() stores the change.
 ///
 /// Threads: the incomeQueue only.
+/// Owns:    a cache of the models; the database is borrowed.
+/// Errors:  logged by the database. Reading then gives fewer rows.
 template <class Model, class Entry>
 class CachedRepository {
  public:
@@ -32,15 +34,16 @@ class CachedRepository {
     return std::static_pointer_cast<Model>(table_.rows().rows().find(key));
   }
 
-  /// Stores a model that is in no table yet and sets its `idKey`. False when it could not be
-  /// stored: its `idKey` stays -1, and the cache does not know it.
+  /// Stores a model that is in no table yet and sets its `idKey`. If that fails, it returns false,
+  /// `idKey` stays -1, and the cache does not contain the model.
   bool insert(const Item& item) { return table_.insert(item); }
 
-  /// Stores the fields of a model, under its row id.
+  /// Stores the fields of a model that has been inserted. If that fails, the model keeps the change
+  /// in memory.
   void update(const Model& model) { table_.update(model.idKey, &model); }
 
-  /// Deletes the rows of the models. False when some cannot be deleted: they come back with the
-  /// next start.
+  /// Deletes the rows of the models. If it returns false, some rows are gone from memory only, and
+  /// the next start reads them again.
   bool deleteItems(std::span<const Item> items) {
     std::vector<RowId> ids;
     ids.reserve(items.size());
@@ -66,15 +69,16 @@ class UserRowsRepository : public CachedRepository<Model, Entry> {
   [[nodiscard]] std::vector<Item> ofUser(RowId userId) {
     return firstOfUser(userId, countOfUser(userId));
   }
-  /// The first of them, no more than `count`. Cost: what it gives.
+  /// The first `count` of them. Cost: the rows that it returns.
   [[nodiscard]] std::vector<Item> firstOfUser(RowId userId, std::size_t count) {
     return this->table_.rows().of(userId).template first<Model>(count);
   }
-  /// The first of them that `matches` holds for; null when there is none. Copies none on the way.
+  /// The first of them for which `matches` is true; null when there is none.
   template <class Predicate>
   [[nodiscard]] Item findOfUser(RowId userId, Predicate matches) {
     return this->table_.rows().of(userId).template findIf<Model>(matches);
   }
+  /// The first of them; null when there is none.
   [[nodiscard]] Item findOfUser(RowId userId) {
     return findOfUser(userId, [](const Model&) { return true; });
   }
@@ -98,7 +102,7 @@ class ProjectRowsRepository : public CachedRepository<Model, Entry> {
     const RowList& rows = this->table_.rows().of(projectId);
     return rows.template first<Model>(rows.size());
   }
-  /// The first of them that `matches` holds for; null when there is none. Copies none on the way.
+  /// The first of them for which `matches` is true; null when there is none.
   template <class Predicate>
   [[nodiscard]] Item findOfProject(RowId projectId, Predicate matches) {
     return this->table_.rows().of(projectId).template findIf<Model>(matches);

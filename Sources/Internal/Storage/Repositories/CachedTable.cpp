@@ -11,7 +11,7 @@
 namespace pelorino {
 namespace {
 
-/// The texts for all columns but the row id, in their order.
+/// The statements name all columns but the row id, in their order.
 TableStatements statementsOf(const TableDescription& description) {
   std::vector<std::string_view> columns;
   for (const Column& column : description.columns) columns.push_back(column.name);
@@ -39,12 +39,14 @@ CachedTable::CachedTable(const TableDescription& description, DatabaseProtocol& 
       cache_(description.owner) {}
 
 const RowCache& CachedTable::rows() {
+  // After a failed read it tries again, but only while the cache is empty: a second read would
+  // replace models that others hold.
   if (!isLoaded_ && cache_.rows().size() == 0) load();
   return cache_;
 }
 
 bool CachedTable::insert(const Row& row) {
-  static_cast<void>(rows());  // Read before the row is in the table.
+  static_cast<void>(rows());  // Load first, or the new row would be read a second time.
   const auto rowId = database_.insert(statements_, prepareContetsValues(row.get()));
   if (!rowId) return false;
   idOf(row) = *rowId;
@@ -54,14 +56,14 @@ bool CachedTable::insert(const Row& row) {
 
 void CachedTable::update(RowId id, const void* model) {
   auto values = prepareContetsValues(model);
-  values.emplace_back(id);
+  values.emplace_back(id);  // The last argument of the statement: "id=?".
   database_.update(statements_, values);
 }
 
 bool CachedTable::remove(std::span<const RowId> ids) {
   if (ids.empty()) return true;
-  // Where the deletion fails, say on a full disk, this library does not read the rows again:
-  // otherwise reports that have been delivered would go out at every occasion.
+  // From memory first, even if the deletion then fails, for example on a full disk. Otherwise
+  // delivered reports would be sent again and again.
   for (const RowId id : ids) cache_.remove(id);
   return deleteRows(BaseEntry::id, ",", ids) == static_cast<std::int64_t>(ids.size());
 }
@@ -69,6 +71,7 @@ bool CachedTable::remove(std::span<const RowId> ids) {
 void CachedTable::removeOfOwners(std::span<const RowId> owners) {
   for (const RowId owner : owners) {
     const RowList& rows = cache_.of(owner);
+    // Over a copy: removing changes the list.
     for (const Row& row : rows.first<void>(rows.size())) cache_.remove(idOf(row));
   }
   deleteRows(description_.ownerColumn, ", ", owners);
@@ -86,7 +89,7 @@ void CachedTable::load() {
   });
 }
 
-/// Null for a row that lacks what the model must have.
+/// Null if a required value is missing in the row.
 CachedTable::Row CachedTable::rowOf(const Cursor& cursor) const {
   int at = 0;
   const auto id = cursor.integer(at);
@@ -99,7 +102,7 @@ CachedTable::Row CachedTable::rowOf(const Cursor& cursor) const {
   return row;
 }
 
-/// The values of all columns but the row id, with room for that behind them.
+/// The values of all columns but the row id. Reserves room for the row id at the end.
 std::vector<std::optional<SQLiteValue>> CachedTable::prepareContetsValues(const void* model) const {
   std::vector<std::optional<SQLiteValue>> values;
   values.reserve(description_.columns.size() + 1);
@@ -107,7 +110,8 @@ std::vector<std::optional<SQLiteValue>> CachedTable::prepareContetsValues(const 
   return values;
 }
 
-/// In as many statements as the number of values takes. Returns how many rows have gone.
+/// Returns the number of deleted rows. Many values take several statements: SQLite limits the
+/// arguments of one.
 std::int64_t CachedTable::deleteRows(std::string_view column, std::string_view separator,
                                      std::span<const RowId> values) {
   std::int64_t deleted = 0;

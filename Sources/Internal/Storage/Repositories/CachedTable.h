@@ -12,12 +12,12 @@
 
 namespace pelorino {
 
-/// A table, read whole on first need and kept in memory: reads are served from the cache, writes go
-/// to both. Nothing else writes to the table.
+/// A table that is read completely on first use and then kept in memory. Reads use the memory;
+/// writes go to the memory and to the file. Nothing else may write to the table.
 ///
 /// Threads: the incomeQueue only.
-/// Owns:    its cache; the database outlives it.
-/// Errors:  none are reported but by insert(); the database has logged them.
+/// Owns:    its cache; the database is borrowed.
+/// Errors:  logged by the database; insert() and remove() also return false.
 class CachedTable final {
  public:
   using Row = RowCache::Row;
@@ -25,14 +25,15 @@ class CachedTable final {
   CachedTable(const TableDescription& description, DatabaseProtocol& database);
 
   [[nodiscard]] DatabaseProtocol& database() const { return database_; }
-  /// The rows, read now if they have not been.
+  /// All rows. The first call reads them from the file.
   [[nodiscard]] const RowCache& rows();
 
+  /// Inserts the row and sets its row id. If the file refuses it, memory does not get it either.
   bool insert(const Row& row);
   void update(RowId id, const void* model);
-  /// False when some of these rows may still be in the file.
+  /// Removes the rows from memory in any case. False when some may still be in the file.
   bool remove(std::span<const RowId> ids);
-  /// Deletes all rows that belong to one of these.
+  /// Deletes all rows of these users or projects.
   void removeOfOwners(std::span<const RowId> owners);
   void clear();
 
@@ -49,7 +50,7 @@ class CachedTable final {
   const TableStatements statements_;
   DatabaseProtocol& database_;
   RowCache cache_;
-  /// The table was read to its end, so an empty cache means an empty table.
+  /// The table was read completely: an empty cache means an empty table.
   bool isLoaded_ = false;
 };
 

@@ -6,6 +6,7 @@
 namespace pelorino {
 namespace {
 
+/// Keeps the text beside the properties: a card that does not change is stored as it was read.
 bool readJson(PeopleCard& card, const Cursor& cursor, int at) {
   auto json = cursor.text(at);
   if (!json) return false;
@@ -18,7 +19,7 @@ std::optional<SQLiteValue> writeJson(const PeopleCard& card) {
   return card.json;
 }
 
-constexpr char keySeparator = ',';
+constexpr char keySeparator = ',';  ///< Part of the file's format.
 
 bool readChangedKeys(PeopleCard& card, const Cursor& cursor, int at) {
   std::istringstream keys(cursor.text(at).value_or(std::string()));

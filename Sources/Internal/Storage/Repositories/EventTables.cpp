@@ -12,6 +12,8 @@ constexpr Column events[] = {
 
 constexpr std::string_view packagesColumn = "packagesJson";
 
+/// Skips the packages: many reports may wait, and ReportsRepository::readPackages() reads them one
+/// by one.
 bool leavePackages(Report& /*report*/, const Cursor& /*cursor*/, int /*at*/) {
   return true;
 }

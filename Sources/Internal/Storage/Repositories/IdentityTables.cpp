@@ -3,7 +3,7 @@
 
 namespace pelorino {
 
-/// Held as JSON text. What does not decode reads as the defaults.
+/// Stored as JSON text. A text that cannot be decoded reads as the default configuration.
 template <>
 struct SQLiteValueContertible<Config> {
   static std::optional<SQLiteValue> stored(const Config& field) {

@@ -9,8 +9,8 @@
 
 namespace pelorino {
 
-/// The value as JSON text, that of `defaultOption` where JSON cannot hold the value; absent, and so
-/// NULL, where it cannot hold that either.
+/// The value as JSON text. If JSON cannot hold the value, the text of `defaultOption`; if it cannot
+/// hold that either, nothing, which is stored as NULL.
 template <class Value>
 [[nodiscard]] std::optional<std::string> encodeOrDefault(const Value& value,
                                                          const Value& defaultOption) {
@@ -18,7 +18,7 @@ template <class Value>
   return text ? text : toJSONData(defaultOption);
 }
 
-/// Lists are held as JSON text. A text that does not decode is an empty list.
+/// Lists are stored as JSON text. A text that cannot be decoded reads as an empty list.
 template <class Element>
 struct SQLiteValueContertible<std::vector<Element>> {
   static std::optional<SQLiteValue> stored(const std::vector<Element>& field) {

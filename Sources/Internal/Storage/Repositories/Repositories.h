@@ -12,8 +12,10 @@
 #include "Subscriptions.h"
 #include "User.h"
 
-// The repositories, one for each table. A table's name and columns are told in the .cpp of its
-// subject, as the `table` of its entry.
+// The repositories, one for each table. The .cpp file of a subject defines the name and the columns
+// of its tables, as the `table` of each entry.
+//
+// Threads: the incomeQueue only.
 
 namespace pelorino {
 
@@ -34,13 +36,13 @@ using UserRepository = ProjectRowsRepository<User, UserEntry>;
 struct DeviceIdentifiersEntry final : BaseEntry {
   static const TableDescription table;
 };
-/// The ids of the device, one row for each project.
+/// The identifiers of the device, one row for each project.
 using IdentifiersRepository = ProjectRowsRepository<DeviceIdentifiers, DeviceIdentifiersEntry>;
 
 struct SdkToolsEntry final : BaseEntry {
   static const TableDescription table;
 };
-/// What the library notes about itself, one row.
+/// Notes of the library about itself, one row.
 using ToolsRepository = CachedRepository<SdkTools, SdkToolsEntry>;
 
 // ---- EventTables.cpp ----
@@ -54,17 +56,18 @@ using EventRepository = UserRowsRepository<EventObject, EventEntry>;
 struct ReportEntry final : BaseEntry {
   static const TableDescription table;
 };
-/// Packed reports that wait for delivery. Many can gather while the backend is out of reach: those
-/// of earlier launches are listed without their packages, which are read when their turn comes.
+/// Packed reports that wait for delivery. Many can wait while the backend cannot be reached, so
+/// reports of earlier launches are loaded without their packages. readPackages() reads those just
+/// before a report is sent.
 class ReportsRepository final : public UserRowsRepository<Report, ReportEntry> {
  public:
   using UserRowsRepository::UserRowsRepository;
 
-  /// Reads the packages from the row, unless the report has them. False when there is no such row,
-  /// or it cannot be read.
+  /// Reads the packages from the row, unless the report has them. False when there is no row, or
+  /// when it cannot be read.
   bool readPackages(Report& report);
 
-  /// A report never changes, and one listed without its packages would lose them.
+  /// Reports do not change. An update of one without its packages would delete these.
   void update(const Report& report) = delete;
 };
 
@@ -112,7 +115,7 @@ using MessagingCategoryRepository = CachedRepository<MessagingCategory, Messagin
 struct SubscriptionEntry final : BaseEntry {
   static const TableDescription table;
 };
-/// What is known of subscriptions, one row for each project.
+/// The subscriptions, one row for each project.
 using SubscriptionRepository = ProjectRowsRepository<SubscriptionInfo, SubscriptionEntry>;
 
 }  // namespace pelorino

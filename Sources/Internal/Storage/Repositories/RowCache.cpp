@@ -3,6 +3,7 @@
 namespace pelorino {
 
 const RowList& RowCache::of(RowId owner) const {
+  // Never destroyed: the incomeQueue may still run while the process exits.
   static const auto& none = *new RowList;
   const auto found = owned_.find(owner);
   return found == owned_.end() ? none : found->second;
@@ -10,6 +11,7 @@ const RowList& RowCache::of(RowId owner) const {
 
 void RowCache::set(RowId id, const Row& row) {
   if (ownerOf_ != nullptr) {
+    // The row that is replaced may have another owner.
     if (const Row old = rows_.find(id)) removeOwned(old, id);
     owned_[ownerOf_(row.get())].set(id, row);
   }
@@ -31,7 +33,7 @@ void RowCache::removeOwned(const Row& row, RowId id) {
   const auto found = owned_.find(ownerOf_(row.get()));
   if (found == owned_.end()) return;
   found->second.remove(id);
-  if (found->second.size() == 0) owned_.erase(found);
+  if (found->second.size() == 0) owned_.erase(found);  // Owners come and go; do not keep them all.
 }
 
 }  // namespace pelorino

@@ -9,21 +9,23 @@
 
 namespace pelorino {
 
-/// The rows of a table in memory, found by row id and, where they have one, by owner. Reading costs
-/// what is read, not the whole table.
+/// The rows of a table in memory, by row id and, if the table has owners, by owner. Finding the
+/// rows of one owner does not walk the whole table.
+///
+/// Threads: the incomeQueue only.
 class RowCache final {
  public:
   using Row = RowList::Row;
   using OwnerOf = RowId (*)(const void* model);
 
-  /// `ownerOf` is null for rows without an owner.
+  /// `ownerOf` is null for a table without owners. The owner of a row must not change.
   explicit RowCache(OwnerOf ownerOf) : ownerOf_(ownerOf) {}
 
   [[nodiscard]] const RowList& rows() const { return rows_; }
-  /// The rows of one owner; an empty list where there are none.
+  /// The rows of one owner; an empty list if there are none.
   [[nodiscard]] const RowList& of(RowId owner) const;
 
-  /// Takes the place of a row of the same id.
+  /// Adds a row, or replaces the row of this id.
   void set(RowId id, const Row& row);
   void remove(RowId id);
   void clear();

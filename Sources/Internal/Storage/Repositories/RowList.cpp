@@ -5,7 +5,7 @@
 namespace pelorino {
 namespace {
 
-constexpr std::size_t fewSlots = 16;
+constexpr std::size_t fewSlots = 16;  ///< So few empty slots are not worth a clean-up.
 
 }  // namespace
 
@@ -29,8 +29,8 @@ void RowList::remove(RowId id) {
   if (!isAt(place, id) || !slots_[place].row) return;
   slots_[place].row.reset();
   --size_;
-  // A removed row leaves its slot behind, except at the front; slots are dropped when they are the
-  // greater part.
+  // A removed row leaves an empty slot: moving the rows behind it each time would be slow. Empty
+  // slots at the front go at once, the others when they are more than the rows.
   while (!slots_.empty() && !slots_.front().row) slots_.pop_front();
   if (slots_.size() > 2 * size_ + fewSlots) {
     std::erase_if(slots_, [](const Slot& slot) { return !slot.row; });
@@ -38,7 +38,7 @@ void RowList::remove(RowId id) {
 }
 
 std::size_t RowList::lowerBound(RowId id) const {
-  // New rows come at the end.
+  // The common case: a new row belongs at the end.
   if (slots_.empty() || slots_.back().id < id) return slots_.size();
   const auto place = std::ranges::lower_bound(slots_, id, {}, &Slot::id);
   return static_cast<std::size_t>(place - slots_.begin());

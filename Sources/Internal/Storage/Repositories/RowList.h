@@ -10,22 +10,24 @@
 
 namespace pelorino {
 
-/// Shared models in ascending order of row id, which is the order of insertion. Adding at the end
-/// and removing are amortized O(log n), wherever the row stands; walking costs what it gives, as
-/// long as rows are removed from the front.
+/// Models in ascending order of row id, which is the order of insertion. Adding at the end and
+/// removing anywhere take amortized O(log n). Reading the first rows takes time linear in their
+/// number, if rows are removed from the front.
+///
+/// Threads: the incomeQueue only.
 class RowList final {
  public:
   using Row = std::shared_ptr<void>;
 
   [[nodiscard]] std::size_t size() const { return size_; }
 
-  /// Replaces a row of the same id.
+  /// Adds a row, or replaces the row of this id.
   void set(RowId id, Row row);
   /// Null when there is none.
   [[nodiscard]] Row find(RowId id) const;
   void remove(RowId id);
 
-  /// No more than `count`. All rows are of the type `Model`.
+  /// The first `count` rows. `Model` must be the type of all rows.
   template <class Model>
   [[nodiscard]] std::vector<std::shared_ptr<Model>> first(std::size_t count) const {
     count = std::min(count, size_);
@@ -37,7 +39,7 @@ class RowList final {
     return rows;
   }
 
-  /// The first row that `matches` holds for, null when there is none; nothing is copied on the way.
+  /// The first row for which `matches` is true; null when there is none.
   template <class Model, class Predicate>
   [[nodiscard]] std::shared_ptr<Model> findIf(Predicate matches) const {
     for (const Slot& slot : slots_) {
@@ -51,14 +53,14 @@ class RowList final {
  private:
   struct Slot {
     RowId id;
-    Row row;
+    Row row;  ///< Null when the row has been removed.
   };
 
   [[nodiscard]] std::size_t lowerBound(RowId id) const;
   [[nodiscard]] bool isAt(std::size_t place, RowId id) const;
 
   std::deque<Slot> slots_;
-  std::size_t size_ = 0;
+  std::size_t size_ = 0;  ///< Of the slots, those with a row.
 };
 
 }  // namespace pelorino

@@ -13,7 +13,8 @@ void append(std::string& sql, const Column& column) {
   sql.append(column.name).append(" ").append(column.definition);
 }
 
-/// One line for each column, the row id first.
+/// The statement as a new file runs it: without columns that a later version adds. Its exact text
+/// is kept in the file.
 Step create(const TableDescription& table) {
   std::string sql = "CREATE TABLE IF NOT EXISTS ";
   sql.append(table.name).append(" (\n    ").append(BaseEntry::id);
@@ -25,7 +26,7 @@ Step create(const TableDescription& table) {
   return {sql.append("\n);")};
 }
 
-/// Adds the one column that the version brought to a table of an earlier one.
+/// The statement that adds the column of this version to an older table. There must be exactly one.
 Step update(const TableDescription& table, std::int64_t version) {
   const Column& column = *std::ranges::find(table.columns, version, &Column::addingVersion);
   std::string sql = "ALTER TABLE ";
@@ -51,6 +52,8 @@ Schema SQLiteContracts::schema() {
   const Step createTableSubscriptions = create(SubscriptionEntry::table);
   const Step updateTableDeviceIdentifiers = update(DeviceIdentifiersEntry::table, 1);
 
+  // map[0] makes the first tables; map[1] is what version 1 added. The lists are frozen: files of
+  // each version exist.
   return {
       .version = schemeVersion,
       .map = {{createTableProjects, createTableUsers, createTableEvents, createTableReports,

@@ -4,13 +4,13 @@
 
 namespace pelorino {
 
-/// The versions of the store's schema and the steps between them. The names and columns of the
-/// tables are told with each table (Repositories.h); a table of an earlier version may only gain
-/// columns at its end, by a step of a new version.
+/// The versions of the database's schema and the steps between them. Each table defines its own
+/// name and columns (Repositories.h). Released tables may only get new columns at the end, by a
+/// step of a new version.
 struct SQLiteContracts final {
   static constexpr std::int64_t schemeVersion = 1;
 
-  /// A file of version 0, as a new one is, runs both parts of the map.
+  /// A new file has version 0 and runs all steps.
   [[nodiscard]] static Schema schema();
 };
 

@@ -2,6 +2,7 @@
 
 namespace pelorino {
 
+/// Stored as a number. An unknown number reads as `earned`.
 template <>
 struct SQLiteValueContertible<LevelResourceType> {
   static std::optional<SQLiteValue> stored(LevelResourceType field) {
@@ -10,11 +11,13 @@ struct SQLiteValueContertible<LevelResourceType> {
   static std::optional<LevelResourceType> from(const Cursor& cursor, int at) {
     const auto raw = cursor.integer(at);
     if (!raw) return std::nullopt;
+    // The file may hold any number; description() has no text for an unknown one.
     const bool isKnown = *raw >= 0 && *raw <= static_cast<int>(LevelResourceType::spent);
     return isKnown ? static_cast<LevelResourceType>(*raw) : LevelResourceType::earned;
   }
 };
 
+/// Stored as a number. An unknown number reads as `earned`.
 template <>
 struct SQLiteValueContertible<PLRAccrualType> {
   static std::optional<SQLiteValue> stored(PLRAccrualType field) {

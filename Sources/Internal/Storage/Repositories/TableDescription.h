@@ -12,21 +12,20 @@
 
 namespace pelorino {
 
-/// What every table has: the row id, its first column.
+/// What all tables have in common: the first column is the row id.
 struct BaseEntry {
   static constexpr std::string_view id = "id";
 };
 
-/// One further column of a table: its name, its SQL type with constraints, and the field of the
-/// model that it holds.
+/// A column of a table, except the row id: its name, its SQL type with constraints, and how it is
+/// read from and written to a model.
 struct Column {
   std::string_view name;
   std::string_view definition;
-  /// False when the column does not hold what the model must have.
+  /// False when a required value is missing.
   bool (*read)(void* model, const Cursor& cursor, int at);
   std::optional<SQLiteValue> (*write)(const void* model);
-  /// The version that gave the column to a table of an earlier one; 0 when the table was made with
-  /// it.
+  /// The schema version that added the column to an older table; 0 if the table began with it.
   std::int64_t addingVersion = 0;
 
   [[nodiscard]] constexpr Column addedBy(std::int64_t version) const {
@@ -36,6 +35,7 @@ struct Column {
   }
 };
 
+/// Reads and writes one member of a model, given as a pointer to member.
 template <auto Member>
 struct MemberOf;
 
@@ -53,13 +53,13 @@ struct MemberOf<Member> {
   }
 };
 
-/// A column that holds a field as the field's type says.
+/// A column for one field. SQLiteValueContertible of the field's type decides how it is stored.
 template <auto Member>
 constexpr Column column(std::string_view name, std::string_view definition) {
   return {name, definition, MemberOf<Member>::read, MemberOf<Member>::write};
 }
 
-/// A column that is read and written by functions of its own.
+/// A column with its own functions for reading and writing.
 template <class Model, bool (*Read)(Model&, const Cursor&, int at),
           std::optional<SQLiteValue> (*Write)(const Model&)>
 constexpr Column column(std::string_view name, std::string_view definition) {
@@ -70,21 +70,21 @@ constexpr Column column(std::string_view name, std::string_view definition) {
           [](const void* model) { return Write(*static_cast<const Model*>(model)); }};
 }
 
-/// All that is told of one table. What makes the table and what reads and writes its rows follow
-/// from it.
+/// The description of one table, from which all its SQL statements follow, and how its rows are
+/// read. A constant; any thread.
 ///
-/// It knows the model's type in these small functions only; the cache and the SQL work on `void*`,
-/// as code that all tables share. As templates over the model they took 118 kB more, of 170.
+/// Only these small functions know the model's type. The cache and the SQL code use `void*`, and
+/// all tables share them. As templates they made the library's code 118 kB larger, of 170 kB.
 struct TableDescription {
   std::string_view name;
-  /// Those behind the row id, in their order on disk, which is frozen: rows are read by it. A
-  /// column may only ever be added at the end.
+  /// The columns after the row id, in their order in the file. The order is frozen: rows are read
+  /// by position. New columns may only be added at the end.
   std::span<const Column> columns;
-  std::string_view constraint;  ///< Of the table as a whole; often empty.
+  std::string_view constraint;  ///< Of the whole table; empty if there is none.
   std::shared_ptr<void> (*make)();
   RowId& (*idKey)(void* model);
-  /// The row id of the user or project that the row belongs to, which does not change while the row
-  /// is stored; null for a table whose rows belong to nobody.
+  /// Returns the row id of the user or project that a row belongs to. It must not change while the
+  /// row is stored. Null for a table without owners.
   RowId (*owner)(const void* model) = nullptr;
   std::string_view ownerColumn = {};
 };
@@ -98,7 +98,8 @@ constexpr TableDescription describeTable(std::string_view name, std::span<const 
           .idKey = [](void* model) -> RowId& { return static_cast<Model*>(model)->idKey; }};
 }
 
-/// The same for a table whose rows belong to the user or project that the member `Owner` names.
+/// The same for a table whose rows belong to a user or project. The member `Owner` holds its row
+/// id.
 template <auto Owner>
 constexpr TableDescription describeOwnedTable(std::string_view name,
                                               std::span<const Column> columns,

@@ -11,7 +11,7 @@
 
 namespace pelorino {
 
-/// An event of the host's own making.
+/// An event that the host defines.
 struct CustomEvent {
   static constexpr std::string_view code = "ce";
   std::int64_t timestamp = 0;
@@ -34,7 +34,7 @@ struct CustomEvent {
   }
 };
 
-/// Values of the user's card.
+/// Values of the user's card. Absent parameters mean that the card was cleared.
 struct PeopleEvent {
   static constexpr std::string_view code = "pl";
   std::int64_t timestamp = 0;

@@ -10,24 +10,24 @@
 
 namespace pelorino {
 
-/// An event value on its way to the store, whatever its type. Immutable.
+/// An event of any type, to be stored or sent. Immutable; any thread.
 class Storable {
  public:
   virtual ~Storable() = default;
 
-  /// The short text that tells event types apart on the wire and in exclusions.
+  /// The short name of the event's type on the wire and in exclusions.
   [[nodiscard]] virtual std::string_view code() const = 0;
 
-  /// The event as JSON text; empty, with a line in the log, when JSON cannot hold it.
+  /// The event as JSON text. If JSON cannot hold it, the text is empty, with a log line.
   [[nodiscard]] virtual std::string getJson() const = 0;
 
-  /// The event as the log shows it: one line a field.
+  /// The event for log lines: one line for each field.
   [[nodiscard]] virtual std::string description() const = 0;
 };
 
-/// Makes a storable event of a record: `service.addEvent(Event(SessionStart{.timestamp = now}))`.
+/// Makes an event from a record: `service.addEvent(Event(SessionStart{.timestamp = now}))`.
 ///
-/// A record is a plain struct with a constant `code` and a `describe` of the fields that follow it.
+/// A record is a plain struct with a constant `code`, and a `describe` that lists its fields.
 template <Described Record>
 class Event final : public Storable {
  public:
@@ -65,12 +65,12 @@ class Event final : public Storable {
   }
 };
 
-/// One event that waits to be packed.
+/// A row of the table `events`: one event that waits to be packed. incomeQueue only.
 class EventObject final {
  public:
   std::string code;
   RowId idKey = notStoredRowId;
-  RowId userId = notStoredRowId;  ///< `idKey` of the owning user; -1 for an event without a row.
+  RowId userId = notStoredRowId;  ///< `idKey` of the owner; -1 for an event that is not stored.
   std::string json;
 
   template <class Self, class Visit>

@@ -8,6 +8,7 @@
 namespace pelorino {
 namespace {
 
+// The fields that events share. All other fields stand between the two groups, in one part.
 constexpr std::array<std::string_view, 4> firstFields = {"code", "timestamp", "sessionId", "level"};
 constexpr std::array<std::string_view, 2> lastFields = {"inProgress", "inExperiments"};
 
@@ -23,6 +24,7 @@ std::size_t partIndex(std::string_view label) {
 
 }  // namespace
 
+// The odd blanks and line feeds below belong to the log's format.
 std::string& FieldLines::beginLine(std::size_t deeper) {
   return out_.append(tabs_ + deeper, '\t').append(1, ' ');
 }

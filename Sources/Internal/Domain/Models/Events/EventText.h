@@ -19,11 +19,11 @@ class Storable;
 struct RestoredTransaction;
 struct SubscriptionProduct;
 
-/// Visitor that writes the text form of fields below each other: a line a field; tables and lists
-/// as a head line and their entries one step deeper, nothing at all when they are empty.
+/// Visitor that writes fields as text for the log, one line for each field. A table or list gets a
+/// line of its own, and its entries follow, indented by one more tab. An empty one is left out.
 class FieldLines final {
  public:
-  /// Appends to `out`, which must outlive this, behind `tabs` tabs.
+  /// Appends to `out`, which is borrowed. Lines begin with `tabs` tabs.
   FieldLines(std::string& out, std::size_t tabs) : out_(out), tabs_(tabs) {}
 
   void operator()(const Field& field, bool value);
@@ -68,17 +68,17 @@ class FieldLines final {
   void element(std::int64_t number, const RestoredTransaction& transaction);
   void element(std::int64_t number, const SubscriptionProduct& product);
 
-  /// Begins a line, `deeper` steps below the fields.
+  /// Begins a line with the tabs of the fields and `deeper` more.
   std::string& beginLine(std::size_t deeper = 0);
-  /// Begins the line of a field up to its value.
+  /// Begins the line of a field: everything before its value.
   std::string& beginLine(const Field& field);
 
   std::string& out_;
   std::size_t tabs_;
 };
 
-/// Visitor that collects the text form of an event: the fields that all events share first and the
-/// progression last, whatever their order in the JSON.
+/// Visitor that writes an event as text for the log. The fields that all events share come first
+/// and the progression last, whatever the order in the JSON.
 class EventText final {
  public:
   template <class Value>
@@ -92,10 +92,10 @@ class EventText final {
   /// The part of the text that the field belongs to.
   [[nodiscard]] std::string& partOf(const Field& field);
 
-  std::array<std::string, 7> parts_;
+  std::array<std::string, 7> parts_;  ///< Four first fields, the others together, two last fields.
 };
 
-/// Writes the line about an event that JSON cannot hold.
+/// Logs that JSON cannot hold an event.
 void logEncodingError(const Storable& event, const PLRError& error);
 
 }  // namespace pelorino

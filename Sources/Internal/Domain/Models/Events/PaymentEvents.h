@@ -66,7 +66,7 @@ struct VirtualCurrencyPayment {
   }
 };
 
-/// An advertisement has been shown and paid.
+/// An advertisement has been shown.
 struct AdImpression {
   static constexpr std::string_view code = "adrv";
   std::int64_t timestamp = 0;
@@ -120,7 +120,7 @@ struct SubscriptionPayment {
   }
 };
 
-/// The products that the backend asks about, as the store sells them.
+/// The products that the backend asks about, with the store's data.
 struct SubscriptionProductsEvent {
   static constexpr std::string_view code = "sbsp";
   std::int64_t timestamp = 0;
@@ -133,7 +133,7 @@ struct SubscriptionProductsEvent {
   }
 };
 
-/// The past purchases that the host has restored.
+/// The user's past purchases.
 struct RestoredTransactionsEvent {
   static constexpr std::string_view code = "sbsr";
   std::int64_t timestamp = 0;

@@ -33,12 +33,12 @@ struct Tutorial {
   }
 };
 
-/// A level has been reached, with the balance there and the sums of the level that ended.
+/// A level has been reached. The sums are those of the level before it.
 struct LevelUp {
   static constexpr std::string_view code = "lu";
   std::int64_t sessionId = 0;
   std::int64_t timestamp = 0;
-  std::int64_t level = 0;  ///< The one just reached.
+  std::int64_t level = 0;  ///< The new level.
   Resources balance;
   std::optional<Resources> spent;
   std::optional<Resources> earned;
@@ -60,7 +60,7 @@ struct LevelUp {
   }
 };
 
-/// How a stretch of play went.
+/// How a progression went.
 struct ProgressionEventParams {
   bool success = false;
   std::optional<std::int64_t> duration;  ///< Seconds.
@@ -76,7 +76,7 @@ struct ProgressionEventParams {
   }
 };
 
-/// A stretch of play has been finished.
+/// A progression has been finished.
 struct ProgressionEvent {
   static constexpr std::string_view code = "pe";
   std::int64_t timestamp = 0;
@@ -101,10 +101,10 @@ struct ProgressionEvent {
   }
 };
 
-/// What came in since the last one, by its source.
+/// The currency that a user got since the last such event, by its source.
 struct CurrencyAccrual {
   static constexpr std::string_view code = "ca";
-  std::int64_t timestamp = 0;  ///< Of the last accrual, where an earlier run left it behind.
+  std::int64_t timestamp = 0;  ///< For sums of an earlier run, the time of their last accrual.
   std::int64_t sessionId = 0;
   std::int64_t level = 0;
   std::optional<std::map<std::string, Resources>> earned;
@@ -122,7 +122,7 @@ struct CurrencyAccrual {
   }
 };
 
-/// What the user owns. Known not to be empty.
+/// The amounts that the user owns. Never empty.
 struct CurrentBalance {
   static constexpr std::string_view code = "cb";
   std::int64_t timestamp = 0;

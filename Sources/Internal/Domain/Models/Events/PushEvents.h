@@ -7,7 +7,7 @@
 
 namespace pelorino {
 
-/// Push messages can reach the device, or no longer.
+/// Push messages can reach the device, or can no longer.
 struct PushToken {
   static constexpr std::string_view code = "pt";
   std::int64_t timestamp = 0;

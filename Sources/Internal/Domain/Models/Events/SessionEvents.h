@@ -8,7 +8,8 @@
 
 namespace pelorino {
 
-/// A session begins. Its `timestamp` is the session's id, which the session's other events carry.
+/// A session begins. Its `timestamp` is the session's id; the other events of the session carry it
+/// as `sessionId`.
 struct SessionStart {
   static constexpr std::string_view code = "ss";
   std::int64_t timestamp = 0;
@@ -25,12 +26,12 @@ struct SessionStart {
   }
 };
 
-/// A stretch in the foreground has ended.
+/// The application has left the foreground.
 struct UserEngagement {
   static constexpr std::string_view code = "ue";
   std::int64_t timestamp = 0;
   std::int64_t level = 0;
-  std::int64_t length = 0;  ///< Whole seconds, rounded down.
+  std::int64_t length = 0;  ///< Time in the foreground in whole seconds, rounded down.
   std::int64_t sessionId = 0;
   std::optional<std::vector<std::string>> inProgress;
   std::optional<std::string> inExperiments;
@@ -46,7 +47,7 @@ struct UserEngagement {
   }
 };
 
-/// A sign of life while the application is in the foreground.
+/// The application is still in the foreground.
 struct Alive {
   static constexpr std::string_view code = "al";
   std::int64_t timestamp = 0;

@@ -9,7 +9,7 @@
 
 namespace pelorino {
 
-/// A button of a notification. Nothing here interprets `activationMode`.
+/// A button of a notification. The library does not interpret `activationMode`.
 struct MassagingButtonInfo {
   std::string id;
   std::string text;
@@ -54,14 +54,14 @@ struct MessagingRequestObject {
   }
 };
 
-/// The answer: what has changed since the version that the request named.
+/// The answer to it: the changes since the version that the request named.
 struct MessagingConfig {
   std::int64_t version = 0;
   std::vector<MessagingCategory> categories;
   std::optional<std::vector<std::string>> removed;  ///< Ids of the categories to drop.
 };
 
-/// Throws PLRError for JSON of another shape. `categories` may be null, but not missing.
+/// Throws PLRError for JSON of another form. `categories` may be null, but not missing.
 void decode(const JsonView& json, MessagingConfig& config);
 
 }  // namespace pelorino

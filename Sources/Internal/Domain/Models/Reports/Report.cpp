@@ -7,6 +7,7 @@
 namespace pelorino {
 namespace {
 
+/// None if an element is not an object: the stored text may be anything.
 std::vector<std::string> readEvents(const JsonView& json) {
   std::vector<std::string> events;
   bool areObjects = true;
@@ -18,6 +19,8 @@ std::vector<std::string> readEvents(const JsonView& json) {
   return events;
 }
 
+// The text around the packages of a report, and around the reports of a delivery. A body is built
+// once; other forms are cut out of it instead of encoding the packages again.
 constexpr std::string_view listOpening = R"({"reports":[)";
 constexpr std::string_view listClosing = "]}";
 constexpr std::string_view reportOpening = R"({"packages":)";
@@ -43,7 +46,7 @@ void encode(JsonWriter& json, const Package& package) {
   json.key("events");
   json.beginList();
   if (package.events) {
-    // Putting a checked text in as it is gives the same value as reading and writing it again.
+    // The event's text is checked and then copied, which is cheaper than decoding and encoding it.
     for (const std::string& event : *package.events) json.raw(isJsonObject(event) ? event : "{}");
   }
   json.endList();
@@ -64,7 +67,7 @@ const JsonText& Report::body() {
   if (!body_) {
     body_ = bodyOf(
         from<std::vector<Package>>(packagesJson.value_or("")).value_or(std::vector<Package>()));
-    packagesJson.reset();
+    packagesJson.reset();  // The body contains it.
   }
   return body_;
 }

@@ -13,8 +13,8 @@
 
 namespace pelorino {
 
-/// Events with the metadata that they share. Its JSON is frozen: it is both the wire form and what
-/// the table of reports holds.
+/// Events, and the data that they have in common. Its JSON is frozen: it is sent as it is, and the
+/// table of reports holds it.
 struct Package {
   std::optional<std::string> language;
   std::optional<std::string> appVersion;
@@ -23,10 +23,10 @@ struct Package {
   std::int64_t sdkCodeVersion = 0;
   std::optional<std::string> bundle;
   static constexpr std::string_view engine = "Unreal";
-  /// The stored JSON text of each event, in the order of the events.
+  /// The JSON text of each event, in their order.
   std::optional<std::vector<std::string>> events;
 
-  /// All fields but the events.
+  /// All fields except the events.
   template <class Self, class Visit>
   static void describe(Self& self, Visit& visit) {
     visit(Field("language").nullWhenAbsent(), self.language);
@@ -39,52 +39,52 @@ struct Package {
   }
 };
 
-/// The events go out as JSON objects; one whose text is no JSON object goes out as {}, so that the
-/// list keeps its length.
+/// Writes the events as JSON objects. An event whose text is not a JSON object is written as {}, so
+/// that the list keeps its length.
 void encode(JsonWriter& json, const Package& package);
 
-/// The events come back as the texts that were put in. Where they are no list of objects, the
-/// package has none; any other fault throws PLRError.
+/// Reads the events as texts. If they are not a list of objects, the package gets none. Any other
+/// error throws PLRError.
 void decode(const JsonView& json, Package& package);
 
 /// The unit of delivery: one row of the table `reports`, one request, one success or failure.
 ///
-/// Its packages are kept as the JSON text that goes out, since a report may wait through many
-/// attempts. The text of a row, which may hold anything, is read when the report is first sent.
+/// It keeps the JSON text that is sent, because it may be sent many times until it is accepted. A
+/// row may hold any text; it is checked when the report is first sent.
 ///
-/// Threads: the incomeQueue; while a batch is under way the network queue alone.
+/// Threads: one at a time. The incomeQueue, except while a network queue sends it.
 class Report final {
  public:
-  /// A report made in memory. `id` becomes its `uuid`.
+  /// A new report. `id` becomes its `uuid`.
   Report(const std::vector<Package>& with, std::string id);
 
-  /// A report that is to be filled from its row: without a `uuid` so far.
+  /// A report to be filled from its row. It has no `uuid` yet.
   Report() = default;
 
   std::int64_t idKey = -1;
   std::int64_t userId = -1;  ///< `idKey` of the owning user.
-  /// As read from the row, until the report is first sent; absent when made in memory, and where
-  /// only the rest of the row has been read.
+  /// The packages as read from the row. Absent for a new report, after body(), and while the
+  /// packages have not been read from the row.
   std::optional<std::string> packagesJson;
-  std::string uuid;  ///< 36 characters; names the report in the log and is never sent.
-  std::optional<std::string> appKey;       ///< Filled just before sending.
+  std::string uuid;                   ///< 36 characters. Names the report in the log; never sent.
+  std::optional<std::string> appKey;  ///< Filled just before sending.
   std::optional<Identifiers> identifiers;  ///< Filled just before sending.
 
-  /// False where they still have to be read from the row.
+  /// False if the packages must still be read from the row.
   [[nodiscard]] bool hasPackages() const { return body_ || packagesJson; }
 
-  /// The body of the request that delivers this report alone. The same text at each attempt; a row
-  /// that holds no packages is delivered without any.
+  /// The body of a request that delivers this report alone. It is the same text each time. If the
+  /// row's text cannot be decoded, the body has no packages.
   [[nodiscard]] const JsonText& body();
 
-  /// The packages as the row holds them.
+  /// The packages as they are stored in the row.
   [[nodiscard]] std::optional<std::string> stored() const;
 
  private:
   JsonText body_;
 };
 
-/// The outermost JSON object of a delivery.
+/// The JSON object of a request that delivers reports.
 struct Reports {
   std::vector<std::shared_ptr<Report>> reports;
 

@@ -33,7 +33,7 @@ std::string currencyCode(const SKLocale& locale) {
 std::optional<std::map<std::string, Decimal>> getDiscouts(const SKProduct& product) {
   std::map<std::string, Decimal> prices;
   for (const SKProductDiscount& discount : product.discounts) {
-    if (discount.identifier) {
+    if (discount.identifier) {  // It is the key in the report.
       prices.insert_or_assign(*discount.identifier, decimalOf(discount.price));
     }
   }
@@ -56,7 +56,7 @@ SKPaymentTransaction repaired(SKPaymentTransaction transaction) {
   repair(transaction.transactionIdentifier);
   repair(transaction.payment.productIdentifier);
   if (transaction.originalTransaction) {
-    // Nothing is asked of what stands behind the original, which may be a circle.
+    // The original's own original is not needed. The chain might even be a circle.
     SKPaymentTransaction original;
     original.transactionIdentifier = transaction.originalTransaction->transactionIdentifier;
     original.payment = transaction.originalTransaction->payment;

@@ -5,17 +5,17 @@
 
 #include "Subscriptions.h"
 
-// What a host hands over of its store. Any thread.
+// Copies and conversions of values that the host's store gives. Any thread.
 
 namespace pelorino {
 
-/// A copy whose texts are UTF-8, for use on another thread.
+/// A copy for use on another thread. Bytes that are not UTF-8 are replaced.
 [[nodiscard]] SKProduct repaired(SKProduct product);
 [[nodiscard]] SKPaymentTransaction repaired(SKPaymentTransaction transaction);
 
-/// The product as it is stored and reported. A price that is no number is 0; what the price's
-/// locale does not tell is empty. `withDiscounts`: whether the introductory price and the discounts
-/// count, which older systems do not know.
+/// Converts a product to the form that is stored and reported. A price that is not a number becomes
+/// 0. A region or currency that the locale does not name is empty. `withDiscounts`: whether to
+/// take the introductory price and the discounts, which old systems do not have.
 [[nodiscard]] SubscriptionProduct subscriptionProductOf(const SKProduct& product,
                                                         bool withDiscounts);
 

@@ -7,6 +7,7 @@ namespace {
 
 using Discounts = std::optional<std::map<std::string, Decimal>>;
 
+/// Lists of different length agree: see operator== in the header.
 bool discountsAgree(const Discounts& left, const Discounts& right) {
   if (!left || !right || left->size() != right->size()) return true;
   return std::equal(left->begin(), left->end(), right->begin(),

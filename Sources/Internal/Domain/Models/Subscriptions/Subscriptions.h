@@ -11,7 +11,7 @@
 
 namespace pelorino {
 
-/// A product of the store that the backend asks about.
+/// A product of the store, as it is stored and reported.
 struct SubscriptionProduct {
   std::string productId;
   Decimal price;
@@ -20,9 +20,9 @@ struct SubscriptionProduct {
   std::optional<Decimal> introductoryPrice;
   std::optional<std::map<std::string, Decimal>> discounts;
 
-  /// Whether there is nothing new to report: prices may differ by less than 0.0001, an absent
-  /// introductory price is 0, and the region does not count. Discounts count only where both sides
-  /// have the same number of them.
+  /// True if there is nothing new to report. Prices are equal if they differ by less than 0.0001.
+  /// An absent introductory price counts as 0. The region is not compared. Discounts are compared
+  /// only if both sides have the same number of them.
   friend bool operator==(const SubscriptionProduct& left, const SubscriptionProduct& right);
 
   template <class Self, class Visit>
@@ -36,7 +36,7 @@ struct SubscriptionProduct {
   }
 };
 
-/// Past purchases of one product, as the host has restored them.
+/// The user's past purchases of one product.
 struct RestoredTransaction {
   std::string productID;
   std::vector<std::string> transactionIds;
@@ -48,8 +48,10 @@ struct RestoredTransaction {
   }
 };
 
-/// What is known of a project's subscriptions and what of it is still to be reported, one row for
-/// each project. Shared by reference.
+/// The subscriptions of a project, and what of them must still be reported; one row for each
+/// project.
+///
+/// Threads: the incomeQueue only. Shared: store a change through the repository.
 class SubscriptionInfo final {
  public:
   RowId idKey = notStoredRowId;
@@ -58,7 +60,7 @@ class SubscriptionInfo final {
   std::vector<RestoredTransaction> restoredTransaction;
   bool alreadyRestored = false;          ///< The host has given its history.
   bool alreadySendRestoreEvent = false;  ///< That history has been reported.
-  bool productIsChanged = false;         ///< The products are to be reported.
+  bool productIsChanged = false;         ///< The products must be reported.
 };
 
 }  // namespace pelorino
