@@ -224,8 +224,7 @@ void addEvents() {
            card.insert(
                PeopleValidatorRules::validateSet("set", std::move(key), std::move(value)).value());
          }
-         return textOf(
-             PeopleEvent{.parameters = from<AnyCodable::Object>(peopleJson(card)).value()});
+         return textOf(PeopleEvent{.parameters = std::move(card)});
        }},
       {"Encoding, without a rule: start of a session", SessionStart{}},
       {"Encoding, without a rule: end of a stretch in the foreground",

@@ -104,7 +104,7 @@ TEST(Event, IsStoredAsJson) {
       {AdImpression{},
        R"("adrv","timestamp":0,"sessionId":0,"source":"sdk","ad_network":"","revenue":0.0)"},
       {PeopleEvent{1, 2, 3}, R"("pl",%,"parameters":null)"},
-      {PeopleEvent{1, 2, 3, AnyCodable::Object()}, R"("pl",%,"parameters":{})"},
+      {PeopleEvent{1, 2, 3, PeopleProperties()}, R"("pl",%,"parameters":{})"},
   };
   for (const auto& [event, want] : rows) EXPECT_EQ(event->getJson(), filled(want));
 }

@@ -81,6 +81,15 @@ TEST_F(UserCardTest, TheBackendIsToldWhatHasChanged) {
   EXPECT_EQ(card(), R"({"cheater":true})") << "the mark survives";
 }
 
+TEST_F(UserCardTest, TheLogTellsTheCardsOwnValues) {
+  Card::set("two", 2.0);
+  std::string event;
+  for (const std::string& line : linesOf([this] { send(); })) {
+    if (line.find("code: pl") != std::string::npos) event = line;
+  }
+  EXPECT_NE(event.find("\t\t parameter key: two value: 2.0\n"), std::string::npos) << event;
+}
+
 TEST_F(UserCardTest, ACardOutlivesTheProcessAndIsToldWholeAtTheNextStart) {
   Card::set("kept", 1);
   Card::set("gone", 2);
@@ -163,6 +172,10 @@ TEST_F(UserCardTest, KeysAndValuesAreRepairedOrRefused) {
   const Case cases[] = {
       {[] { Card::set("AGE", "old"); }, wrong("old", "age", "Int")},
       {[] { Card::set("a\x01ge", 31); }, done("age", "31")},
+      {[] { Card::set("a\x01ge", "old"); }, wrong("old", "age", "Int")},
+      {[] { Card::set("A\x01ge", "old"); }, done("Age", "old")},
+      {[] { Card::unset("A\x01ge"); },
+       "INFO [User Card] Properties for key [Age] were successfully unset"},
       {[] { Card::set("gender", 1); }, wrong("1", "gender", "PLRGender")},
       {[] { Card::set("cheater", 1.0); }, wrong("1.0", "cheater", "Bool")},
       {[] { Card::increment("eMail", 1); }, wrong("1", "email", "String")},

@@ -6,26 +6,26 @@
 #include <functional>
 #include <string_view>
 
-/// Has the backend verify a receipt of the store. What the host makes of the answer is its own
-/// affair: the library stores nothing, sends no event and asks once.
+/// Asks the backend to verify a receipt of the store, once for each call. The library does nothing
+/// else with the receipt or the answer: it stores nothing and sends no event.
 ///
-/// The handler is called exactly once, with `internalError` where something failed on this side,
-/// such as a library that has not been started or has been torn down since. It runs on a queue of
-/// the library, never on the caller's thread, and holds up that queue while it runs. Only a forked
-/// child, where the library does not work, calls none.
+/// The handler is called exactly once, with `internalError` if something fails in the library, for
+/// example because it is not started. It runs on a queue of the library, never on the caller's
+/// thread, and blocks that queue meanwhile. In a forked child, where the library does not work, it
+/// is not called.
 ///
-/// Threads: any. Nothing blocks, nothing throws.
+/// Call it from any thread; nothing blocks or throws.
 class PLR_EXPORT PLRAntiCheat {
  public:
   using Handler = std::function<void(const PLRVerifyResponse& response)>;
 
   PLRAntiCheat() = delete;
 
-  /// `receiptString` is the receipt as Base64; it goes out as it is. Empty, it is refused with a
+  /// `receiptString` is the receipt as Base64. It is sent unchanged. An empty one is refused with a
   /// log line.
   static void verifyPayment(std::string_view receiptString, Handler completionHandler) noexcept;
 
-  /// The same with the file that `PLRHostDescription::receiptFile` names, 16 MiB at most.
-  /// `internalError` where there is none, and a log line where it cannot be read.
+  /// Verifies the file PLRHostDescription::receiptFile, of at most 16 MiB. Without a file the
+  /// handler gets `internalError`; a file that cannot be read is also logged.
   static void verifyPayment(Handler completionHandler) noexcept;
 };

@@ -8,7 +8,7 @@
 enum class PLRReceiptStatus : int {
   valid = 0,
   notValid = 1,
-  serverError = 2,  ///< The backend gave no answer.
+  serverError = 2,  ///< The backend could not be reached or refused.
   sandbox = 3,      ///< A receipt of the store's test environment.
   internalError = 4,
 };

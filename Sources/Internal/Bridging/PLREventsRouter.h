@@ -16,7 +16,7 @@ struct PLRMessagingButton {
   std::optional<std::string> activationMode;  ///< As the backend names it.
 };
 
-/// A category of notifications: the buttons that a push may show.
+/// A category of notifications: the buttons that a push can show.
 struct PLRMessagingCategory {
   std::string id;
   std::vector<PLRMessagingButton> buttons;
@@ -25,11 +25,11 @@ struct PLRMessagingCategory {
   std::string json = "{}";
 };
 
-/// What a messaging library beside this one needs of it. This library neither registers for pushes
-/// nor shows any.
+/// For a messaging library that runs beside this one. This library does not register for pushes and
+/// does not show them.
 ///
-/// Threads: any, also before the start of the library, where calls are refused with a log line.
-/// Nothing blocks, nothing throws.
+/// Call it from any thread; nothing blocks or throws. Before the library is started, calls are
+/// refused with a log line.
 class PLR_EXPORT PLREventsRouter {
  public:
   using CategoriesHandler =
@@ -37,19 +37,19 @@ class PLR_EXPORT PLREventsRouter {
 
   PLREventsRouter() = delete;
 
-  /// Asks the backend for changes and gives all categories as they are then; those that are stored
-  /// where the backend cannot be asked. The handler runs on a queue of the library, which it holds
-  /// up while it runs, and is not called when the library has not been started.
+  /// Asks the backend for changes and answers with all categories, or with the stored ones if the
+  /// backend cannot be asked. The handler runs on a queue of the library and blocks it meanwhile.
+  /// It is not called when the library is not started.
   static void getMessagingCategories(CategoriesHandler with) noexcept;
 
-  /// Reports the token under which pushes reach this device, and whether its user allows them. Sent
+  /// Reports the token with which pushes reach this device, and whether the user allows them. Sent
   /// at once.
   static void sendPushToken(std::string_view with, bool andFlag) noexcept;
 
   /// Reports that a push was opened, and with which button. Sent at once.
-  /// with:       Time of the opening, milliseconds since 1970.
-  /// withID:     The push.
-  /// withButton: Absent when it was opened as such.
+  /// with:       Time of the opening, in milliseconds since 1970.
+  /// withID:     Identifier of the push.
+  /// withButton: Absent when no button was used.
   static void sendPushOpened(std::int64_t with, std::int64_t withID,
                              std::optional<std::string_view> withButton = std::nullopt) noexcept;
 

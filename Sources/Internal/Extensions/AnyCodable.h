@@ -13,8 +13,8 @@
 
 namespace pelorino {
 
-/// How deep the lists and objects of a value may be nested to be read or written. This limits the
-/// stack of everything that walks a value.
+/// The largest depth of lists and objects that is read or written. It limits the stack of
+/// everything that walks a value.
 inline constexpr std::size_t maximumJsonDepth = 64;
 
 /// One JSON value of any kind. Immutable; any thread. Copies share lists and objects.

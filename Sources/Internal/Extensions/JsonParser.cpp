@@ -75,7 +75,7 @@ AnyCodable numberOf(std::string_view text, double number) {
   return readInteger(plainDigits(text, number), value) ? value : AnyCodable(number);
 }
 
-/// Builds a value from the parser's events. If an object has a key twice, the last one counts.
+/// Builds a value from the parser's events. If an object has a key twice, the last one wins.
 class Builder final {
  public:
   explicit Builder(std::size_t maximumValues) : remaining_(maximumValues) {}
@@ -211,16 +211,19 @@ boost::json::parse_options options() {
   return options;
 }
 
-/// The parts of one text, fed one after the other.
+/// Gives the parser the next part of a text. Does nothing after an error.
 void feed(Parser& parser, std::string_view part, bool isLast, Error& error) {
   if (error) return;
   const std::size_t used = parser.write_some(!isLast, part.data(), part.size(), error);
+  // The parser stops after the first value.
   if (!error && used < part.size()) error = make_error_code(boost::json::error::extra_data);
 }
 
 void throwIf(const Error& error) {
   if (error) throw PLRError("The text is not valid JSON: " + error.message());
 }
+
+// The next functions stop at the end of the text, which may break off anywhere.
 
 /// Length of the quoted text that `json` begins with.
 std::size_t quotedLength(std::string_view json) {
@@ -246,8 +249,8 @@ std::size_t bracketedLength(std::string_view json) {
   return end;
 }
 
-/// The check of a text that has values nested too deep: each of them is taken for a null, for the
-/// parser calls itself at each level, and the stack is not without end.
+/// Checks a text that has values nested too deep. The parser gets a null for each of them: it calls
+/// itself at each level, and the stack is limited.
 void checkWithoutTheDeep(std::string_view text) {
   Parser parser(options(), nullptr);
   Error error;

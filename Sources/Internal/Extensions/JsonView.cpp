@@ -32,7 +32,7 @@ std::optional<std::string_view> JsonView::Scanner::next() {
 }
 
 std::string JsonView::unquoted(std::string_view quoted) {
-  if (quoted.find('\\') != std::string_view::npos) {
+  if (quoted.find('\\') != std::string_view::npos) {  // Rare: only the parser knows the escapes.
     return *parseJson(quoted, 1).text();
   }
   return std::string(quoted.substr(1, quoted.size() - 2));
@@ -49,6 +49,7 @@ JsonMembers::JsonMembers(const JsonView& object) {
 }
 
 std::optional<JsonView> JsonMembers::find(std::string_view key) const {
+  // From the end: if a key is there twice, the last one wins.
   const auto found = std::find_if(members_.rbegin(), members_.rend(),
                                   [key](const auto& member) { return member.first == key; });
   if (found == members_.rend()) return std::nullopt;

@@ -28,8 +28,8 @@ class JsonView final {
   [[nodiscard]] bool isList() const { return text_.front() == '['; }
   [[nodiscard]] bool isObject() const { return text_.front() == '{'; }
 
-  /// The value of a key, the last one if it is there twice. Absent if there is none, or if this is
-  /// not an object.
+  /// The value of a key. If the key is there twice, the last one wins, as in most JSON readers.
+  /// Absent if there is none, or if this is not an object.
   [[nodiscard]] std::optional<JsonView> find(std::string_view key) const;
 
   /// Calls `each` with every element of a list. Does nothing for other values.
@@ -53,7 +53,7 @@ class JsonView final {
 
   /// Builds the value. A whole number becomes an integer, even if it is written 2.0 or 2e0; one
   /// that no 64-bit integer can hold becomes a double. Throws PLRError if there are too many
-  /// values, or if some are nested deeper than maximumJsonDepth.
+  /// values, or if one is nested deeper than maximumJsonDepth.
   [[nodiscard]] AnyCodable value() const;
 
  private:

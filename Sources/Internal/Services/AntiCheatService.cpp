@@ -8,7 +8,7 @@
 namespace pelorino {
 
 void AntiCheatService::receiveReceiptStatus(Receipt receipt, Handler completionHandler) {
-  // Who asks is read here, on the queue that state belongs to.
+  // Key and identifiers are read here: only the incomeQueue may read the project and the user.
   run_.addTold(
       QueueManager::anticheatQueue(),
       [&backend = backend_, receipt = std::move(receipt), handler = std::move(completionHandler),

@@ -10,9 +10,9 @@
 
 namespace pelorino {
 
-/// Has the backend verify receipts. Keeps nothing, and asks once for each.
+/// Asks the backend to verify receipts, once for each. Stores nothing.
 ///
-/// Threads: the incomeQueue only; the request and its answer run on the anticheatQueue.
+/// Threads: the incomeQueue only; the request and the handler run on the anticheatQueue.
 class AntiCheatService final {
  public:
   using Handler = HostClosure<void(const PLRVerifyResponse&)>;
@@ -20,8 +20,8 @@ class AntiCheatService final {
   AntiCheatService(Run& run, StateManager& stateManager, BackendProtocol& backend)
       : run_(run), stateManager_(stateManager), backend_(backend) {}
 
-  /// Calls the handler once, whatever happens: `internalError` stands for an answer that cannot be
-  /// used and for a library that has been torn down, `serverError` for a refusal of the backend.
+  /// Always calls the handler once: with `internalError` if the answer cannot be used or the run
+  /// has ended, with `serverError` if the backend refuses or cannot be reached.
   void receiveReceiptStatus(Receipt receipt, Handler completionHandler);
 
  private:

@@ -88,14 +88,14 @@ MessagingService::Categories MessagingService::updateSavedConfig(
   return std::move(update.merged);
 }
 
-/// Against the rows as they are now: another answer may have come since the request.
+/// Compares with the rows as they are now: another answer may have come since the request.
 void MessagingService::store(const MessagingConfig& config) {
   const CategoriesUpdate update = updated(categories(), config);
   for (const MessagingCategory& category : update.added) {
     static_cast<void>(
         messagingCategoryRepository_.insert(std::make_shared<MessagingCategory>(category)));
   }
-  // A category that comes and goes in one answer has no row id here, and its row stays.
+  // A category that one answer both adds and removes has no row id here. Its row stays.
   std::vector<std::shared_ptr<MessagingCategory>> removed;
   for (const MessagingCategory& category : update.removed) {
     removed.push_back(std::make_shared<MessagingCategory>(category));

@@ -11,21 +11,22 @@
 
 namespace pelorino {
 
-/// What an answer of the backend makes of a list of categories.
+/// How an answer of the backend changes a list of categories.
 struct CategoriesUpdate {
-  std::vector<MessagingCategory> merged;   ///< The list afterwards.
-  std::vector<MessagingCategory> added;    ///< What of it is new.
-  std::vector<MessagingCategory> removed;  ///< What has gone, new ones included.
+  std::vector<MessagingCategory> merged;   ///< The new list.
+  std::vector<MessagingCategory> added;    ///< Not in the old list.
+  std::vector<MessagingCategory> removed;  ///< Not in the new list; may contain added ones.
 };
 
-/// A category that the backend sends again does not replace the one that is there.
+/// A category that is in the list already stays as it is, even if the backend sends it again.
 [[nodiscard]] CategoriesUpdate updated(const std::vector<MessagingCategory>& current,
                                        const MessagingConfig& config);
 
-/// Keeps the categories of notifications as the backend has them. The rows are common to all
-/// projects; the version that was last received belongs to the active one.
+/// Stores the backend's categories of notifications. All projects share the rows; each project has
+/// its own version number of the last answer.
 ///
-/// Threads: the incomeQueue only; requests and answers run on the networkMessagingQueue.
+/// Threads: the incomeQueue only; requests run on the networkMessagingQueue.
+/// Errors:  logged; the callback gets the stored categories.
 class MessagingService final {
  public:
   using Categories = std::vector<MessagingCategory>;
@@ -40,9 +41,10 @@ class MessagingService final {
         projectRepository_(projectRepository),
         messagingCategoryRepository_(messagingCategoryRepository) {}
 
-  /// Asks the backend for changes and gives the list as it is then; the list as it was where the
-  /// backend cannot be asked or its answer not be used, and after a teardown. The callback runs on
-  /// the networkMessagingQueue, or here when nothing can be asked. Can wait for the device data.
+  /// Asks the backend for changes and calls back with the new list. The callback gets the old list
+  /// if the backend cannot be asked, if its answer cannot be used, or if the run has ended. It runs
+  /// on the networkMessagingQueue, or within this call if the device data is missing. May wait for
+  /// the device data.
   void getPushCategories(Callback callback);
 
  private:

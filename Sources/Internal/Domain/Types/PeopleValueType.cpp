@@ -67,6 +67,13 @@ PeopleProperties peopleProperties(std::string_view json) {
   return properties;
 }
 
+void encode(JsonWriter& json, const PeopleValueType& value) {
+  AnyCodable written = value.toAnyCodable();
+  // The reader takes 2.0 for the integer 2.
+  if (value.get<double>() != nullptr) written = JsonView(encodeJson(written)).value();
+  json.value(written);
+}
+
 std::string peopleJson(const PeopleProperties& properties) {
   AnyCodable::Object object;
   for (const auto& [key, value] : properties) object.emplace(key, value.toAnyCodable());

@@ -12,6 +12,7 @@
 #include <variant>
 
 #include "AnyCodable.h"
+#include "JsonWriter.h"
 
 namespace pelorino {
 
@@ -66,6 +67,9 @@ using PeopleProperties = std::map<std::string, PeopleValueType>;
 /// Reads properties from stored JSON. Lists and objects are dropped. A text that is not a JSON
 /// object gives no properties.
 [[nodiscard]] PeopleProperties peopleProperties(std::string_view json);
+
+/// Writes the value of an event. A whole number is written without a fraction, also a double.
+void encode(JsonWriter& json, const PeopleValueType& value);
 
 /// The properties as compact JSON; "Not a valid JSON" if JSON cannot hold them.
 [[nodiscard]] std::string peopleJson(const PeopleProperties& properties);

@@ -1,7 +1,6 @@
 #include "UserEvents.h"
 
 #include "CustomEvents.h"
-#include "JsonHelpers.h"
 
 namespace pelorino {
 
@@ -12,10 +11,8 @@ void UserEvents::generatePeopleEvent(bool needFullCard) {
   PeopleEvent event;
   // A cleared card is sent as null, whatever has changed in it since.
   if (!peopleService_.isNeedToClear()) {
-    const PeopleProperties properties = peopleService_.getParameters(needFullCard);
-    if (properties.empty()) return;
-    event.parameters =
-        from<AnyCodable::Object>(peopleJson(properties)).value_or(AnyCodable::Object());
+    event.parameters = peopleService_.getParameters(needFullCard);
+    if (event.parameters->empty()) return;
   }
   add(std::move(event));
   peopleService_.removeNulls();

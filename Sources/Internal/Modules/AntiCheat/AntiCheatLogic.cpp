@@ -40,7 +40,7 @@ void AntiCheatLogic::verifyPaymentWithCompletion(Handler completionHandler) {
 
 template <class MakeReceipt>
 void AntiCheatLogic::verify(MakeReceipt receipt, Handler completionHandler) {
-  // One of the two blocks runs: both hold the one handler.
+  // Shared by two closures. Exactly one of them runs.
   const auto handler = std::make_shared<const Handler>(std::move(completionHandler));
   enqueue(
       [handler, receipt = std::move(receipt)](AntiCheatService* service) mutable {
@@ -57,7 +57,7 @@ void AntiCheatLogic::verify(MakeReceipt receipt, Handler completionHandler) {
       [handler] { answerInternalError(*handler); });
 }
 
-/// Absent without a word where there is no such file: not every application has one.
+/// A missing file is not logged: not every application has a receipt.
 std::optional<std::string> AntiCheatLogic::getReceipt() {
   const auto path = Host::facts().receiptFile();
   Files& files = System::current().files();

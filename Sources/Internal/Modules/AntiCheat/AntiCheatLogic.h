@@ -8,28 +8,29 @@
 
 namespace pelorino {
 
-/// The front of receipt verification. Its handlers are called exactly once, also before the start
-/// of the library and when a teardown comes between.
+/// The front of receipt verification. Each handler is called exactly once, even if the library is
+/// not started or ends meanwhile.
 ///
-/// Threads: any. The service is given on the incomeQueue. Handlers run there when there is nothing
-/// to ask, else on the anticheatQueue.
+/// Threads: any, except setAntiCheatService(): the incomeQueue only. Handlers run on the
+/// anticheatQueue, or on the incomeQueue if the backend is not asked.
+/// Errors:  logged; the handler gets `internalError`.
 class AntiCheatLogic final : public ModuleFront<AntiCheatService> {
  public:
   using Handler = AntiCheatService::Handler;
 
-  /// Null takes it away, and calls are refused again.
+  /// Sets the service, which is borrowed. With null, calls are refused.
   void setAntiCheatService(AntiCheatService* antiCheatService) { setLogic(antiCheatService); }
 
-  /// `receiptString` goes out as it is; empty, it is refused.
+  /// Sends `receiptString` as it is. An empty one is refused.
   void verifyPayment(std::string receiptString, Handler completionHandler);
-  /// Takes the receipt from the file that the host has named.
+  /// Reads the receipt from the file that the host has named.
   void verifyPaymentWithCompletion(Handler completionHandler);
 
-  /// A larger file is no receipt.
+  /// In bytes. A larger file cannot be a receipt.
   static constexpr std::size_t maximalReceipt = std::size_t{16} * 1024 * 1024;
 
  private:
-  /// `receipt()` is asked on the incomeQueue; absent, it has said why.
+  /// Calls `receipt()` on the incomeQueue. If that returns nothing, it has logged why.
   template <class MakeReceipt>
   void verify(MakeReceipt receipt, Handler completionHandler);
   [[nodiscard]] static std::optional<std::string> getReceipt();

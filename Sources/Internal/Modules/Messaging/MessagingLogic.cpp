@@ -19,7 +19,7 @@ void MessagingLogic::pushOpened(std::int64_t timestamp, std::int64_t pushId,
   sendBufferedEvents();
 }
 
-/// Behind what is queued already, as when the host asks for it.
+/// As a block of its own, after everything already queued: like the host's own call.
 void MessagingLogic::sendBufferedEvents() {
   run_.add(QueueManager::incomeQueue(),
            [this] { analyticsLogic_.perform(SendBufferedEventsCall()); });

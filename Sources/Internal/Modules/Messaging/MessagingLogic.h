@@ -12,9 +12,9 @@
 
 namespace pelorino {
 
-/// Reports what a messaging library tells of pushes, and gives it their categories.
+/// Stores events about pushes, and gives a messaging library the categories.
 ///
-/// Threads: the incomeQueue only; the callback runs where MessagingService calls it.
+/// Threads: the incomeQueue only; for the callback see MessagingService.
 class MessagingLogic final {
  public:
   MessagingLogic(Run& run, AnalyticsLogic& analyticsLogic, EventsService& eventsService,
@@ -26,7 +26,7 @@ class MessagingLogic final {
         clock_(clock) {}
 
   void pushToken(std::string token, bool isAllowed);
-  /// `timestamp`: milliseconds since 1970, of the opening.
+  /// `timestamp`: time of the opening, in milliseconds since 1970.
   void pushOpened(std::int64_t timestamp, std::int64_t pushId, std::optional<std::string> button);
   void getPushCategories(MessagingService::Callback callback);
 

@@ -14,18 +14,22 @@ bool isExcluded(const std::string& key) {
   return Validator::isExcluded("pl", AnyCodable(key));
 }
 
+/// True unless the key is exactly a reserved one and the value is not of its type.
+bool fits(const std::string& key, const PeopleValueType& value) {
+  const auto reserved = reservedKey(key);
+  return !reserved || rawValue(*reserved) != key ||
+         PeopleValidatorRules::validateReservedValueType(*reserved, value);
+}
+
 /// Checks a key and a value that the host sets or adds. The type is checked twice: cleaning may
-/// turn the key into a reserved one.
+/// leave exactly a reserved key. It does not fold the key once more: what cleaning makes "Email" is
+/// the host's own key.
 std::optional<PeopleValidatorRules::Property> validateChanges(const char* method, std::string key,
                                                               const PeopleValueType& value) {
-  const auto fits = [](const std::string& name, const PeopleValueType& offered) {
-    const auto reserved = reservedKey(name);
-    return !reserved || PeopleValidatorRules::validateReservedValueType(*reserved, offered);
-  };
+  key = normalized(std::move(key));
   if (!fits(key, value)) return std::nullopt;
-  auto property = PeopleValidatorRules::validateSet(method, normalized(std::move(key)), value);
+  auto property = PeopleValidatorRules::validateSet(method, std::move(key), value);
   if (!property || !fits(property->first, property->second)) return std::nullopt;
-  property->first = normalized(std::move(property->first));
   return property;
 }
 
@@ -82,8 +86,6 @@ void PeopleLogic::unset(std::vector<std::string> properties, const char* method)
     for (std::string& key : properties) key = normalized(std::move(key));
     auto keys = PeopleValidatorRules::validateUnset(method, std::move(properties));
     if (!keys) return;
-    // Again: cleaning may have turned a key into a reserved one.
-    for (std::string& key : *keys) key = normalized(std::move(key));
     std::erase_if(*keys, isExcluded);
     if (!keys->empty()) service.unset(*keys);
   });

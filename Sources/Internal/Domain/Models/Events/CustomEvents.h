@@ -8,6 +8,7 @@
 
 #include "AnyCodable.h"
 #include "JsonCoding.h"
+#include "PeopleValueType.h"
 
 namespace pelorino {
 
@@ -40,7 +41,7 @@ struct PeopleEvent {
   std::int64_t timestamp = 0;
   std::int64_t sessionId = 0;
   std::int64_t level = 0;
-  std::optional<AnyCodable::Object> parameters;
+  std::optional<PeopleProperties> parameters;
   std::optional<std::vector<std::string>> inProgress;
   std::optional<std::string> inExperiments;
 

@@ -83,6 +83,10 @@ void FieldLines::entry(const Field&, std::string_view key, const AnyCodable& val
   out_.append(" value: ").append(value.description()).append(1, '\n');
 }
 
+void FieldLines::entry(const Field& field, std::string_view key, const PeopleValueType& value) {
+  entry(field, key, value.toAnyCodable());
+}
+
 void FieldLines::entry(const Field&, std::string_view key, const Decimal& value) {
   beginLine(1).append(key).append(": ").append(value.text()).append(1, '\n');
 }

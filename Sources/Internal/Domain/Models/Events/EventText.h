@@ -11,6 +11,7 @@
 
 #include "Decimal.h"
 #include "JsonCoding.h"
+#include "PeopleValueType.h"
 #include "Resources.h"
 
 namespace pelorino {
@@ -64,6 +65,7 @@ class FieldLines final {
   void entry(const Field& field, std::string_view name, std::int64_t amount);
   void entry(const Field& field, std::string_view source, const Resources& resources);
   void entry(const Field& field, std::string_view key, const AnyCodable& value);
+  void entry(const Field& field, std::string_view key, const PeopleValueType& value);
   void entry(const Field& field, std::string_view key, const Decimal& value);
   void element(std::int64_t number, const RestoredTransaction& transaction);
   void element(std::int64_t number, const SubscriptionProduct& product);
