@@ -12,7 +12,7 @@ jobs=$(nproc)
 
 packages=(
   ca-certificates cmake g++ ninja-build pkg-config
-  libboost1.81-dev libcurl4-openssl-dev libfmt-dev libsqlite3-dev libutf8proc-dev
+  libboost1.81-dev libcurl4-openssl-dev libfmt-dev libplist-dev libsqlite3-dev libutf8proc-dev
   # The development backend and the tests.
   libcpp-httplib-dev libgtest-dev libssl-dev openssl sqlite3
 )

@@ -2,9 +2,25 @@
 
 #include <utility>
 
+#include "Host.h"
+#include "ResolvedHost.h"
 #include "System.h"
 
 namespace pelorino {
+namespace {
+
+SDKMigrationManager migrationManager(CoreFactory& core, const std::string& applicationKey) {
+  return {{.projects = core.get<ProjectRepository>(),
+           .users = core.get<UserRepository>(),
+           .cards = core.get<PeopleRepository>(),
+           .payments = core.get<RealPaymentRepository>(),
+           .tutorials = core.get<TutorialRepository>()},
+          System::current().files(),
+          Host::facts().supportDirectory(),
+          applicationKey};
+}
+
+}  // namespace
 
 LibraryRun::LibraryRun(std::unique_ptr<CoreFactory> coreFactory, const std::string& applicationKey,
                        const std::optional<std::string>& userId, std::function<bool()> isEditorMode)
@@ -14,8 +30,8 @@ LibraryRun::LibraryRun(std::unique_ptr<CoreFactory> coreFactory, const std::stri
                      System::current().executor()),
       coreManager_(applicationKey, coreFactory_->get<ProjectRepository>(),
                    coreFactory_->get<UserRepository>(), System::current().clock()),
-      stateManager_(deviceManager_, coreManager_, coreFactory_->get<UserRepository>(), userId,
-                    std::move(isEditorMode)),
+      stateManager_(deviceManager_, coreManager_, migrationManager(*coreFactory_, applicationKey),
+                    coreFactory_->get<UserRepository>(), userId, std::move(isEditorMode)),
       serviceFactory_(*this, *coreFactory_, stateManager_, System::current().clock(),
                       System::current().executor(), System::current().random()),
       analyticsLogic_(*this, stateManager_, serviceFactory_, System::current().clock()),

@@ -17,6 +17,7 @@ double roundedToFiveDecimals(double value) {
 }  // namespace
 
 StateManager::StateManager(DeviceManager& deviceManager, CoreManager& coreManager,
+                           const SDKMigrationManager& migrationManager,
                            UserRepository& userRepository, const std::optional<std::string>& userId,
                            std::function<bool()> isEditorMode)
     : deviceManager_(deviceManager),
@@ -31,6 +32,8 @@ StateManager::StateManager(DeviceManager& deviceManager, CoreManager& coreManage
   if (activeProject_->idKey == notStoredRowId)
     throw std::runtime_error("the project cannot be stored");
   deviceManager_.initializeDeviceId(*activeProject_);
+  // Before the user is chosen: it may make another one the active one.
+  if (!activeProject_->isMigrated) migrationManager.migrate(*activeProject_);
   resetClouser_ = [this](std::optional<std::int64_t> pelorinoId,
                          std::optional<std::int64_t> crossPlatformPelorinoId,
                          std::optional<std::int64_t> pelorinoIdTimestamp) {

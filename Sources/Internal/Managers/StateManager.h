@@ -11,6 +11,7 @@
 #include "CoreManager.h"
 #include "DeviceManager.h"
 #include "Identifiers.h"
+#include "SDKMigrationManager.h"
 #include "SessionEvents.h"
 
 namespace pelorino {
@@ -27,8 +28,8 @@ class StateManager final {
   /// last user stays active; the empty text means the default user. Throws std::runtime_error when
   /// the project can be neither read nor stored.
   StateManager(DeviceManager& deviceManager, CoreManager& coreManager,
-               UserRepository& userRepository, const std::optional<std::string>& userId,
-               std::function<bool()> isEditorMode);
+               const SDKMigrationManager& migrationManager, UserRepository& userRepository,
+               const std::optional<std::string>& userId, std::function<bool()> isEditorMode);
 
   [[nodiscard]] bool isEditorMode() const { return isEditorMode_(); }
   [[nodiscard]] const std::shared_ptr<Project>& getActiveProject() const { return activeProject_; }
