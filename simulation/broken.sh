@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Shows that the simulation sees: breaks the library in one way after the other, in a copy of the
-# last commit, and counts the seeds that notice. simulation/broken.sh [COUNT], 300 seeds each
-# unless said otherwise. Fails when a break goes unnoticed or can no longer be made, and when the
+# last commit, and counts the seeds that notice. simulation/broken.sh [COUNT [TEXT]], 300 seeds each
+# unless said otherwise, only the breaks whose description holds TEXT. Fails when a break goes unnoticed or can no longer be made, and when the
 # library as it is breaks a rule.
 source "$(dirname -- "${BASH_SOURCE[0]}")/../scripts/lib.sh"
 
 count=${1:-300}
+wanted=${2:-}
 copy=$(mktemp -d)
 trap 'git -C "$root" worktree remove --force "$copy"' EXIT
 git -C "$root" worktree add --quiet --detach "$copy"
@@ -57,6 +58,7 @@ echo "$tally: nothing"
 unnoticed=0
 for entry in "${breaks[@]}"; do
   IFS='|' read -r what file how <<<"${entry//||/@@}"
+  [[ $what == *"$wanted"* ]] || continue
   sed -i "${how//@@/||}" "$file"
   if git diff --quiet; then
     echo "cannot be made any more: $what"

@@ -23,7 +23,7 @@ dynamic=$(readelf -dW "$library")
 values() { sed -n "s/.*($1).*\[\(.*\)\].*/\1/p" <<<"$dynamic" | sort | tr '\n' ' '; }
 same 'name' "libpelorino.so.$major " "$(values SONAME)"
 # The dynamic linker is named as a library where the compiler leaves thread-local storage to it.
-same 'libraries' 'libc.so.6 libcurl.so.4 libgcc_s.so.1 libm.so.6 libsqlite3.so.0 libstdc++.so.6 libutf8proc.so.2 ' \
+same 'libraries' 'libc.so.6 libcurl.so.4 libgcc_s.so.1 libm.so.6 libplist-2.0.so.3 libsqlite3.so.0 libstdc++.so.6 libutf8proc.so.2 ' \
   "$(values NEEDED | sed 's/ld-linux[^ ]* //')"
 same 'search paths' '' "$(values RPATH)$(values RUNPATH)"
 same 'flags' NODELETE "$(grep -o NODELETE <<<"$dynamic" || true)"
