@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <boost/json.hpp>
 
 namespace pelorino {
 
@@ -20,13 +21,15 @@ milliseconds BackendModel::latency(const HttpRequest& request) {
 HttpResponse BackendModel::answer(const HttpRequest& request) {
   const std::string path = request.url.substr(0, request.url.find('?'));
   const bool isAnswered = plan_.isAccepted && plan_.isWhole && plan_.status == 200;
+  HttpResponse response{.status = plan_.status, .body = "sorry", .error = {}};
+  if (plan_.status == 200) response.body = plan_.isGarbage ? "\xFF{\"[" : bodyFor(path, request);
+  if (!plan_.isWhole) response = {.status = {}, .body = {}, .error = "connection reset"};
   listener_(Record::Kind::request,
             {path, request.body ? *request.body : "", plan_.isAccepted ? "accepted" : "refused",
              isAnswered ? "answered" : "lost",
-             std::to_string(plan_.status) + " after " + std::to_string(plan_.latency.count())});
-  if (!plan_.isWhole) return {.status = {}, .body = {}, .error = "connection reset"};
-  if (plan_.status != 200) return {.status = plan_.status, .body = "sorry", .error = {}};
-  return {.status = 200, .body = plan_.isGarbage ? "\xFF{\"[" : bodyFor(path), .error = {}};
+             std::to_string(plan_.status) + " after " + std::to_string(plan_.latency.count()),
+             response.body});
+  return response;
 }
 
 BackendModel::Plan BackendModel::failingPlan(const HttpRequest& request) {
@@ -48,11 +51,31 @@ BackendModel::Plan BackendModel::failingPlan(const HttpRequest& request) {
   }
 }
 
-std::string BackendModel::bodyFor(const std::string& path) {
+std::string BackendModel::bodyFor(const std::string& path, const HttpRequest& request) {
   if (path.ends_with("/analytics/config")) return configuration();
+  if (path.ends_with("/messaging/config")) return categories();
+  if (path.ends_with("/verify/payment")) {
+    const auto asked = boost::json::parse(*request.body);
+    return fmt::format(R"({{"status":0,"verificationResult":{}}})",
+                       boost::json::serialize(asked.at("receipt").at("receipt-data")));
+  }
   if (!path.ends_with("/analytics/identification")) return {};
   if (dice_.chance(20)) return fmt::format(R"({{"retryAfter":{}}})", dice_.below(100'000));
   return R"({"pelorinoId":7,"crossPlatformPelorinoId":8,"pelorinoIdTimestamp":9})";
+}
+
+/// Changes of four categories, whatever the client has: a new version each time.
+std::string BackendModel::categories() {
+  std::string added, removed;
+  for (const char* id : {"a", "b", "c", "d"}) {
+    if (dice_.chance(40)) added += fmt::format(R"(,{{"id":"{}","buttons":[]}})", id);
+    if (dice_.chance(25)) removed += fmt::format(R"(,"{}")", id);
+  }
+  const auto list = [](const std::string& items) {
+    return items.empty() ? items : items.substr(1);
+  };
+  return fmt::format(R"({{"pushCategories":{{"version":{},"categories":[{}],"removed":[{}]}}}})",
+                     ++categoriesVersion_, list(added), list(removed));
 }
 
 std::string BackendModel::configuration() {

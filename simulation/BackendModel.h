@@ -18,8 +18,8 @@ class BackendModel final {
  public:
   using Listener = std::function<void(Record::Kind, Row)>;
 
-  BackendModel(std::uint64_t seed, Listener listener)
-      : dice_(seed), listener_(std::move(listener)) {}
+  BackendModel(std::uint64_t seed, std::int64_t life, Listener listener)
+      : dice_(seed), listener_(std::move(listener)), categoriesVersion_(life * 1'000'000) {}
 
   /// How many of the exchanges fail, and how many of the others are slow.
   void setHealth(std::int64_t percentFailing, std::int64_t percentSlow) {
@@ -41,13 +41,15 @@ class BackendModel final {
   };
 
   [[nodiscard]] Plan failingPlan(const HttpRequest& request);
-  [[nodiscard]] std::string bodyFor(const std::string& path);
+  [[nodiscard]] std::string bodyFor(const std::string& path, const HttpRequest& request);
   [[nodiscard]] std::string configuration();
+  [[nodiscard]] std::string categories();
 
   Dice dice_;
   Listener listener_;
   std::int64_t percentFailing_ = 0;
   std::int64_t percentSlow_ = 0;
+  std::int64_t categoriesVersion_;  ///< Of the last answer.
   Plan plan_;
 };
 

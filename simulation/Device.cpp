@@ -7,8 +7,11 @@
 
 #include <boost/json.hpp>
 #include <exception>
+#include <filesystem>
+#include <fstream>
 #include <utility>
 
+#include "LegacyArchive.h"
 #include "Logger.h"
 #include "StatementWatch.h"
 #include "Tables.h"
@@ -23,7 +26,7 @@ Device::Device(const LifePlan& plan, const Journal& journal)
       journal_(journal),
       system_(DeterministicSystem::instance()),
       dice_(plan.seedOf(0)),
-      backend_(plan.seedOf(1'000'000'007),
+      backend_(plan.seedOf(1'000'000'007), plan.number,
                [this](Kind kind, Row fields) { note(kind, std::move(fields)); }),
       sessionTimeout_(plan.sessionTimeout) {
   system_.reset(plan.seedOf(0));
@@ -42,6 +45,7 @@ Device::Device(const LifePlan& plan, const Journal& journal)
   PLREngineWrapper::setEngineLoggerMessageClosure(
       [this](PLRLogLevel, const std::string& line) { note(Kind::log, {line}); });
   describeHost();
+  if (plan_.number == 1 && dice_.chance(30)) leaveLegacyData();
 }
 
 void Device::describeHost() const {
@@ -56,6 +60,22 @@ void Device::describeHost() const {
   host.preferredLanguages = {"en-GB"};
   host.region = "GB";
   PLRHost::describe(host);
+}
+
+void Device::leaveLegacyData() {
+  const auto write = [this](const std::string& path, const std::string& content) {
+    const std::filesystem::path file = plan_.folder + "/" + path;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << content;
+  };
+  const std::int64_t which = dice_.below(3);
+  if (which != 0) write("pelorino_key/UsersStorage", archiveOfAnn(which == 1));
+  if (which != 1) {
+    write("pelorino/key/migrationData.json",
+          R"({"userId":"ann","trackingAvailable":false,"level":7,"userCard":{"wins":2},)"
+          R"("transactionIds":["t1","t2"],"tutorCompletedSteps":[-1,3]})");
+  }
+  note(Kind::hostCall, {"0", "leaves legacy data"});
 }
 
 void Device::note(Kind kind, Row fields) const {
@@ -114,6 +134,17 @@ void Device::call(const std::string& name, const std::function<void()>& make,
   mark(Kind::callBegins);
   make();
   mark(Kind::callEnds);
+}
+
+void Device::ask(const std::string& name,
+                 const std::function<void(const std::string&, const Answer&)>& make) {
+  const std::string number = std::to_string(calls_ + 1);
+  call(name, [&] {
+    make(number, [this, number](Row given) {
+      given.insert(given.begin(), number);
+      note(Kind::answer, std::move(given));
+    });
+  });
 }
 
 void Device::doom() {

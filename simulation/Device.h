@@ -39,6 +39,12 @@ class Device final {
   /// Calls the library, and has its queue note when it reaches the call and when it has run it.
   void call(const std::string& name, const std::function<void()>& make, const Row& arguments = {});
 
+  /// The same for an operation with a handler, which `make` gives the function to: that notes what
+  /// the handler has been given.
+  using Answer = std::function<void(Row given)>;
+  void ask(const std::string& name,
+           const std::function<void(const std::string& number, const Answer& answer)>& make);
+
   void note(Record::Kind kind, Row fields) const;
 
   /// The process will be killed soon: somewhere within what it does next.
@@ -50,6 +56,8 @@ class Device final {
 
  private:
   void describeHost() const;
+  /// Files of an earlier generation of the library, as they would lie there since before it.
+  void leaveLegacyData();
   void noteStored(Record::Kind kind, const Row& fields);
 
   const LifePlan& plan_;

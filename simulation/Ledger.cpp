@@ -12,6 +12,9 @@ Ledger::Ledger() {
   rules_.push_back(std::make_unique<AccrualRule>());
   rules_.push_back(std::make_unique<ActivityRule>());
   rules_.push_back(std::make_unique<TraceRule>());
+  rules_.push_back(std::make_unique<AnswerRule>());
+  rules_.push_back(std::make_unique<CategoriesRule>());
+  rules_.push_back(std::make_unique<MigrationRule>());
 }
 
 std::int64_t Ledger::sessionTimeout() const {

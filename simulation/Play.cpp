@@ -1,7 +1,9 @@
 #include "Play.h"
 
 #include <pelorino/PLRAnalytics.h>
+#include <pelorino/PLRAntiCheat.h>
 #include <pelorino/PLREngineWrapper.h>
+#include <pelorino/PLREventsRouter.h>
 #include <pelorino/PLRUserCard.h>
 
 #include <algorithm>
@@ -79,6 +81,8 @@ void Play::step() {
     initialize();
   } else if (choice < 81) {
     settle();
+  } else if (choice < 86) {
+    askBackend();
   } else {
     sleep();
   }
@@ -137,6 +141,26 @@ void Play::accrue() {
   const auto credit = [&] { PLRAnalytics::currencyAccrual(name, amount, source, type); };
   device_.call("currencyAccrual", credit,
                {name, std::to_string(amount), source, isEarned ? "0" : "1"});
+}
+
+void Play::askBackend() {
+  switch (dice_.below(5)) {
+    case 0:
+      return device_.call("eventsRouter.sendPushToken",
+                          [] { PLREventsRouter::sendPushToken("token", true); });
+    case 1:
+      return device_.ask("antiCheat.verifyPayment", [](const auto& number, const auto& answer) {
+        PLRAntiCheat::verifyPayment(number, [answer](const PLRVerifyResponse& response) {
+          answer({::description(response.receiptStatus()), response.verificationResult()});
+        });
+      });
+    default:
+      return device_.ask("eventsRouter.getMessagingCategories",
+                         [](const auto&, const auto& answer) {
+                           PLREventsRouter::getMessagingCategories(
+                               [answer](const auto& all) { answer({std::to_string(all.size())}); });
+                         });
+  }
 }
 
 std::string Play::someUser() {

@@ -24,6 +24,8 @@ class Play final {
   void changeIdentity();
   void changeCard();
   void accrue();
+  /// Categories, a receipt, or a push token.
+  void askBackend();
   void visitBackground();
   void changeWorld();
   void sleep();

@@ -24,7 +24,8 @@ struct Record {
     statement = 'S',      ///< verb, table: SQLite begins a statement.
     rowChange = 'R',      ///< verb, table, row id, columns after the change: not durable yet.
     statementEnds = 'D',  ///< "kept" or "undone".
-    request = 'Q',        ///< path, body, "accepted" or not, "answered" or not.
+    request = 'Q',        ///< path, body, "accepted" or not, "answered" or not, how, the answer.
+    answer = 'A',         ///< number, texts: what the handler of that call has been given.
     rest = 'T',           ///< pending timers, waits: nothing can run without time passing.
     settled = 'G',        ///< everything that is stored should have been delivered by now.
     finding = 'V',        ///< text: what the life itself found to be wrong.

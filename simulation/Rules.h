@@ -1,6 +1,8 @@
 #pragma once
 
+#include <deque>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -160,6 +162,61 @@ class TraceRule final : public Rule {
   int found_ = 0;
   std::string lastCall_;   ///< Of the host.
   std::string lastEnded_;  ///< That the queue has run.
+};
+
+/// A handler answers once: that of a receipt in any case, that of categories when the library has
+/// started. A receipt is given what the backend has answered to it.
+class AnswerRule final : public Rule {
+ public:
+  void onRecord(const Record& record, View& view) override;
+  void onEndOfLife(View&) override { due_.clear(); }
+
+ private:
+  void checkReceipt(const Record& answer, const View& view) const;
+
+  std::map<std::string, std::string> due_;  ///< Operations that have not answered, by call.
+  std::string asked_;                       ///< The last receipt that the backend was asked for.
+  bool isAnswered_ = false;                 ///< By the backend.
+};
+
+/// Categories and their version are what the answers of the backend have made of them, one after
+/// the other: a known category stays as it is, a new one comes once, and goes only when an answer
+/// says so.
+class CategoriesRule final : public Rule {
+ public:
+  void onRecord(const Record& record, View& view) override;
+  void onStatement(const StatementRecord& statement, bool isKept, View& view) override;
+  void onStart(View& view) override;
+  void onEndOfLife(View& view) override { onStart(view); }
+
+ private:
+  using Ids = std::multiset<std::string>;
+  struct Answer {
+    std::int64_t version = 0;
+    Ids added;
+    Ids removed;
+  };
+
+  [[nodiscard]] static Ids stored(const View& view);
+  void finish(std::int64_t version, const View& view);
+
+  std::deque<Answer> pending_;  ///< Arrived, and not stored yet.
+  Ids before_;                  ///< The rows when the last answer had been stored.
+};
+
+/// A user of an earlier generation comes over once, with card and marks, and is the active one
+/// then. Nothing is marked as taken over before all of it is stored.
+class MigrationRule final : public Rule {
+ public:
+  void onRecord(const Record& record, View& view) override;
+  void onStatement(const StatementRecord& statement, bool isKept, View& view) override;
+
+ private:
+  static void checkUser(const Change& inserted, const View& view);
+  static void checkComplete(const Row& project, const View& view);
+
+  bool isThereLegacyData_ = false;
+  std::int64_t start_ = 0;  ///< In which the project was marked as taken over.
 };
 
 }  // namespace pelorino

@@ -9,8 +9,18 @@
 namespace pelorino {
 namespace {
 
-constexpr const char* names[] = {"projects", "users",         "events",
-                                 "reports",  "levelResource", "currencyAccrualResources"};
+constexpr const char* names[] = {
+    "projects",
+    "users",
+    "events",
+    "reports",
+    "levelResource",
+    "currencyAccrualResources",
+    "peopleCards",
+    "realPaymentMarks",
+    "tutorialMarkEntry",
+    "messagingCategory",
+};
 
 int addRow(void* table, int count, char** values, char**) {
   Row row;

@@ -9,8 +9,12 @@ namespace {
 /// The code of the event that each such call leaves, whatever was before; none for other calls.
 std::string_view codeOf(const std::string& call) {
   constexpr std::pair<std::string_view, std::string_view> codes[] = {
-      {"customEvent", "ce"},          {"levelUp", "lu"},        {"virtualCurrencyPayment", "vp"},
-      {"socialNetworkConnect", "sc"}, {"adImpression", "adrv"},
+      {"customEvent", "ce"},
+      {"levelUp", "lu"},
+      {"virtualCurrencyPayment", "vp"},
+      {"socialNetworkConnect", "sc"},
+      {"adImpression", "adrv"},
+      {"eventsRouter.sendPushToken", "pt"},
   };
   for (const auto& [name, code] : codes) {
     if (name == call) return code;

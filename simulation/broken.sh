@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Shows that the simulation sees: breaks the library in one way after the other, in a copy of the
 # last commit, and counts the seeds that notice. simulation/broken.sh [COUNT [TEXT]], 300 seeds each
-# unless said otherwise, only the breaks whose description holds TEXT. Fails when a break goes unnoticed or can no longer be made, and when the
-# library as it is breaks a rule.
+# unless said otherwise, only the breaks whose description holds TEXT. Fails when a break goes
+# unnoticed or can no longer be made, and when the library as it is breaks a rule.
 source "$(dirname -- "${BASH_SOURCE[0]}")/../scripts/lib.sh"
 
 count=${1:-300}
@@ -30,6 +30,11 @@ breaks=(
   "a batch that has failed goes on holding up the next|$services/ReportService.cpp|s/^  isSending_ = false;/  isSending_ = !succeeded;/"
   "a report that the disk has not let go is sent by the next library|$services/ReportService.cpp|s/^    if (isDeleted) {/    if (isDeleted || true) {/"
   "timers go on in the background|$analytics/ActivityLogic.cpp|s/^  timerService_.stopTimers();//"
+  "a handler of the host ends with the run|components/QueueManager/Run.h|s/^      work(run && !run->hasEnded());/      if (run \&\& !run->hasEnded()) work(true);/"
+  "a known category is stored again|$services/MessagingService.cpp|s/= updated(categories(), config);/= updated({}, config);/"
+  "a category never goes|$services/MessagingService.cpp|s/^  messagingCategoryRepository_.deleteItems(removed);//"
+  "a migration is marked as done before it is|components/MigrationSDK/SDKMigrationManager.cpp|s/^  project.trackingAvailable = object/  project.isMigrated = true; &/"
+  "what has come over comes over again|Sources/Internal/Managers/StateManager.cpp|s/if (!activeProject_->isMigrated)/if (true)/"
   "work goes on after the end of its run|components/QueueManager/Run.h|s/!run->hasEnded()/run/"
 )
 

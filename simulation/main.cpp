@@ -37,7 +37,10 @@ void playLife(const LifePlan& plan, const std::function<void(const Record&)>& he
   std::fflush(stdout);  // Or the life, which may write to it too, would write it once more.
   const pid_t child = ::fork();
   if (child < 0) throw std::runtime_error("no process");
-  if (child == 0) live(plan, Journal(journal));
+  if (child == 0) {
+    ::alarm(60);  // Seconds of real time. A life takes a few milliseconds, unless it hangs.
+    live(plan, Journal(journal));
+  }
   int status = 0;
   if (::waitpid(child, &status, 0) != child) throw std::runtime_error("the process is lost");
   JournalReader reader(journal);
