@@ -1,0 +1,26 @@
+#pragma once
+
+#include "JsonHelpers.h"
+#include "MemoryPeak.h"
+#include "SDKMigrationManager.h"
+#include "Text.h"
+
+// What holds for all that is taken over of an earlier generation, whatever its files hold.
+
+namespace pelorino::fuzz {
+
+/// Everything can be stored and sent: the texts are UTF-8, and the card is read again as written.
+inline void checkMigration(const MigrationObject& object) {
+  FUZZ_REQUIRE(repairUtf8(object.description()) == object.description());
+  for (const std::string& id : object.transactionIds) FUZZ_REQUIRE(repairUtf8(id) == id);
+  const std::string card = peopleJson(object.userCard);
+  PeopleProperties again;
+  decode(JsonView(card), again);
+  FUZZ_REQUIRE(peopleJson(again) == card);
+}
+
+inline void checkCost() {
+  FUZZ_REQUIRE(MemoryPeak::bytes() < std::int64_t{64} * 1024 * 1024);
+}
+
+}  // namespace pelorino::fuzz
