@@ -55,6 +55,8 @@ constexpr const char* ofAda = R"({
           "parameters":{"success":true,"duration":240,"difficulty":3,"source":"map"}}],
   "sc": [{"level":3,"socialNetwork":"vk"}, {"level":3,"socialNetwork":"slime-book"}],
   "sp": [{"level":3,"socialNetwork":"vk","postReason":"level 3"}],
+  "pt": [{"isAllowed":true,"token":"token-of-adas-telephone"}],
+  "po": [{"pushId":31,"button":"hunt"}],
   "adrv": [{"source":"sdk","ad_network":"MegaAds","placement":"after a pause",
             "ad_unit":"interstitial","revenue":0.0125},
            {"source":"sdk","ad_network":"MegaAds","revenue":0.0}]
@@ -103,6 +105,9 @@ TEST_F(Evening, ArrivesWholeAndUnderTheUserWhoPlayed) {
   const json::object theos = backend_.summary("théo");
   EXPECT_EQ(theos.at("level"), 6);
   EXPECT_EQ(theos.at("card"), json::parse(R"({"gender":1})"));
+
+  EXPECT_TRUE(host.logs("A development backend accepts everything")) << "the receipt's answer";
+  EXPECT_EQ(backend_.received("/messaging/config").size(), 1U);
 
   // The account finds nothing wrong, and would if an event had been stored that did not arrive.
   std::vector<std::string> output = host.linesWith("");
