@@ -2,8 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <thread>
+#include <utility>
+
+#include "LegacyArchive.h"
 
 namespace pelorino::blackbox {
 
@@ -17,6 +22,8 @@ constexpr int eventsOfLife = 8;
 constexpr int longestStartMicroseconds = 30'000;
 /// In this time what has been stored is delivered.
 constexpr int longestDeliveryMicroseconds = 10'000;
+
+constexpr const char* askForCategories = R"({"op":"eventsRouter.getMessagingCategories"})";
 
 const json::object quiet{{"logLevel", "info"}};
 
@@ -34,6 +41,7 @@ std::string between(const std::string& line, std::string_view before, std::strin
 void CrashLoop::live() {
   ++lives_;
   if (upTo(2) == 0) spoil();
+  changeCategories();
   HostProcess host(file_, backend_.url());
   load(host);
   waitABit(host);
@@ -57,7 +65,9 @@ void CrashLoop::waitABit(HostProcess& host) {
 bool CrashLoop::recover() {
   HostProcess host(file_, backend_.url());
   host.initialize(quiet);
-  const bool isDone = host.deliver();
+  host.run(askForCategories);
+  const bool isAnswered = host.logs(R"("op":"eventsRouter.getMessagingCategories","result")");
+  const bool isDone = isAnswered && host.deliver();
   const bool isEnded = host.end() == 0;
   takeDown(host);
   return isEnded && isDone;
@@ -77,6 +87,50 @@ void CrashLoop::spoil() {
   backend_.fault(endpoint, faults[upTo(std::size(faults) - 1)]);
 }
 
+/// What the backend answers from now on: some of four categories come, some go.
+void CrashLoop::changeCategories() {
+  json::array come, go;
+  for (const char* id : {"a", "b", "c", "d"}) {
+    if (upTo(1) == 0) come.push_back({{"id", id}, {"buttons", json::array()}});
+    if (upTo(2) == 0) go.emplace_back(id);
+  }
+  backend_.answer("/messaging/config", {{"pushCategories",
+                                         {{"version", ++categoriesVersion_},
+                                          {"categories", std::move(come)},
+                                          {"removed", std::move(go)}}}});
+}
+
+void CrashLoop::comeOver() {
+  const DatabaseFile file;
+  const std::filesystem::path folder = file.support() + "/pelorino_black-box";
+  std::filesystem::create_directories(folder);
+  std::ofstream(folder / "UsersStorage", std::ios::binary) << archiveOfAnn();
+  const auto isCutShort = [&file] {
+    try {
+      return file.run("SELECT isMigrated FROM projects WHERE EXISTS (SELECT * FROM users)") == "0";
+    } catch (const std::runtime_error&) {
+      return false;  // There are no tables yet.
+    }
+  };
+  for (int kills = upTo(3); kills > 0; --kills) {
+    HostProcess host(file, backend_.url());
+    host.initialize(quiet);
+    std::this_thread::sleep_for(std::chrono::microseconds(upTo(longestStartMicroseconds)));
+    host.kill();
+    if (isCutShort()) ++cutShort_;
+  }
+  HostProcess host(file, backend_.url());
+  host.initialize(quiet);
+  const bool isEnded = host.drain() && host.end() == 0;
+  const std::string stored = file.run(
+      "SELECT isMigrated, count(*), users.userId, level, users.id = activeUserId,"
+      " (SELECT count(*) > 0 FROM peopleCards WHERE userId = users.id),"
+      " (SELECT group_concat(DISTINCT step) FROM tutorialMarkEntry WHERE userId = users.id),"
+      " (SELECT group_concat(DISTINCT orderId) FROM realPaymentMarks) FROM projects, users");
+  ++cameOver_;
+  if (!isEnded || stored != "1|1|ann|7|1|1|-1,3|t1,t2") wronglyCameOver_.push_back(stored);
+}
+
 void CrashLoop::load(HostProcess& host) {
   host.initialize(quiet);
   for (int i = 0; i < eventsOfLife; ++i) {
@@ -87,6 +141,7 @@ void CrashLoop::load(HostProcess& host) {
     if (chance == 5) host.run(R"({"op":"setUserId","userId":""})");
     if (chance == 6) host.run(R"({"op":"host.didEnterBackground"})");
     if (chance == 7) host.run(R"({"op":"host.didBecomeActive"})");
+    if (chance == 8) host.run(askForCategories);
   }
 }
 
@@ -120,6 +175,13 @@ CrashLoop::Account CrashLoop::account() {
     }
   }
   account.integrity = file_.run("PRAGMA integrity_check");
+  account.repeatedCategories =
+      file_.run("SELECT identifier FROM messagingCategory GROUP BY identifier HAVING count(*) > 1");
+  account.hasLastCategories =
+      file_.run("SELECT categoriesVersion FROM projects") == std::to_string(categoriesVersion_);
+  account.cameOver = cameOver_;
+  account.cutShort = cutShort_;
+  account.wronglyCameOver = wronglyCameOver_;
   std::set<std::string> taken;
   for (const json::value& exchange : backend_.received("/analytics/report")) {
     if (exchange.at("status") != 200) continue;

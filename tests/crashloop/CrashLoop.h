@@ -22,6 +22,10 @@ class CrashLoop final {
   /// One life under load, killed at a random moment.
   void live();
 
+  /// Another application, whose user comes over from an earlier generation of the library: killed
+  /// amid its first starts, and then left in peace for one.
+  void comeOver();
+
   /// A last life that is left in peace until everything has been delivered; false when it is not.
   [[nodiscard]] bool recover();
 
@@ -34,6 +38,12 @@ class CrashLoop final {
     std::vector<std::string> keptTooLong;       ///< Sent again by a later life, though one that
                                                 ///< arrived after them was deleted by then.
     std::string integrity;                      ///< What SQLite says of the database.
+    std::string repeatedCategories;             ///< Identifiers with more than one row.
+    bool hasLastCategories = false;             ///< By the version that is stored.
+    int cameOver = 0;                           ///< Users of an earlier generation.
+    int cutShort = 0;                           ///< Kills amid that, the user stored already.
+    std::vector<std::string>
+        wronglyCameOver;  ///< What is stored of those who are not as they were.
   };
   [[nodiscard]] Account account();
 
@@ -46,6 +56,7 @@ class CrashLoop final {
 
   [[nodiscard]] int upTo(int most) { return std::uniform_int_distribution(0, most)(random_); }
   void spoil();
+  void changeCategories();
   void load(HostProcess& host);
   void waitABit(HostProcess& host);
   void takeDown(HostProcess& host);
@@ -55,6 +66,10 @@ class CrashLoop final {
   TemporaryFolder folder_;
   BackendProcess backend_{folder_.file("backend.db")};
   int lives_ = 0;
+  int categoriesVersion_ = 0;
+  int cameOver_ = 0;
+  int cutShort_ = 0;
+  std::vector<std::string> wronglyCameOver_;
   std::set<std::string> stored_;
   std::vector<std::string> sentAfterSuccess_;
   std::deque<std::vector<Arrival>> arrivals_;     ///< In their order, a list a life.
