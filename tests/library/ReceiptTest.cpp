@@ -110,7 +110,7 @@ TEST_F(ReceiptTest, TheReceiptFileIsReadWholeOrSaysWhyNot) {
   for (const auto& [path, failure] : unreadable) {
     SCOPED_TRACE(path);
     const std::vector<std::string> none;
-    EXPECT_EQ(linesOf([&] { EXPECT_EQ(verifiedFile(path), internalError); }),
+    EXPECT_EQ(linesOf([&, &path = path] { EXPECT_EQ(verifiedFile(path), internalError); }),
               failure.empty() ? none
                               : std::vector{"ERROR Couldn't read receipt data. Error: " + failure});
   }
