@@ -157,10 +157,13 @@ constinit const Endpoint<MessagingRequestObject, Categories>
         .path = "/messaging/config",
         .accepted = {},
         // Whatever the status: an answer that can be read is an answer.
-        .otherwise =
-            [](const Response& response) {
-              return from<MessagingConfig>(response.data.value_or(""));
-            },
+        .otherwise = [](const Response& response) -> Categories {
+          try {
+            return decodeBody<MessagingConfig>(response);
+          } catch (const PLRError&) {
+            return std::nullopt;
+          }
+        },
         .failed = [](const std::exception& error) -> Categories {
           logError("[Backend Module] Can't create messaging config request. Error: ", error.what());
           return std::nullopt;

@@ -2,9 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <memory>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
+#include <vector>
 
 #include "BackendRepository.h"
 #include "Logger.h"
@@ -12,31 +15,26 @@
 #include "SdkConstraints.h"
 
 namespace pelorino {
-namespace {
 
-using Categories = std::vector<MessagingCategory>;
-
-auto find(const Categories& categories, const std::string& id) {
-  return std::ranges::find(categories, id, &MessagingCategory::id);
-}
-
-}  // namespace
-
-CategoriesUpdate updated(const Categories& current, const MessagingConfig& config) {
+CategoriesUpdate updated(const std::vector<MessagingCategory>& current,
+                         const MessagingConfig& config) {
   CategoriesUpdate update{.merged = current, .added = {}, .removed = {}};
+  std::unordered_map<std::string, const MessagingCategory*> byId;
+  for (const MessagingCategory& category : current) byId.emplace(category.id, &category);
   for (const MessagingCategory& category : config.categories) {
-    if (find(update.merged, category.id) != update.merged.end()) continue;
+    if (!byId.emplace(category.id, &category).second) continue;
     update.merged.push_back(category);
     update.added.push_back(category);
   }
   if (!config.removed) return update;
   for (const std::string& id : *config.removed) {
-    const auto found = find(update.merged, id);
-    if (found != update.merged.end()) update.removed.push_back(*found);
+    if (const auto found = byId.find(id); found != byId.end()) {
+      update.removed.push_back(*found->second);
+    }
   }
-  std::erase_if(update.merged, [&](const MessagingCategory& category) {
-    return std::ranges::count(*config.removed, category.id) > 0;
-  });
+  const std::unordered_set<std::string> removed(config.removed->begin(), config.removed->end());
+  std::erase_if(update.merged,
+                [&](const MessagingCategory& category) { return removed.contains(category.id); });
   return update;
 }
 
