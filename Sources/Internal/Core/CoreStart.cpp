@@ -21,6 +21,7 @@ constexpr std::string_view startFailed = "In the Initialize method an error has 
 std::unique_ptr<CoreFactory> initSubModules(const std::string& applicationKey) try {
   return std::make_unique<CoreFactory>(applicationKey);
 } catch (const std::exception& error) {
+  // A line of its own for the cause: the text of the next one is fixed.
   logError("[Database Module] Couldn't open the database: ", error.what());
   logError(startFailed, "Can't init submodules");
   return nullptr;
