@@ -56,7 +56,7 @@ template <class Answer>
 struct Reply {
   Answer answer;
   int statusCode;                 ///< 400 too when no HTTP answer came.
-  std::optional<PLRError> error;  ///< The transport's words, or why nothing was sent or read.
+  std::optional<PLRError> error;  ///< Of the transport, or why nothing was sent or read.
 };
 
 /// What services ask of the backend.

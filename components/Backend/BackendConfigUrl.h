@@ -10,7 +10,7 @@ class BackendConfigUrl final {
  public:
   BackendConfigUrl() = delete;
 
-  /// Takes the place of the default endpoint; none when empty.
+  /// Replaces the default endpoint. An empty one restores the default.
   [[nodiscard]] static std::string testProxyUrl();
   static void setTestProxyUrl(std::string url);
 

@@ -53,7 +53,7 @@ struct BackendIdentifiers {
     std::string text;
   };
 
-  /// Status 422: the backend refuses.
+  /// Status 422: the backend refuses. Do not ask again.
   struct DoNotRetry {};
 
   /// The body of the request.

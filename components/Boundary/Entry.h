@@ -10,16 +10,15 @@ namespace pelorino {
 /// From here on, calls are refused in processes that are forked off.
 void refuseCallsAfterFork();
 
-/// True, and at the first time a log line, in such a process.
+/// True in such a process. The first time, it also writes a log line.
 [[nodiscard]] bool isRefusedAfterFork();
 
-/// Writes the log line for a call that ended with an exception; `what` is null where it had no
-/// words.
+/// Writes the log line for a call that ended with an exception. `what` is null for one that is no
+/// std::exception.
 void logDroppedCall(const char* operation, const char* what) noexcept;
 
-/// Runs a public operation, but not in a forked child. Whatever is thrown in it, be it for want of
-/// memory or by a handler that is copied, costs this one call and a log line: nothing reaches the
-/// host.
+/// Runs a public operation, but not in a forked child. An exception, for example for lack of memory
+/// or from the copy of a handler, costs this one call and is logged. It never reaches the host.
 template <class Work>
 void enter(const char* operation, Work&& work) noexcept {
   const CancellationHeldBack heldBack;

@@ -11,10 +11,10 @@ namespace pelorino {
 template <class Signature>
 using HostClosure = HostHeld<std::function<Signature>>;
 
-/// Writes the log line for what a completion handler threw; null where it had no words.
+/// Writes the log line for an exception of a completion handler; null if it is no std::exception.
 void logFailedHandler(const char* what);
 
-/// Calls a closure of the host, if there is one. What it throws costs a log line.
+/// Calls a closure of the host, if there is one. An exception from it is logged.
 template <class Signature, class... Arguments>
 void callHost(const std::function<Signature>& closure, Arguments&&... arguments) {
   if (!closure) return;

@@ -14,17 +14,18 @@ namespace pelorino {
 
 /// What the exit of the process means for a thread that is about to run code of the host.
 enum class HostEntry {
-  /// Exit waits a moment for it. Too late, a thread of the library sleeps until the process is
-  /// gone; one of the host, which exit may join, goes on without running the code.
+  /// Exit waits a moment for it. After exit has begun the code does not run: a thread of the
+  /// library
+  /// sleeps until the process has ended, one of the host goes on, since exit may join it.
   awaited,
   /// Likewise, but no thread sleeps: it may hold a lock that the exiting thread wants.
   neverSleeping,
-  /// On a thread of the library, for code that may take long: it does not begin too late, and exit
-  /// leaves it behind.
+  /// For code that may take long, on a thread of the library. It does not begin after exit has
+  /// begun, and exit does not wait for it.
   unawaited,
 };
 
-/// Held while a thread runs code of the host, which it enters as HostEntry::awaited says.
+/// Held while a thread runs code of the host. It enters as HostEntry::awaited says.
 class HostPass {
  public:
   HostPass();
@@ -35,9 +36,8 @@ class HostPass {
   const ExitGate::TryPass pass_;
 };
 
-/// Runs code of the host. What it throws ends here: `onError` gets its words, or null where it has
-/// none. In a process that was forked off by that code, on a thread of the library, this is the
-/// end.
+/// Runs code of the host. An exception ends here: `onError` gets its text, or null if it is no
+/// std::exception. A child process that this code forks on a thread of the library ends here.
 template <HostEntry entry = HostEntry::awaited, class Work, class OnError>
 void runHostCode(Work&& work, OnError&& onError) {
   const auto guarded = [&] {
@@ -59,11 +59,11 @@ void runHostCode(Work&& work, OnError&& onError) {
   }
 }
 
-/// Nothing of the host's runs any more when exit destroys what was made until now.
+/// Call it before a start: no code of the host runs any more when exit destroys what exists by now.
 void closeHostCodeAtExit();
 
-/// Something of the host's that the library holds: a std::function or a std::shared_ptr. Its end is
-/// code of the host, too, and is run as such. One thread at a time.
+/// Something of the host's that the library holds: a std::function or a std::shared_ptr. Destroying
+/// it is code of the host, too, and is run as such. One thread at a time.
 template <class Handle>
 class HostHeld {
  public:
@@ -88,7 +88,7 @@ class HostHeld {
     if (handle_) runHostCode([&] { work(handle_); }, std::forward<OnError>(onError));
   }
 
-  /// What the host's own thread lets go of while the process exits ends outside.
+  /// If the host's own thread destroys this during exit, the handle is destroyed without waiting.
   void reset() noexcept {
     if (!handle_) return;
     const HostPass pass;
@@ -105,12 +105,12 @@ class HostSlot {
  public:
   using Held = std::shared_ptr<const HostHeld<Handle>>;  ///< Null for none.
 
-  /// None, too, in a forked child where a thread that is gone has taken the lock.
+  /// Also none in a forked child, if the lock was taken at the fork by a thread that is gone.
   [[nodiscard]] Held get() const {
     return ForkedChild::isHere() ? slot_.tryGet().value_or(nullptr) : slot_.get();
   }
 
-  /// Gives back what was there.
+  /// Returns the old one.
   Held exchange(Handle given) {
     if (given) closeHostCodeAtExit();
     Held held = given ? std::make_shared<const HostHeld<Handle>>(std::move(given)) : nullptr;

@@ -24,8 +24,8 @@ class LifeCycleProtocol {
 /// Turns the four notifications of the application's life cycle into calls on a listener, from its
 /// creation to its end. Without a listener a notification does nothing.
 ///
-/// Threads: any. A listener that is replaced, or an object that ends, while a notification is under
-/// way may still get that one call.
+/// Threads: any. A listener that is replaced during a notification may still get that one call; so
+/// may the listener of an object that is destroyed meanwhile.
 class ApplicationLifeCycle final {
  public:
   explicit ApplicationLifeCycle(NotificationCenter& notifications);
@@ -47,7 +47,7 @@ class LifeCycleRepository final {
  public:
   explicit LifeCycleRepository(NotificationCenter& notifications) : lifecycle_(notifications) {}
 
-  /// Replaces the listener; an empty one ends listening. It is held weakly.
+  /// Replaces the listener, which is held weakly. An empty one ends listening.
   void setLifeCycleListener(std::weak_ptr<LifeCycleProtocol> listener) {
     lifecycle_.setLifeCycleListener(std::move(listener));
   }

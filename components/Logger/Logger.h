@@ -10,8 +10,8 @@
 
 namespace pelorino {
 
-/// The single outlet of the library's messages. It prints nothing by itself: a line whose level
-/// passes goes to the closure that the host has set, on the thread that writes it.
+/// The only outlet of the library's messages. It prints nothing itself: a line whose level passes
+/// goes to the closure that the host has set, on the thread that writes the line.
 ///
 /// Threads: all operations from any thread. Process-wide; outlives everything.
 class Logger final {
@@ -29,7 +29,7 @@ class Logger final {
   [[nodiscard]] static EngineClosure engineLoggerMessageClosure();
   static void setEngineLoggerMessageClosure(EngineClosure closure);
 
-  /// Held for the host; no line is written to it.
+  /// Kept for the host only; no line is written to it.
   [[nodiscard]] static Closure loggerMessageClosure();
   static void setLoggerMessageClosure(Closure closure);
 

@@ -23,7 +23,7 @@ class ArchivedObject final {
   /// The name of its class; empty for a plain value.
   [[nodiscard]] std::string className() const;
 
-  /// A field; missing, it is of no kind.
+  /// A field. A missing one is of no kind.
   [[nodiscard]] ArchivedObject operator[](const char* key) const;
 
   // The value if it is of this kind.
@@ -35,7 +35,7 @@ class ArchivedObject final {
   [[nodiscard]] std::optional<double> real() const;
   [[nodiscard]] bool isNull() const;
   [[nodiscard]] std::optional<std::vector<ArchivedObject>> list() const;
-  /// Absent, too, when a key is no text. Of two values under one key the last counts.
+  /// Also absent if a key is no text. Of two values under one key the last counts.
   [[nodiscard]] std::optional<std::map<std::string, ArchivedObject>> dictionary() const;
 
  private:

@@ -7,7 +7,7 @@ namespace pelorino {
 [[nodiscard]] bool isBinaryPropertyList(std::string_view bytes);
 
 // Each throws LegacyDataError when reading the list would go beyond the limits of PropertyList.
-// They judge its cost, not its grammar: that is the reader's.
+// They limit its cost. Its grammar is checked by the reader.
 
 /// Follows the references of all objects. Also throws for references in circles, and for integers
 /// of more than 64 bits.

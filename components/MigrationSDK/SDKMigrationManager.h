@@ -16,7 +16,7 @@ namespace pelorino {
 /// stops the start.
 ///
 /// Threads: the incomeQueue only.
-/// Errors:  a file that cannot be used is passed over with a debug line, a missing one without.
+/// Errors:  a file that cannot be used is skipped with a debug line, a missing one without.
 class SDKMigrationManager final {
  public:
   struct Tables {

@@ -8,7 +8,7 @@
 
 namespace pelorino {
 
-/// A request that is being put together. The exchange outlives it and what it builds.
+/// A request under construction. The exchange outlives it and what it builds.
 class RequestBuilder final {
  public:
   RequestBuilder(HttpExchange& http, RequestType type, std::string host)
@@ -29,7 +29,7 @@ class RequestBuilder final {
   RequestType type_;
 };
 
-/// Begins requests. Without state; any thread. The exchange outlives it.
+/// Creates requests. Without state; any thread. The exchange outlives it.
 class Network final {
  public:
   explicit Network(HttpExchange& http) : http_(http) {}

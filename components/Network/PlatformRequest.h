@@ -19,13 +19,13 @@ enum class RequestType { GET, POST };
   return type == RequestType::GET ? "GET" : "POST";
 }
 
-/// A URL out of its parts, each taken as it is: nothing is percent-encoded.
+/// A URL made of its parts as they are: nothing is percent-encoded.
 struct UrlBuilder {
   std::string host;  ///< Scheme included.
   std::string path;  ///< What follows the host; no slash is added.
   std::map<std::string, std::string> queryParameter;
 
-  /// Replaces a former value of that key.
+  /// Replaces an earlier value of that key.
   void setQueryParam(std::string key, std::string value) {
     queryParameter[std::move(key)] = std::move(value);
   }
@@ -38,7 +38,7 @@ struct JSONContent {
   using Headers = std::map<std::string, std::string>;
 
   Encodable object;
-  Headers headers;                        ///< In plain text; the log shows them so.
+  Headers headers;                        ///< In plain text, as the log shows them.
   std::vector<std::string> encodingKeys;  ///< Names of the headers whose values go out in Base64.
   std::string headerKeyType = "application/json";  ///< The value of "Content-Type".
 
@@ -46,15 +46,15 @@ struct JSONContent {
   [[nodiscard]] Headers getBase64Headers() const;
 };
 
-/// The end of one exchange. Without an HTTP answer the status reads 400, like a refusal.
+/// The outcome of one exchange. Without an HTTP answer the status is 400, as for a refusal.
 struct Response {
   int statusCode = 400;
   std::optional<std::string> data;
-  std::optional<PLRError> error;  ///< The transport's words.
+  std::optional<PLRError> error;  ///< Of the transport.
 };
 
-/// One blocking exchange. Nothing is sent for an invalid URL or for a body that JSON cannot hold;
-/// both read as status 400, as does an exchange without an HTTP answer.
+/// One blocking exchange. Nothing is sent for an invalid URL, or for a body that has no JSON form;
+/// both give status 400, as does an exchange without an HTTP answer.
 class PlatformRequest final {
  public:
   PlatformRequest(HttpExchange& http, RequestType type, UrlBuilder urlBuilder, JSONContent content,

@@ -7,8 +7,8 @@
 
 namespace pelorino {
 
-/// A value that is read on first demand and then kept. Any thread; one that asks while another
-/// reads waits for it.
+/// A value that is read at its first use and then kept. Any thread. A thread that asks while
+/// another one reads waits.
 template <class Value>
 class Lazy final {
  public:

@@ -8,7 +8,7 @@
 namespace pelorino {
 
 struct PlatformConstants {
-  /// What stands for a text that the platform does not have.
+  /// Sent in place of a text that the platform does not have.
   static constexpr std::string_view unknown = "";
 
   // Constants of the wire format, on every system.

@@ -16,9 +16,9 @@ class PlatformProtocol {
   /// Read once, then kept.
   [[nodiscard]] virtual ApplicationData getApplicationData() = 0;
 
-  /// The first read answers on the main queue, later ones at once on the caller's thread. Country,
-  /// language and time zone are read afresh each time. The handler is never called when this object
-  /// ends before its first answer.
+  /// The first answer comes on the main queue, later ones at once on the caller's thread. Country,
+  /// language and time zone are read each time. The handler is never called if this object is
+  /// destroyed before its first answer.
   virtual void getDeviceData(DeviceDataHandler completionHandler) = 0;
 
   /// Read once, then kept.

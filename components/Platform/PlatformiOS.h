@@ -11,8 +11,8 @@
 
 namespace pelorino {
 
-/// The platform as the host has described it and the operating system tells it. A new object reads
-/// everything afresh.
+/// The platform, from the host's description and the operating system. A new object reads
+/// everything again.
 ///
 /// Threads: the library's queues; a first read of the device data ends on the main queue.
 class PlatformiOS final : public PlatformProtocol {

@@ -6,19 +6,19 @@
 
 namespace pelorino {
 
-/// Interface only: nothing of the library uses it yet. A piece of work that goes on after start()
-/// has returned, and ends when it says so.
+/// Interface only: nothing in the library uses it. Work that goes on after start() has returned,
+/// and that says itself when it has ended.
 ///
 /// The work sets `state` to finished when it is done, and only after start() has returned: start()
 /// itself leaves the operation executing.
 ///
-/// Threads: none of its own and no lock; the owner hands it from thread to thread.
+/// Threads: one at a time; it has no lock.
 class AsyncOperation {
  public:
   enum class State { ready, executing, finished };
   enum class Change { will, did };
   using ExecutionBlock = std::function<void(AsyncOperation&)>;
-  /// Told of a change of state, by the key of the state: "isReady", "isExecuting", "isFinished".
+  /// Called for a change of state with its key: "isReady", "isExecuting" or "isFinished".
   using Observer = std::function<void(Change, std::string_view key)>;
 
   AsyncOperation(std::string name, ExecutionBlock executionBlock);
@@ -43,11 +43,11 @@ class AsyncOperation {
   /// Runs execute() and the block, unless cancelled before; then the operation is executing.
   void start();
 
-  /// The operation is finished, whatever its work does from here on.
+  /// The operation counts as finished from here on, whatever its work does.
   void cancel();
 
  protected:
-  /// The work of a subclass, run ahead of the block.
+  /// The work of a subclass; it runs before the block.
   virtual void execute() {}
 
  private:

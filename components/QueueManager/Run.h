@@ -8,8 +8,9 @@
 
 namespace pelorino {
 
-/// Deleter of a shared object that ends on the incomeQueue, whoever lets go of it: a thread of the
-/// host must not close files, nor end what the queue is working with.
+/// Deleter of a shared object. It destroys the object on the incomeQueue, whichever thread drops
+/// the last reference: a thread of the host must not close files, nor destroy what the queue is
+/// using.
 struct EndsOnIncomeQueue {
   template <class Object>
   void operator()(Object* object) const noexcept {
@@ -26,12 +27,11 @@ struct EndsOnIncomeQueue {
   }
 };
 
-/// One run of the library, from a start to its end. What the start made belongs to it and goes with
-/// it.
+/// One run of the library, from a start to its end. It owns what the start has made.
 ///
 /// Work that comes back later, from a queue, a timer, the network or the host's store, comes back
 /// through these operations. They keep the run while the work runs, and drop work that comes after
-/// its end. So the parts of a run may name each other by reference in such work.
+/// its end. So such work may refer to parts of the run by reference.
 ///
 /// What outlives a run: the queues, the log, the backend's test address, the table of excluded
 /// events, the uuids of DeliveredReports, and a run that has ended itself, for as long as an
@@ -44,7 +44,7 @@ class Run : public std::enable_shared_from_this<Run> {
   Run(const Run&) = delete;
   Run& operator=(const Run&) = delete;
 
-  /// The work as a block for whoever calls back: it does nothing once the run has ended.
+  /// The work as a block for a later callback. It does nothing once the run has ended.
   template <class Work>
   [[nodiscard]] Block block(Work work) {
     return [weak = weak_from_this(), work = std::move(work)] {
@@ -59,9 +59,9 @@ class Run : public std::enable_shared_from_this<Run> {
     queue.addOperation(block(std::move(work)));
   }
 
-  /// Adds work to a queue that is done also after the end of the run, without keeping the run until
-  /// then. `work(lasts)` is told which of the two it is, and touches nothing of a run that has
-  /// ended. For a handler of the host that must be called in any case.
+  /// Adds work to a queue that is done even if the run ends before. The work does not keep the run.
+  /// `lasts` in `work(lasts)` is false if the run has ended; then the work must not touch it. For a
+  /// handler of the host that must be called in any case.
   template <class Work>
   void addTold(QueueManager& queue, Work work) {
     queue.addOperation([weak = weak_from_this(), work = std::move(work)]() mutable {
@@ -70,7 +70,7 @@ class Run : public std::enable_shared_from_this<Run> {
     });
   }
 
-  /// A closure for a timer, or for whoever answers later: each call of it, on any thread, adds
+  /// A closure for a timer or a later answer: each call of it, on any thread, adds
   /// `work(arguments...)` to the incomeQueue.
   template <class Work>
   [[nodiscard]] auto callback(Work work) {
@@ -82,8 +82,8 @@ class Run : public std::enable_shared_from_this<Run> {
     };
   }
 
-  /// Adds work to the incomeQueue that is done also after the end of the run. For what the backend
-  /// has accepted and nobody else knows of.
+  /// Adds work to the incomeQueue that is done even if the run ends before. For reports that the
+  /// backend has accepted: only this work knows of it.
   template <class Work>
   void addForSure(Work work) {
     QueueManager::incomeQueue().addOperation(

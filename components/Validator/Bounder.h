@@ -13,8 +13,7 @@ class Bounder final {
  public:
   Bounder() = delete;
 
-  /// The first `maximalLength` characters, as a user counts them. Says at `warning` that it has
-  /// cut.
+  /// The first `maximalLength` characters, as a user counts them. A cut is logged at `warning`.
   [[nodiscard]] static std::string maxStringLength(std::string_view method, const Label& argument,
                                                    std::string value, std::size_t maximalLength);
 };

@@ -4,8 +4,8 @@
 
 namespace pelorino {
 
-/// What a message calls an argument: fixed words, or fixed words around a part that varies, put
-/// together only where a message is written. Borrows its texts.
+/// The name of an argument in a message: a fixed text, or fixed texts around a variable one. It is
+/// put together only when a message is written. Borrows its texts.
 struct Label {
   Label(const char* words) : before(words) {}  // NOLINT(google-explicit-constructor)
   Label(std::string_view opening, std::string_view varying, std::string_view closing)

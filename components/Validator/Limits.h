@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-// Bounds that more than one rule uses. A bound that one argument alone has stands in its rule.
+// Bounds that several rules use. A bound of a single argument is in its rule.
 
 namespace pelorino {
 

@@ -11,8 +11,8 @@
 
 namespace pelorino {
 
-/// What the operations of the user's card demand of their arguments. A rule takes the raw arguments
-/// and gives the repaired ones, or nothing when they are rejected; the messages are written here.
+/// The rules for the arguments of the user card's operations. A rule takes the raw arguments and
+/// returns the repaired ones, or nothing if it rejects them. It writes the messages.
 ///
 /// Threads: the incomeQueue.
 class PeopleValidatorRules final {
@@ -26,7 +26,7 @@ class PeopleValidatorRules final {
   [[nodiscard]] static std::optional<std::string> validateKey(std::string_view method,
                                                               std::string key);
 
-  /// The keys that passed, in their order; absent when none did, without a cancel message.
+  /// The keys that passed, in their order; absent if none did, without a cancel message.
   [[nodiscard]] static std::optional<std::vector<std::string>> validateUnset(
       std::string_view method, std::vector<std::string> keys);
 

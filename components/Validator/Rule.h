@@ -14,18 +14,18 @@
 
 namespace pelorino {
 
-/// The checks of one call, or of one entry of its dictionaries: all of them run, each writes its
-/// message, and only then the verdict is taken. Texts are repaired in place.
+/// The checks of one call, or of one entry of its dictionaries. All of them run and write their
+/// messages before the verdict. Texts are repaired in place. Threads: the incomeQueue.
 class Rule final {
  public:
   /// `method` is what messages call the operation; a constant.
   explicit Rule(std::string_view method) : method_(method) {}
 
-  /// Clean and cut, which is no failure. What is missing stays missing.
+  /// Cleans and cuts the text, which is no failure. An absent text stays absent.
   void bound(const Label& argument, std::string& value, std::size_t maximum) const;
   void bound(const Label& argument, std::optional<std::string>& value, std::size_t maximum) const;
 
-  /// Clean, cut, not empty: what most texts go through.
+  /// Cleans and cuts the text. Fails if it is empty then. For most texts.
   void text(const Label& argument, std::string& value, std::size_t maximum);
 
   /// The same for one of many texts, which its own label shows: `opening`, the clean text,
@@ -46,7 +46,7 @@ class Rule final {
   void equalLength(const Label& argument, const std::string& value, std::size_t length);
   void validType(const Label& argument, const AnyCodable& value);
 
-  /// A check of the rule's own has failed; writes `message` as it is.
+  /// For a check of the rule's own that has failed. Writes `message` as it is.
   void fail(std::string_view message);
 
   [[nodiscard]] std::string_view method() const { return method_; }
@@ -54,7 +54,7 @@ class Rule final {
   /// True when no check has failed so far.
   [[nodiscard]] bool passed() const { return passed_; }
 
-  /// The last word on a call: what was repaired, or nothing and the cancel message.
+  /// The verdict: the repaired call, or nothing after the cancel message.
   template <class Call>
   [[nodiscard]] std::optional<Call> verdict(Call repaired) const {
     if (passed_) return repaired;

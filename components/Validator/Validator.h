@@ -13,8 +13,8 @@
 
 namespace pelorino {
 
-/// Checks of the arguments of public operations. Each answers true when all is well and writes its
-/// message at `error` when it is not, under the labels of the operation and of the argument.
+/// Checks of the arguments of public operations. Each returns true, or writes its message at
+/// `error` with the labels of the operation and the argument and returns false.
 ///
 /// Threads: the checks, any; the excluded options, the incomeQueue only.
 class Validator final {
@@ -47,7 +47,7 @@ class Validator final {
   [[nodiscard]] static bool validateDoubleNAN(std::string_view method, const Label& argument,
                                               double value);
 
-  /// A missing text fails in silence.
+  /// A missing text fails without a message.
   [[nodiscard]] static bool equalStringLength(std::string_view method, const Label& argument,
                                               const std::optional<std::string>& value,
                                               std::size_t length);
@@ -56,8 +56,8 @@ class Validator final {
   [[nodiscard]] static bool validType(std::string_view method, const Label& argument,
                                       const AnyCodable& value);
 
-  /// True when the backend has switched off the event, or the event with this argument; says so at
-  /// `info`.
+  /// True if the backend has switched off the event, or the event with this argument; that is
+  /// logged at `info`.
   [[nodiscard]] static bool isExcluded(const std::string& code,
                                        const std::optional<AnyCodable>& argument = std::nullopt);
 

@@ -6,13 +6,12 @@
 #include "Limits.h"
 #include "Resources.h"
 
-/// What each public operation demands of its arguments. A rule takes the raw arguments and gives
-/// the repaired ones, or nothing when the call is rejected; the messages are written here. All
-/// checks of a rule run before its verdict. Rules are declared beside the calls they are for; here
-/// is what they share.
+/// The rules for the arguments of public operations. A rule takes the raw arguments and returns the
+/// repaired ones, or nothing if it rejects the call. It writes the messages. All checks of a rule
+/// run before its verdict. Rules are declared beside their calls; here is what they share.
 ///
-/// Entries of a dictionary whose keys become equal overwrite each other: the later one in the order
-/// of the original keys stays.
+/// If repairing makes two keys of a dictionary equal, the entry stays whose original key comes last
+/// in order.
 ///
 /// Threads: the incomeQueue.
 namespace pelorino::ValidatorRules {

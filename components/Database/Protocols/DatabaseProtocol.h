@@ -12,7 +12,7 @@
 
 namespace pelorino {
 
-/// Which rows of a table are read. What is absent does not restrict.
+/// Which rows of a table are read. An absent field does not restrict.
 struct TableQuery {
   std::string_view tableName;
   std::vector<std::string> projection = {};
@@ -24,16 +24,16 @@ struct TableQuery {
   std::optional<std::int64_t> limit = {};
 };
 
-/// The statements that write the rows of a table. Their texts never change, so whoever writes has
-/// them made once (SqlText), not for each row.
+/// The statements that write the rows of a table. Their texts never change, so a table makes them
+/// once (SqlText) and not for each row.
 struct TableStatements {
   std::string_view tableName;
   std::string insert;
   std::string update;
 };
 
-/// Operations on tables, as repositories use them. They never throw: a failure is logged and shows
-/// as an empty result.
+/// Operations on tables, as repositories use them. They never throw: a failure is logged and gives
+/// an empty result.
 ///
 /// Threads: one at a time; the library calls them on the incomeQueue.
 class DatabaseProtocol {
@@ -42,7 +42,7 @@ class DatabaseProtocol {
 
   virtual ~DatabaseProtocol() = default;
 
-  /// Hands each row to `onRow`, in the order of the database. False when it failed, perhaps after
+  /// Passes each row to `onRow`, in the order of the database. False if it failed, possibly after
   /// some rows.
   virtual bool query(const TableQuery& query, const RowHandler& onRow) = 0;
 
@@ -50,8 +50,8 @@ class DatabaseProtocol {
   [[nodiscard]] virtual std::optional<std::int64_t> insert(const TableStatements& table,
                                                            SQLiteValues content) = 0;
 
-  /// The number of rows that matched; nothing when it failed. A value for each column, and behind
-  /// them those of the selection.
+  /// The number of rows that matched; nothing when it failed. A value for each column, then those
+  /// of the selection.
   virtual std::optional<std::int64_t> update(const TableStatements& table, SQLiteValues values) = 0;
 
   /// The number of deleted rows; 0 also when it failed.

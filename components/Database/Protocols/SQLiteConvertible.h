@@ -9,15 +9,15 @@
 
 namespace pelorino {
 
-/// A model that can be made of a row: it is made empty, has room for the row's id, and the columns
-/// then fill its fields.
+/// A model that can be read from a row: it is constructed empty, then the row's id and the columns
+/// fill its fields.
 template <class Model>
 concept SQLiteConvertible = std::default_initializable<Model> && requires(Model& model) {
   { model.idKey } -> std::same_as<std::int64_t&>;
 };
 
-/// How a field is held in one column: `stored` gives what is bound, `from` reads it back, giving
-/// nothing when the column does not hold what the field needs. Specialize it for a further type.
+/// How a field is stored in one column: `stored` returns the value to bind, `from` reads it back,
+/// or returns nothing if the column's value does not fit. Specialize it for a further type.
 template <class Field>
 struct SQLiteValueContertible;
 

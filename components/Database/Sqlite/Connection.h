@@ -9,8 +9,8 @@ struct sqlite3;
 
 namespace pelorino {
 
-/// The one connection to a database file. SQLite's defaults hold: no pragma is issued, no busy
-/// handler is set, so that a locked file fails at once, and each statement is its own transaction.
+/// The one connection to a database file, with SQLite's defaults: no pragma; no busy handler, so a
+/// locked file fails at once; each statement is its own transaction.
 ///
 /// Threads: steps and execute() run one at a time on `queue`, on the caller's thread.
 /// Owns:    the handle; statements must be gone before the connection.

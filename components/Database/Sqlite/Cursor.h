@@ -17,8 +17,8 @@ using SQLiteValue = std::variant<double, std::int64_t, std::string, bool>;
 /// What is bound to the parameters of a statement, in their order. NULL is the absent value.
 using SQLiteValues = std::span<const std::optional<SQLiteValue>>;
 
-/// A view of the row on which a statement stands, columns counted from 0. Valid until the statement
-/// is stepped again. A column beyond the row reads as NULL.
+/// A view of a statement's current row. Columns count from 0. Valid until the statement is stepped
+/// again. A column beyond the last one reads as NULL.
 class Cursor final {
  public:
   explicit Cursor(sqlite3_stmt* handle);

@@ -8,22 +8,22 @@ struct sqlite3;
 
 namespace pelorino {
 
-/// A result code of SQLite that is no success, or a use of a statement that SQLite cannot serve.
+/// A failure of SQLite, or a use of a statement that SQLite does not support.
 class SQLiteError final : public std::exception {
  public:
-  /// `statement` is the SQL text, where the thrower has one at hand.
+  /// `statement` is the SQL text, if there is one.
   [[nodiscard]] static SQLiteError error(
       std::string message, int code, const std::optional<std::string>& statement = std::nullopt);
 
   [[nodiscard]] const std::string& message() const { return message_; }
   [[nodiscard]] int code() const { return code_; }
 
-  /// "<message> (<sql>) (code: <code>)", without the SQL text where there is none.
+  /// "<message> (<sql>) (code: <code>)", or without the SQL text if there is none.
   [[nodiscard]] const std::string& description() const { return description_; }
   [[nodiscard]] const char* what() const noexcept override { return description_.c_str(); }
 
-  /// Throws with the connection's own words unless `code` is SQLITE_OK, SQLITE_ROW or SQLITE_DONE;
-  /// gives the code back otherwise.
+  /// Returns SQLITE_OK, SQLITE_ROW and SQLITE_DONE. Throws for any other code, with the
+  /// connection's message.
   static int check(int code, sqlite3* connection);
 
  private:

@@ -16,15 +16,15 @@ namespace pelorino {
 
 /// What makes the tables of a database file, and brings those of an older one up to date.
 struct Schema {
-  /// A statement. One that adds a column names it, so that it is not run on a table that has the
-  /// column: unlike the others it does not stand a repetition.
+  /// A statement. One that adds a column names the column: unlike the others it cannot be repeated,
+  /// so it is skipped if the table has the column.
   struct Step {
     std::string sql;
     std::string_view table = {};
     std::string_view addedColumn = {};
   };
 
-  /// The version that an up-to-date file bears as its user_version. A new file bears 0.
+  /// The user_version of an up-to-date file. That of a new file is 0.
   std::int64_t version;
   /// What each version brought, from version 0 on.
   std::vector<std::vector<Step>> map;
@@ -34,19 +34,19 @@ struct Schema {
 /// keys, and the table operations on it.
 ///
 /// Threads: one at a time.
-/// Owns:    the file, for as long as it lives: other processes are kept out by a lock on
-///          `pelorino.lock` beside it.
+/// Owns:    the file. A lock on `pelorino.lock` beside it keeps other processes out while this
+///          object exists.
 /// Errors:  creation throws; the operations log and give an empty result.
 class SQLiteProvider final : public DatabaseProtocol {
  public:
   /// Makes the folder (0700) and the file (0600) if missing and brings the schema to its current
   /// version. Throws when there is no support directory, when another process uses the file, and
-  /// when it cannot be opened or upgraded. The key enters nothing.
+  /// when it cannot be opened or upgraded. The key is not used.
   ///
-  /// A file of the schema's own version runs no statement. One of another version n runs map[n] and
-  /// all that follow, and then bears the schema's version; the one version above it that is as
-  /// great as the map thus runs nothing. A version below 0 or greater than the map is unknown:
-  /// creation throws and the file stays as it is.
+  /// For a file of the schema's own version no statement runs. For another version n, map[n] and
+  /// all that follow run, and the file gets the schema's version. For n equal to the map's size
+  /// that is no statement. A version below 0 or above the map's size is unknown: creation throws
+  /// and the file stays as it is.
   SQLiteProvider(std::string_view applicationKey,
                  const std::optional<std::string>& supportDirectory, const Schema& schema);
 

@@ -19,10 +19,10 @@ class FailableIterator {
  public:
   virtual ~FailableIterator() = default;
 
-  /// The next element, absent at the end. Throws what the step threw.
+  /// The next element; absent at the end. Throws if the step fails.
   [[nodiscard]] virtual std::optional<Element> failableNext() = 0;
 
-  /// The same, with a failure as the end.
+  /// The same, but a failure counts as the end.
   [[nodiscard]] std::optional<Element> next() noexcept {
     try {
       return failableNext();
@@ -32,8 +32,8 @@ class FailableIterator {
   }
 };
 
-/// One prepared statement: bound, stepped and dropped by the operation that made it. The connection
-/// outlives it.
+/// One prepared statement. The operation that prepares it binds, steps and destroys it. The
+/// connection outlives it.
 ///
 /// Threads: one. Steps run on the connection's queue.
 /// Errors:  SQLiteError, and EmptyStatementError for a text without a statement.
@@ -44,13 +44,13 @@ class Statement final : public FailableIterator<Cursor> {
   Statement(const Statement&) = delete;
   Statement& operator=(const Statement&) = delete;
 
-  /// Binds all parameters anew, one value for each. An empty list leaves everything as it was.
+  /// Binds all parameters, one value for each. An empty list changes nothing.
   Statement& bind(SQLiteValues values);
 
-  /// Binds the values, if any, and steps through all rows, keeping none.
+  /// Binds the values, if any, and steps through all rows without reading them.
   Statement& run(SQLiteValues values = {});
 
-  /// Goes back before the first row; failableNext() and next() then walk the rows.
+  /// Resets to before the first row. failableNext() and next() then step through the rows.
   Statement& makeIterator();
   [[nodiscard]] std::optional<Cursor> failableNext() override;
 

@@ -29,7 +29,7 @@ class DeviceInfoCollector final {
   [[nodiscard]] std::string model() const;
   [[nodiscard]] std::int64_t timeZoneOffset() const;
 
-  /// Absent without a screen, or with one of no sensible size.
+  /// Absent without a screen, or if its size makes no sense.
   [[nodiscard]] std::optional<std::string> displayResolution() const;
 
   /// Pixels.

@@ -23,11 +23,11 @@ class RootedCheck final : public RootedCheckProtocol {
  public:
   using Probe = HostClosure<bool()>;
 
-  /// `probe` gives the probe in force when it is to run; `mainQueue` outlives this object.
+  /// `probe` returns the probe to run, at the time it runs. `mainQueue` outlives this object.
   RootedCheck(std::function<Probe()> probe, SerialQueue& mainQueue, bool isSimulator);
 
-  /// On a simulator the answer is false at once; else it comes on the main queue. A probe that
-  /// throws counts as false.
+  /// On a simulator the answer is false, at once. Otherwise it comes on the main queue. A probe
+  /// that throws counts as false.
   void isRooted(CompletionHandler completionHandler) override;
 
  private:

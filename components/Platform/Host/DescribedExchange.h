@@ -8,10 +8,10 @@
 
 namespace pelorino {
 
-/// Exchanges that take the way through the network that the host has described, and say in the log
-/// why one failed.
+/// Exchanges with the proxy and the certificates that the host has described. The log tells why one
+/// failed.
 ///
-/// Threads: any. A description that changes holds from the next exchange on.
+/// Threads: any. A new description holds from the next exchange on.
 class DescribedExchange final : public HttpExchange {
  public:
   using Described = std::function<std::shared_ptr<const HostDescription>()>;

@@ -23,7 +23,7 @@ class Host final {
  public:
   Host() = delete;
 
-  /// Replaces the description. Stores only: files and the system are asked where the facts are
+  /// Replaces the description. Reads no file and asks no system: that is done where the facts are
   /// used.
   static void describe(HostDescription description);
   [[nodiscard]] static std::shared_ptr<const HostDescription> description();
@@ -37,11 +37,11 @@ class Host final {
   [[nodiscard]] static HeldStore store();
   static void setStore(std::shared_ptr<PLRStore> store);
 
-  /// The description in force at each read, completed from the current system.
+  /// At each read: the description of that time, completed from the current system.
   [[nodiscard]] static ResolvedHost& facts();
 
-  /// The current system's exchanges, over the proxy and with the trust that the description in
-  /// force at each of them names.
+  /// The current system's exchanges, each with the proxy and the certificates of the description
+  /// at its time.
   [[nodiscard]] static HttpExchange& http();
 };
 

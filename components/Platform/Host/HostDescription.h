@@ -19,8 +19,8 @@ struct HostScreen {
   HostSize nativeBounds;  ///< In pixels.
 };
 
-/// What a host has told of itself and its platform. What is absent is taken from the process and
-/// the operating system.
+/// What a host has told about itself and its platform. The rest is taken from the process and the
+/// operating system.
 struct HostDescription {
   std::optional<std::string> applicationName;
   std::optional<std::string> applicationVersion;

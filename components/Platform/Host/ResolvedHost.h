@@ -11,7 +11,7 @@ namespace pelorino {
 
 /// A host's description, completed with what the operating system says.
 ///
-/// Threads: any; it keeps nothing but where to ask.
+/// Threads: any. Without state.
 class ResolvedHost final : public HostFacts {
  public:
   using Described = std::function<std::shared_ptr<const HostDescription>()>;

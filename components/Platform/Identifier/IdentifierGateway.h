@@ -17,7 +17,7 @@ class TrackingHelper final {
   TrackingHelper() = delete;
 
   /// True for an authorised status and for one that is not determined yet. `status` is absent where
-  /// the host does not ask its user, which counts as refused and is said at `warning`.
+  /// the host does not ask its user; that counts as refused and is logged at `warning`.
   [[nodiscard]] static bool trackingStatus(std::optional<int> status);
 };
 
@@ -83,7 +83,7 @@ class IdentifierInfoRepository final {
   IdentifierCollector collector_;
 };
 
-/// By what the device is known, decided once in a process. Any thread of the library.
+/// The device's identifiers, decided once in a process. Any thread of the library.
 class IdentifierGateway final {
  public:
   explicit IdentifierGateway(IdentifierInfoRepository identifierInfoRepository)

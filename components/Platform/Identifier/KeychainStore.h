@@ -20,12 +20,12 @@ enum class KeychainStoreAccessOptions {
   accessibleWhenPasscodeSetThisDeviceOnly,
 };
 
-/// Named passwords of one account name each. Every operation puts its terms together as a query and
-/// carries out on the key store below what a file can carry out of it: the account and the value.
-/// The file is always readable by its owner alone and is never synchronised.
+/// Values by account name. Every operation builds a query of all its terms. Of these the key store
+/// below, a file, knows only the account and the value. The file is readable by its owner alone and
+/// is never synchronised.
 ///
-/// Threads: `lock` serialises the operations of one instance.
-/// Errors:  none are reported, but for lastResultCode().
+/// Threads: any; `lock` serialises the operations of one instance.
+/// Errors:  only lastResultCode() reports them.
 class KeychainStore final {
  public:
   using Query = std::map<std::string, std::string, std::less<>>;

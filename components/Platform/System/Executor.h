@@ -28,8 +28,8 @@ class SerialQueue {
   /// `awaitedNewcomers` blocks that were added during the wait have run as well.
   virtual void waitUntilAllBlocksAreFinished() = 0;
 
-  /// Enough for what blocks add on their way, handlers of the host within handlers included; few
-  /// enough that a block which always adds the next one does not hold up a host for long.
+  /// Enough for blocks that add blocks, and for handlers of the host within handlers; few enough
+  /// that a block which always adds the next one does not hold up a host for long.
   static constexpr std::uint64_t awaitedNewcomers = 100;
 
   /// True on the thread that runs a block of this queue, inside that block.
@@ -53,13 +53,13 @@ class Semaphore {
 
   virtual void signal() = 0;
 
-  /// Takes one signal. False when none came within `timeout`. In a block this holds up its queue.
+  /// Takes one signal. False if none came within `timeout`. In a block this blocks its queue.
   [[nodiscard]] virtual bool wait(std::chrono::milliseconds timeout) = 0;
 };
 
 /// Where and when work runs. Process-wide: queues and the main thread live as long as the process.
 ///
-/// An exception that a block lets out ends that block alone and goes to the handler.
+/// An exception that leaves a block ends that block only and goes to the handler.
 class Executor {
  public:
   virtual ~Executor() = default;
@@ -85,8 +85,8 @@ class Executor {
   [[nodiscard]] virtual std::unique_ptr<Timer> after(std::chrono::milliseconds delay,
                                                      Block block) = 0;
 
-  /// Who hears of an exception that left a block: the queue's label, and what it said. Set once,
-  /// before work is added.
+  /// Called for an exception that leaves a block, with the queue's label and the exception's text.
+  /// Set once, before work is added.
   using ExceptionHandler = std::function<void(std::string_view queue, std::string_view what)>;
   virtual void setExceptionHandler(ExceptionHandler handler) = 0;
 

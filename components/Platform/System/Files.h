@@ -7,7 +7,7 @@
 
 namespace pelorino {
 
-/// Keeps other processes away as long as it lives, and no longer than the process.
+/// A lock against other processes. It ends with this object or with the process.
 class FileLock {
  public:
   FileLock() = default;
@@ -23,15 +23,15 @@ class Files {
 
   [[nodiscard]] virtual bool exists(const std::string& path) = 0;
 
-  /// Makes a folder and those above it, owner-only. Empty when it is there afterwards, else the
-  /// system's words for the failure.
+  /// Makes a folder and those above it, owner-only. Returns an empty text if the folder exists
+  /// afterwards, otherwise the system's message.
   [[nodiscard]] virtual std::optional<std::string> createFolders(const std::string& path) = 0;
 
-  /// Makes a file, if missing, and gives it owner-only rights. Errors are the caller's to meet when
-  /// it opens the file.
+  /// Makes a file, if missing, and gives it owner-only rights. Reports no errors: the caller gets
+  /// them when it opens the file.
   virtual void createPrivateFile(const std::string& path) = 0;
 
-  /// What came of an attempt to read. Without content, `failure` says why.
+  /// The outcome of reading a file. Without content, `failure` says why.
   struct Reading {
     std::optional<std::string> content;
     std::string failure;
@@ -41,15 +41,15 @@ class Files {
   /// would.
   [[nodiscard]] virtual Reading read(const std::string& path, std::size_t limit) = 0;
 
-  /// What came of an attempt to lock. Without a lock, `failure` says why.
+  /// The outcome of locking a file. Without a lock, `failure` says why.
   struct LockAttempt {
     std::shared_ptr<FileLock> lock;
     std::string failure;
   };
 
-  /// Locks a file that stands for something, making it if missing, owner-only; it is never removed.
-  /// Does not wait: while another process holds the lock, the attempt fails. Within this process
-  /// all who ask share one lock. A process forked off does not have it.
+  /// Locks a file, which is made if missing, owner-only, and never removed. Does not wait: the
+  /// attempt fails while another process holds the lock. Within this process all callers share one
+  /// lock. A forked child does not have it.
   [[nodiscard]] virtual LockAttempt lock(const std::string& path) = 0;
 };
 

@@ -21,7 +21,7 @@ class Guarded {
     return value_;
   }
 
-  /// Nothing when the lock is taken. For a forked child, where the taker may be gone.
+  /// Absent if the lock is taken. For a forked child, where the thread that took it is gone.
   [[nodiscard]] std::optional<T> tryGet() const {
     if (!mutex_.tryLock()) return std::nullopt;
     const MutexLock lock(mutex_, std::adopt_lock);

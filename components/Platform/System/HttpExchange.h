@@ -24,11 +24,11 @@ struct HttpRequest {
   std::optional<std::string> proxy{};
 };
 
-/// What became of an exchange.
+/// The outcome of an exchange.
 struct HttpResponse {
   std::optional<int> status;         ///< Absent when no whole answer arrived.
   std::optional<std::string> body;   ///< Absent when the answer had none, or one over the limit.
-  std::optional<std::string> error;  ///< The transport's words; set when something went wrong.
+  std::optional<std::string> error;  ///< Message of the transport; set if something failed.
 };
 
 /// Blocking HTTP and HTTPS exchanges: TLS 1.2 or later with certificate and name verified, never
@@ -37,14 +37,14 @@ class HttpExchange {
  public:
   virtual ~HttpExchange() = default;
 
-  /// False for a text that no request can be made of; nothing is sent for such a text.
+  /// False for a text that is no usable URL. Nothing is sent for such a text.
   [[nodiscard]] virtual bool isValidUrl(const std::string& url) const = 0;
 
   /// Blocks the calling thread until the exchange ends. Called on a serial queue, it reuses that
   /// queue's connection. Never throws.
   ///
-  /// An answer whose body is over `maximumBody` keeps its status and loses its body: nothing is
-  /// kept in memory beyond the limit, and the connection is given up.
+  /// For an answer whose body is over `maximumBody` the status is reported without the body, and
+  /// the connection is closed.
   [[nodiscard]] virtual HttpResponse perform(const HttpRequest& request) = 0;
 
   static constexpr std::size_t maximumBody = std::size_t{4} * 1024 * 1024;

@@ -14,7 +14,7 @@ class KeyStore {
   /// Absent when there is no such value or the store cannot be read.
   [[nodiscard]] virtual std::optional<std::string> get(std::string_view account) = 0;
 
-  /// Adds or replaces. False when the value could not be made durable; the store is then as it was.
+  /// Adds or replaces. False if the value could not be made durable; the store is then unchanged.
   [[nodiscard]] virtual bool set(std::string_view account, std::string_view value) = 0;
 
   /// False when there was nothing to remove or it could not be removed.

@@ -5,7 +5,7 @@
 #include <mutex>
 
 // What clang checks at each use of a lock (-Wthread-safety): which lock guards a member, and which
-// one a function wants held. Other compilers do not know these words.
+// one a function needs. Other compilers do not know these attributes.
 #if defined(__clang__)
 #define PLR_THREAD_SAFETY(word) __attribute__((word))
 #else
@@ -15,7 +15,7 @@
 #define PLR_REQUIRES(mutex) PLR_THREAD_SAFETY(requires_capability(mutex))
 #define PLR_ACQUIRE(...) PLR_THREAD_SAFETY(acquire_capability(__VA_ARGS__))
 #define PLR_RELEASE(...) PLR_THREAD_SAFETY(release_capability(__VA_ARGS__))
-/// For a function whose locking the check cannot follow; a comment says why it is right.
+/// For a function whose locking clang cannot follow; a comment there says why it is right.
 #define PLR_LOCKING_UNCHECKED PLR_THREAD_SAFETY(no_thread_safety_analysis)
 
 namespace pelorino {
@@ -37,7 +37,7 @@ class PLR_THREAD_SAFETY(capability("mutex")) Mutex {
   std::mutex mutex_;
 };
 
-/// Holds a mutex as long as it lives, but between unlock() and lock().
+/// Holds a mutex while it exists, except between unlock() and lock().
 class PLR_THREAD_SAFETY(scoped_lockable) MutexLock {
  public:
   explicit MutexLock(Mutex& mutex) PLR_ACQUIRE(mutex) : lock_(mutex.mutex_) {}

@@ -11,9 +11,9 @@ namespace pelorino {
 
 /// The notification centre of every system: it asks nothing of the operating system.
 ///
-/// An observer added while a notification is being posted hears the next one; one removed
-/// meanwhile is not called any more. What a block throws is thrown to the poster, and the
-/// observers behind it are not called. Observations may outlive the hub.
+/// An observer that is added during a notification gets the next one; one that is removed meanwhile
+/// is not called any more. An exception of a block goes to the poster, and the observers after it
+/// are not called. Observations may outlive the hub.
 ///
 /// Threads: any; an observer's block runs on the thread that posts.
 class NotificationHub final : public NotificationCenter {

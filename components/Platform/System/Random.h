@@ -4,7 +4,7 @@
 
 namespace pelorino {
 
-/// The one source of what must not repeat. Any thread.
+/// The only source of randomness. Any thread.
 class Random {
  public:
   virtual ~Random() = default;

@@ -12,7 +12,7 @@ class SynchronousQueue {
  public:
   explicit SynchronousQueue(std::string label) : label_(std::move(label)) {}
 
-  /// What the block throws is thrown to the caller.
+  /// An exception of the block goes to the caller.
   template <class Work>
   decltype(auto) sync(Work&& work) {
     const std::lock_guard lock(mutex_);

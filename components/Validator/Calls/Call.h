@@ -11,7 +11,7 @@
 // it holds what AnalyticsProxy needs to know of it:
 //
 //   label      what log lines call the operation;
-//   rule       repairs the call, or rejects it with nothing;
+//   rule       returns the repaired call, or nothing to reject it;
 //   exclusion  how the backend may switch it off.
 //
 // A query is the record of an operation that answers: the type of its answer, its label, and what a
@@ -19,12 +19,12 @@
 
 namespace pelorino {
 
-/// The call goes on as it came.
+/// For a call without a rule.
 inline constexpr auto noRule = [](auto call) { return std::optional(std::move(call)); };
 
 /// Which exclusion of the backend stops a call: that of its event, or that of its event with one
-/// value of the call. An exclusion takes the call as it came in, and returns what judges the call
-/// as its rule has repaired it; so the rule can have the call itself instead of a copy.
+/// value of the call. An exclusion takes the original call and returns a closure that judges the
+/// repaired one. So the rule can take the call itself instead of a copy.
 ///
 /// Threads: the incomeQueue.
 class Exclusion final {

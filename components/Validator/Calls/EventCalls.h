@@ -31,8 +31,8 @@ namespace ValidatorRules {
 }  // namespace ValidatorRules
 
 struct CustomEventCall {
-  /// By key, in order. A list, since it is one piece of memory for the caller's thread to allocate
-  /// and for the queue to give back.
+  /// By key, in order. A list, since it is one allocation for the caller's thread, and one to free
+  /// for the queue.
   using Params = std::vector<std::pair<std::string, AnyCodable>>;
 
   std::string name;

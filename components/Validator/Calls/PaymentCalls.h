@@ -81,8 +81,8 @@ struct EngineSubscriptionPaymentCall {
   std::string transactionId;
 
   static constexpr const char* label = "subscriptionPayment(_:_:)";
-  /// Asks its exclusion, "sbs", itself: unlike everywhere else an excluded call is dropped before
-  /// the log tells what is wrong with it.
+  /// Checks its exclusion, "sbs", itself: unlike elsewhere, an excluded call is dropped before the
+  /// log tells what is wrong with it.
   [[nodiscard]] static std::optional<EngineSubscriptionPaymentCall> rule(
       EngineSubscriptionPaymentCall call);
   static constexpr auto exclusion = Exclusion::never;

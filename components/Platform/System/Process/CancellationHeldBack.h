@@ -4,8 +4,9 @@
 
 namespace pelorino {
 
-/// Keeps `pthread_cancel` from ending the calling thread meanwhile: what it throws must go on, and
-/// nothing may leave a public operation. The thread ends at its next cancellation point.
+/// While it exists, `pthread_cancel` does not end the calling thread: cancellation is an exception
+/// that must not be caught, and no exception may leave a public operation. The thread ends at its
+/// next cancellation point after that.
 class CancellationHeldBack {
  public:
   CancellationHeldBack() noexcept { pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &former_); }

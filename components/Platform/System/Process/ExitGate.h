@@ -7,14 +7,14 @@ namespace pelorino {
 /// Keeps background threads out of code that must not run while the process exits: closures of the
 /// host, and libraries that tear down their own state at exit.
 ///
-/// From the first entry on, `exit` (and a return from `main`) closes the gate: a thread that wants
-/// in afterwards sleeps until the process is gone, and exit waits a short, bounded time for those
-/// inside. The thread that itself calls exit from inside does not wait for itself, and may still
-/// enter afterwards. `_exit` and `quick_exit` tear nothing down and leave the gate alone.
+/// From the first entry on, `exit` (and a return from `main`) closes the gate: a thread that enters
+/// afterwards sleeps until the process has ended, and exit waits a short, bounded time for those
+/// inside. A thread that calls exit from inside does not wait for itself, and may still enter
+/// afterwards. `_exit` and `quick_exit` destroy nothing and do not close the gate.
 class ExitGate {
  public:
-  /// Held while inside. Re-entrant. Keep what runs inside short. Not taken while a lock is held
-  /// that the exiting thread may want.
+  /// Held while inside. Re-entrant. Keep the work inside short. Do not enter while holding a lock
+  /// that the exiting thread may need.
   class Pass {
    public:
     Pass();
@@ -26,8 +26,8 @@ class ExitGate {
     const ForkedChild::HostCode hostCode_;
   };
 
-  /// The same for a thread that may be the host's: once the gate has closed it stays outside and
-  /// goes on. Put to sleep, it would hang an exit that joins it.
+  /// The same for a thread that may be the host's: if the gate is closed, it stays outside and goes
+  /// on. If it slept, an exit that joins it would hang.
   class TryPass {
    public:
     TryPass();
@@ -49,7 +49,7 @@ class ExitGate {
   /// True from the moment the gate has closed, for good.
   [[nodiscard]] static bool isClosed() noexcept;
 
-  /// Does nothing while the gate is open. Afterwards it does not return, but on the exiting thread.
+  /// Does nothing while the gate is open. Afterwards it returns on the exiting thread only.
   static void parkIfClosed() noexcept;
 };
 

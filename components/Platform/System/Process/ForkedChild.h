@@ -9,8 +9,8 @@ namespace pelorino {
 ///
 /// Such a child has a copy of everything and only the thread that called fork: queues have no
 /// threads, locks may be held by nobody, and the database and the connections are the parent's. So
-/// the library does nothing there; whoever may be called in a child asks first. A child that runs
-/// another program, and one that was forked before the library had started, are none of these.
+/// the library does nothing there; code that may be called in a child asks here first. A child that
+/// runs another program, or that was forked before the library had started, does not count.
 class ForkedChild final {
  public:
   ForkedChild() = delete;

@@ -5,8 +5,8 @@
 
 namespace pelorino {
 
-/// Looks every `interval` whether `isOver`, for `patience` at most. For what is over in no time
-/// nearly always, and cannot tell.
+/// Checks `isOver` every `interval`, for at most `patience`. For something that cannot signal its
+/// end and nearly always ends at once.
 template <class IsOver>
 void pollFor(std::chrono::milliseconds patience, std::chrono::microseconds interval,
              IsOver isOver) {

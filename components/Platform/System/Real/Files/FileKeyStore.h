@@ -19,7 +19,7 @@ class FileKeyStore final : public KeyStore {
   [[nodiscard]] bool remove(std::string_view account) override;
 
  private:
-  /// Empty for a file that is not there; absent for one that cannot be read or must be left alone.
+  /// Empty if there is no file; absent if the file cannot be read or must not be changed.
   [[nodiscard]] std::optional<KeyValues> read() const;
 
   /// Runs `edit` on the values and stores them when it says true, with other processes kept out.

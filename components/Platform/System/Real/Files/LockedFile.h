@@ -10,7 +10,7 @@ namespace pelorino {
 /// process dies, in whatever way. The file is made if missing and never removed: two processes
 /// could then hold locks on two files of that name. A forked child does not get the lock.
 ///
-/// Threads: made and let go of on any; nothing changes in between.
+/// Threads: any. It does not change after its creation.
 class LockedFile final {
  public:
   enum class Wait { no, untilFree };

@@ -18,7 +18,7 @@ class FileDescriptor final {
   [[nodiscard]] bool isOpen() const noexcept { return value_ >= 0; }
   [[nodiscard]] int get() const noexcept { return value_; }
 
-  /// False when what was written may not have arrived.
+  /// False if what was written may be lost.
   [[nodiscard]] bool close() noexcept;
 
  private:
@@ -31,8 +31,8 @@ class FileDescriptor final {
 /// The folder of a path, without a slash at its end; "." for a bare name.
 [[nodiscard]] std::string folderOf(const std::string& path);
 
-/// Makes the folder and those above it, 0700; folders that are there keep their rights. Empty when
-/// it is there afterwards, else the system's words for the failure.
+/// Makes the folder and those above it, 0700; existing folders keep their rights. Returns an empty
+/// text if the folder exists afterwards, otherwise the system's message.
 [[nodiscard]] std::optional<std::string> makePrivateFolders(const std::string& path);
 
 /// What is left to read, up to `limit` bytes; absent on a failure.

@@ -16,9 +16,9 @@ class QueueWorker;
 /// without blanks, with a scheme and a host. Nothing is escaped for the caller. Any thread.
 [[nodiscard]] bool isValidHttpUrl(const std::string& url);
 
-/// Exchanges over libcurl. Each serial queue has a session of its own, which it keeps; off the
-/// queues every exchange has a new one. Where the request says nothing of it, the environment
-/// may name a proxy, as libcurl documents it, and the trusted certificates (SSL_CERT_FILE).
+/// Exchanges over libcurl. Each serial queue keeps a session of its own; outside of queues every
+/// exchange has a new one. Unless the request names them, the proxy comes from the environment, as
+/// libcurl documents it, and so do the trusted certificates (SSL_CERT_FILE). Any thread.
 class CurlExchange final : public HttpExchange {
  public:
   CurlExchange();

@@ -2,12 +2,12 @@
 
 namespace pelorino {
 
-/// The process's one libcurl and what lies below it.
+/// The one libcurl of the process, and OpenSSL below it.
 namespace CurlLibrary {
 
-/// Sets the library up, the first time on any thread, and makes ready to end on this thread. Call
-/// it inside the gate of the exit, never on a thread of the host: it reads configuration files.
-/// False when it cannot be used.
+/// Sets libcurl up at the first call, and prepares its clean-up at the end of this thread. Call it
+/// inside the exit gate, never on a thread of the host: it reads configuration files. False if
+/// libcurl cannot be used.
 [[nodiscard]] bool enterThread();
 
 }  // namespace CurlLibrary

@@ -14,7 +14,7 @@ namespace pelorino {
 /// One exchange after another over connections that are kept between them.
 ///
 /// Threads: one at a time, after CurlLibrary::enterThread(). libcurl works inside the exit gate and
-/// waits outside of it. Errors: exceptions, whose words are for HttpResponse::error.
+/// waits outside of it. Errors: exceptions; their text is for HttpResponse::error.
 class CurlSession final {
  public:
   CurlSession();

@@ -9,7 +9,7 @@
 
 namespace pelorino {
 
-/// Runs blocks so that nothing they throw gets any further than the handler. Any thread; the
+/// Runs blocks, and passes an exception that leaves one to the handler only. Any thread; the
 /// handler runs on the thread of the block.
 class ExceptionOutlet final {
  public:

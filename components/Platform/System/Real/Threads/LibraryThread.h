@@ -5,8 +5,8 @@
 
 namespace pelorino {
 
-/// Starts a detached thread of the library. The host's signals never arrive on it, except those
-/// that tell of a fault of the thread itself.
+/// Starts a detached thread of the library. It receives no signals except those for its own faults,
+/// such as SIGSEGV.
 ///
 /// `name` is what debuggers show, cut to the 15 characters that the system keeps. False when the
 /// system gives no thread now; `body` is then gone without having run.

@@ -14,8 +14,8 @@
 
 namespace pelorino {
 
-/// The blocks of one queue and the thread that runs them. Held by the queue and by its thread, so
-/// that either may go first.
+/// The blocks of one queue and the thread that runs them. The queue and its thread share it, so
+/// either may end first.
 ///
 /// The thread starts when there is something to run, and goes away after `idleTime` without. When
 /// the system gives no thread, blocks stay where they are until the next call that adds one.
@@ -37,7 +37,7 @@ class QueueWorker final : public std::enable_shared_from_this<QueueWorker> {
   /// Called once.
   void close() noexcept PLR_LOCKING_UNCHECKED;
 
-  /// When the timer is due, its block runs like one that was added then.
+  /// When the timer is due, its block runs as if added at that moment.
   void schedule(std::shared_ptr<TimerSchedule::Entry> entry);
   /// `entry` is null afterwards, and its block is destroyed here unless its turn has come. Callable
   /// twice on one pointer, also at once: the lock of this object guards it.
