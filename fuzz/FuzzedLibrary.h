@@ -63,8 +63,8 @@ class FuzzedLibrary final {
 
   DeterministicSystem& system = DeterministicSystem::instance();
   int status = 200;
-  std::string configuration;  ///< Body of the answer.
-  std::string identifiers;    ///< The same.
+  std::string configuration;  ///< Body of the answers that bring a configuration.
+  std::string identifiers;    ///< Body of all others.
 
  private:
   /// Inputs are small; this is far more than one takes.
@@ -73,8 +73,9 @@ class FuzzedLibrary final {
   /// "/analytics/report" of "https://host/v2/analytics/report?appId=key". A host may set any
   /// origin, so the path is looked for.
   static std::string endpointOf(std::string_view url) {
-    for (const char* path : {"config", "identification", "report"}) {
-      const std::string endpoint = std::string("/analytics/") + path;
+    for (const std::string endpoint :
+         {"/analytics/config", "/analytics/identification", "/analytics/report",
+          "/messaging/config", "/verify/payment"}) {
       if (url.find("/v2" + endpoint + '?') != std::string_view::npos) return endpoint;
     }
     return {};
@@ -86,10 +87,8 @@ class FuzzedLibrary final {
     expectNothing(backend::checkBody(endpoint, body), body);
     backend::HeaderMap headers(request.headers.begin(), request.headers.end());
     expectNothing(backend::checkAndDecodeHeaders(headers), body);
-    HttpResponse response{.status = status, .body = "", .error = {}};
-    if (endpoint == "/analytics/config") response.body = configuration;
-    if (endpoint == "/analytics/identification") response.body = identifiers;
-    return response;
+    const std::string& answer = endpoint.ends_with("config") ? configuration : identifiers;
+    return {.status = status, .body = answer, .error = {}};
   }
 
   static void expectNothing(const backend::Verdict& verdict, const std::string& body) {

@@ -11,9 +11,13 @@ constexpr const char* categories = "eventsRouter.getMessagingCategories";
 
 void AnswerRule::onRecord(const Record& record, View& view) {
   const std::string& name = record.text(1);
-  if (record.kind == Kind::hostCall && (name == verification || name == categories)) {
-    due_[record.text(0)] = name;
+  if (record.kind == Kind::hostCall) {
+    if (name == "destroySDK") teardowns_.insert(record.text(0));
+    // What is called before a teardown takes effect goes with the front that took the call.
+    const bool isDropped = name == categories && !teardowns_.empty();
+    if ((name == verification || name == categories) && !isDropped) due_[record.text(0)] = name;
   }
+  if (record.kind == Kind::callBegins) teardowns_.erase(record.text(0));
   const bool isRefused =
       record.kind == Kind::log &&
       record.text(0).starts_with("ERROR In the getPushCategories(_:) method an error");

@@ -164,17 +164,21 @@ class TraceRule final : public Rule {
   std::string lastEnded_;  ///< That the queue has run.
 };
 
-/// A handler answers once: that of a receipt in any case, that of categories when the library has
-/// started. A receipt is given what the backend has answered to it.
+/// A handler answers once: that of a receipt in any case, that of categories if the library has
+/// started and is not being torn down. A receipt is given what the backend has answered to it.
 class AnswerRule final : public Rule {
  public:
   void onRecord(const Record& record, View& view) override;
-  void onEndOfLife(View&) override { due_.clear(); }
+  void onEndOfLife(View&) override {
+    due_.clear();
+    teardowns_.clear();
+  }
 
  private:
   void checkReceipt(const Record& answer, const View& view) const;
 
   std::map<std::string, std::string> due_;  ///< Operations that have not answered, by call.
+  std::set<std::string> teardowns_;         ///< Calls that have not taken effect.
   std::string asked_;                       ///< The last receipt that the backend was asked for.
   bool isAnswered_ = false;                 ///< By the backend.
 };
