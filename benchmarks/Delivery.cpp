@@ -1,4 +1,4 @@
-// How fast what has gathered leaves the device, beside libcurl posting the same bodies.
+// How fast a backlog is delivered, beside libcurl posting the same bodies.
 
 #include <curl/curl.h>
 
@@ -51,8 +51,8 @@ void postAll(const std::string& url, const std::vector<std::string>& bodies,
   if (code != CURLE_OK) throw std::runtime_error(curl_easy_strerror(code));
 }
 
-/// Bodies per second. They are posted by a thread that is started for it, as a queue's is: where
-/// the system puts a thread decides much of what an exchange within one machine takes.
+/// Bodies per second. A new thread posts them, as a queue's new thread does: on one machine the
+/// time of an exchange depends much on the processor that the system gives the thread.
 double rateOfPosting(const LocalBackend& backend, const std::vector<std::string>& bodies,
                      const AfterEach& afterEach) {
   const Stopwatch time;
@@ -96,12 +96,12 @@ void reportEvents(int count) {
   Library::drain();
 }
 
-/// Makes a backlog and has the library deliver it; the number of reports per second. Their bodies
-/// are with the backend then.
+/// Makes a backlog and has the library deliver it. Returns the reports per second; the backend
+/// keeps their bodies.
 double rateOfLibrary(LocalBackend& backend, BareStore& store) {
   backend.setTaking(false);
   reportEvents(eventsPerReport * reportCount);
-  // The attempt that the last events have set off must have failed before the next begins.
+  // The attempt that the last events have started must fail before the next one begins.
   backend.waitForQuiet();
   static_cast<void>(backend.takeBodies());
   const auto waiting =
@@ -124,7 +124,7 @@ int main(int argc, char** argv) {
   const Library library(folder.file("data"), backend.url());
   BareStore store(Library::databaseFile(folder.file("data")));
   backend.waitForConfiguration();
-  // What the bare loops post. The library makes the like anew in each repetition, whoever is first.
+  // What the bare loops post. The library makes its own bodies in each repetition.
   rateOfLibrary(backend, store);
   const auto bodies = backend.takeBodies();
   const auto nothing = [](std::size_t) {};

@@ -1,4 +1,4 @@
-// What the library takes of the process that hosts it, seen from outside.
+// What the library costs the process of the host, measured from outside.
 
 #include <chrono>
 #include <cstdlib>

@@ -1,8 +1,8 @@
-// A host for others to look at: `bench_idle_host FOLDER BACKEND` starts the library on a folder,
-// prints how many microseconds `initialize` has kept it, and sleeps until its input ends.
-// Built a second time without the library (BARE_HOST), it is what the first is compared with: with
-// the further argument `thread` it starts a thread and prints how long that has kept it.
-// With `used` the process has started another thread before, and has seen it end.
+// A host to be measured: `bench_idle_host FOLDER BACKEND` starts the library on a folder, prints
+// how many microseconds `initialize` has taken, and sleeps until its input ends. It is built a
+// second time without the library (BARE_HOST), for comparison: with the further argument `thread`
+// it starts a thread and prints how long that has taken. With `used` the process starts another
+// thread before that and waits for its end.
 
 #include <algorithm>
 #include <cstdio>

@@ -1,5 +1,5 @@
-// What the parts cost that an event passes on its way: its rule and its encoding, the packing of a
-// report, and the memory of what waits. The rows of the library are linked here as they are.
+// The cost of the steps of an event: its rule, its encoding, the packing of a report, and the
+// memory of what waits. Links the library's rows directly.
 
 #include <malloc.h>
 
@@ -53,9 +53,8 @@ double timeOf(int count, Work work) {
   return each;
 }
 
-/// The same for one of many runs of `work` on a copy of `given` that it may take apart. The copies
-/// are not in the time; there are few at once, so that the work finds them in the processor's cache
-/// as a queue does.
+/// The same for `work` on a copy of `given`, which it may change. Copying is not timed. Only few
+/// copies exist at once, so that they are in the processor's cache, as on a queue.
 template <class Given, class Work>
 double timeOfEach(const Given& given, Work work) {
   constexpr int rounds = 1'000;
@@ -102,16 +101,16 @@ Decimal price(const char* text) {
 
 using Properties = std::vector<PeopleValidatorRules::Property>;
 
-/// One type of event, and what its way from the arguments to the stored text takes.
+/// One type of event, and the cost from the arguments to the stored text.
 struct EventCase {
-  /// `text` takes the arguments of a call, which it may take apart, as the library does.
+  /// `text` takes the arguments of a call and may change them, as the library does.
   template <class Given, class Text>
   EventCase(const char* name, Given given, Text text)
       : work(name), microseconds([=] {
           return timeOfEach(given, [&](Given&& copy) { return text(std::move(copy)).size(); });
         }) {}
 
-  /// An event that the library makes of what it knows itself: there is no rule for it.
+  /// An event that the library makes by itself: there is no rule for it.
   template <class Record>
   EventCase(const char* name, Record record) : EventCase(name, std::move(record), textOf<Record>) {}
 
@@ -296,7 +295,7 @@ std::size_t memoryInUse() {
   return info.uordblks + info.hblkhd;
 }
 
-/// The table of events by itself: what its cache costs to fill, and holds.
+/// The table of events alone: time to fill its cache, and memory of the cache.
 void addWaitingEvents() {
   constexpr int count = 100'000;
   measure(

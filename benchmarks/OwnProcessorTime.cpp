@@ -1,6 +1,5 @@
-// The processor time of the library for one event, on all its threads, without the store: in this
-// program, which the loader asks before the library of SQLite, the statement that stores an event
-// does nothing.
+// The processor time of the library for one event, on all its threads, without the store: this
+// program replaces functions of SQLite, so that the statement that stores an event does nothing.
 
 #include <dlfcn.h>
 #include <sqlite3.h>

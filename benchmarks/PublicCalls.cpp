@@ -24,8 +24,8 @@ using namespace pelorino::bench;
 
 namespace {
 
-/// The library with a backend that has it gather more events than are reported here, so that a
-/// call is followed by one insert and nothing else.
+/// The library with a configuration under which no report is sent here, so that each call leads to
+/// one insert and nothing else.
 class Bench {
  public:
   Bench() {
@@ -140,7 +140,7 @@ void addMeasurements(const Bench& bench) {
       });
 }
 
-/// For a tracer: calls on a busy queue between two marks that stand out in its output.
+/// For `strace`: calls on a busy queue, between two marks in its output.
 int makeTracedCalls(const Bench& bench) {
   for (int i = 0; i < 2000; ++i) bench.call();
   ::syscall(SYS_getpgid, 0);

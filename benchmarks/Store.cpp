@@ -1,6 +1,6 @@
-// What it costs to make events durable and to find them again, beside SQLite with nothing around
-// it. The files lie in the folder of the environment variable PELORINO_BENCH_DISK, which should be
-// on a real disk; what compares processor work has its files in memory.
+// What it costs to store events durably and to read them again, beside bare SQLite. The files are
+// in the folder of the environment variable PELORINO_BENCH_DISK, which should be on a real disk;
+// comparisons of processor work have their files in memory.
 
 #include <chrono>
 #include <cstdlib>
@@ -135,7 +135,7 @@ struct Cost {
   double processor = 0;
 };
 
-/// Events come as in a game: ten, and then time for the attempt to send them to fail.
+/// Events come as in a game: ten, then time for the attempt to send them, which fails.
 template <class Prepare>
 Cost costPerEvent(const std::string& folder, Prepare prepare) {
   constexpr int rounds = 60;

@@ -38,7 +38,7 @@ class BareStore final {
     if (!stored) fail();
   }
 
-  /// Reads each column of each row; the number of bytes, so that the work cannot be left out.
+  /// Reads each column of each row. Returns the number of bytes, so that no work is optimised away.
   std::size_t readAll(const std::string& query) {
     sqlite3_stmt* statement = prepare(query.c_str());
     std::size_t bytes = 0;
@@ -52,8 +52,8 @@ class BareStore final {
     return bytes;
   }
 
-  /// Does with the waiting events what packing does to the store: reads them all, stores one report
-  /// with the text of them all, and deletes them by their ids, each in a transaction of its own.
+  /// Does to the store what packing does: reads all waiting events, stores one report with their
+  /// text, and deletes them by their ids, each in a transaction of its own.
   void packEvents() {
     std::vector<sqlite3_int64> ids;
     std::string texts;
@@ -105,7 +105,7 @@ class BareStore final {
     if (sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr) != SQLITE_OK) fail();
     return statement;
   }
-  /// Also reports what has kept the last step from ending well.
+  /// Also reports why the last step has failed.
   void finish(sqlite3_stmt* statement) {
     if (sqlite3_finalize(statement) != SQLITE_OK) fail();
   }

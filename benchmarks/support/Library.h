@@ -11,7 +11,7 @@
 
 namespace pelorino::bench {
 
-/// The library at work on a folder of its own, through its public face. One at a time.
+/// The library on a folder of its own, through its public classes. One at a time.
 class Library final {
  public:
   /// Returns when the library has started, or has refused to.
@@ -51,8 +51,7 @@ class Library final {
   }
 
  private:
-  /// False when the question was dropped: one that is asked while the library is being torn down
-  /// goes with it.
+  /// False if the question was dropped because the library was being torn down.
   static bool isAnswered() {
     auto answered = std::make_shared<std::promise<void>>();
     auto answer = answered->get_future();

@@ -52,7 +52,7 @@ class LocalBackend final {
   /// How long the answer to a report takes.
   void setDelay(std::chrono::milliseconds delay) { delay_ = delay; }
 
-  /// The thread that waits is woken by the last of them only, and costs what is measured nothing.
+  /// Only the last one wakes the waiting thread, so waiting does not disturb the measurement.
   void waitForReports(std::size_t count) {
     std::unique_lock lock(mutex_);
     awaited_ = count;
@@ -62,8 +62,8 @@ class LocalBackend final {
     }
   }
 
-  /// Returns when the configuration has been fetched, and time has passed to hand it over. The
-  /// database is not looked at for that: a reader makes a write of the library fail.
+  /// Returns when the configuration has been fetched, and some time later. It does not read the
+  /// database: a reader makes a write of the library fail.
   void waitForConfiguration() const {
     for (int i = 0; i < 1000 && !hasConfigured_; ++i) pause(10);
     if (!hasConfigured_) throw std::runtime_error("nobody asked for the configuration");

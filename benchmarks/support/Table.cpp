@@ -20,8 +20,8 @@ namespace {
 struct Measurement {
   std::string name;
   std::vector<Row> rows;
-  /// What has made a repetition fail. Google Benchmark is not told: its statistics do not survive a
-  /// first repetition that has failed.
+  /// Why a repetition has failed. Google Benchmark is not told: its statistics break if the first
+  /// repetition fails.
   std::string error = {};
 };
 

@@ -8,7 +8,7 @@
 
 namespace pelorino::bench {
 
-/// What a measured value, or its ratio to the reference, has to keep to.
+/// The goal for a measured value, or for its ratio to the reference.
 struct Goal {
   enum class Of { nothing, value, ratio };
   Of of = Of::nothing;

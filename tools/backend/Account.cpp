@@ -62,7 +62,7 @@ void printRow(std::ostream& out, std::string_view label, std::string_view value)
 void printEvents(std::ostream& out, const UserAccount& account) {
   for (const WireRecord& record : eventRecords()) {
     auto events = account.eventsOf(record.fields.front().constant);
-    // What the device is hardly changes; the last time says it.
+    // The device hardly changes; show what it has told last.
     if (record.name == "DeviceInfo" && !events.empty())
       events.erase(events.begin(), events.end() - 1);
     std::string_view label = record.name;

@@ -16,7 +16,7 @@ struct Answer {
   std::string body;
 };
 
-/// What is to go wrong with an exchange.
+/// What shall go wrong with an exchange.
 struct Fault {
   enum class Drop { no, before, after };  ///< Before or after the body has been read.
 
@@ -44,7 +44,7 @@ class AnswerScript final {
 
   [[nodiscard]] Answer answer(const std::string& endpoint, const std::string& deviceId) const;
 
-  /// Takes one time of the fault that is due, if there is one.
+  /// Takes the next fault, if there is one, and counts it.
   [[nodiscard]] std::optional<Fault> takeFault(const std::string& endpoint);
 
   /// Forgets all scripted answers and faults.

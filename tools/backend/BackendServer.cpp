@@ -25,7 +25,7 @@ constexpr const char* jsonType = "application/json";
 
 constexpr const char* anyOtherPattern = R"((?!/control/).*)";
 
-/// Any text may stand in front of "/v2": clients can be told to append one to their base URL.
+/// Any text may come before "/v2": clients can be told to append one to their base URL.
 std::string endpointPattern() {
   return "(.*)/v2(" + endpointPaths() + ")";
 }
@@ -61,7 +61,7 @@ void readAndCheckBody(Exchange& exchange, const httplib::ContentReader& readCont
   exchange.verdict.insert(exchange.verdict.end(), findings.begin(), findings.end());
 }
 
-/// Sends `body` over and over, `announced` bytes in the header and `sent` in truth.
+/// Sends `body` repeatedly: the header says `announced` bytes, and `sent` are sent.
 void streamBody(httplib::Response& response, std::string body, std::uint64_t announced,
                 std::uint64_t sent) {
   response.set_content_provider(

@@ -29,18 +29,18 @@ struct TlsFiles {
 /// exchange is in the store before its answer goes out.
 class BackendServer final {
  public:
-  /// The store outlives the server. Throws std::runtime_error when the TLS files are of no use.
+  /// The store outlives the server. Throws std::runtime_error if the TLS files cannot be used.
   BackendServer(ExchangeStore& store, const std::optional<TlsFiles>& tls);
   ~BackendServer();
 
-  /// 0 takes any free port. The port, or std::runtime_error.
+  /// 0 means any free port. Returns the port; throws std::runtime_error.
   int bind(int port);
 
   /// Serves until stop().
   void run();
 
-  /// Ends open connections and waiting answers too. Any thread, when another is in run() or about
-  /// to be.
+  /// Also ends open connections and waiting answers. Any thread, while another one is in run() or
+  /// about to call it.
   void stop();
 
  private:

@@ -9,7 +9,7 @@ namespace pelorino::backend {
 class AnswerScript;
 class ExchangeStore;
 
-/// Adds the paths by which a test or a person at a terminal steers the backend:
+/// Adds the paths with which a test or a person controls the backend:
 ///
 ///   POST /control/answer  {"endpoint":"/analytics/config","status":200,"body":{...}}, or "text"
 ///                         for a body that is taken as it is

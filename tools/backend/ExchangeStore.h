@@ -15,7 +15,7 @@ namespace pelorino::backend {
 struct Exchange {
   std::int64_t id = 0;    ///< Counts from 1, in order of arrival.
   std::int64_t time = 0;  ///< Milliseconds since 1970.
-  std::string endpoint;   ///< Without what stood in front, such as "/analytics/report".
+  std::string endpoint;   ///< Without its prefix, such as "/analytics/report".
   std::string path;       ///< As it came, without the query.
   std::string appId;
   HeaderMap headers;  ///< Identifiers decoded.
@@ -35,7 +35,7 @@ struct Exchange {
 
 /// Everything received, in a SQLite file. Any thread.
 ///
-/// Errors: std::runtime_error with SQLite's words.
+/// Errors: std::runtime_error with SQLite's message.
 class ExchangeStore final {
  public:
   explicit ExchangeStore(const std::string& file);

@@ -22,7 +22,7 @@ std::int64_t numberOf(std::string_view text) {
   return number;
 }
 
-/// Fields stand one a line, as "\t name: value"; what stands deeper has more tabs.
+/// One field a line, as "\t name: value"; nested fields have more tabs.
 EventMark markOf(std::string_view textForm) {
   EventMark mark;
   while (!textForm.empty()) {

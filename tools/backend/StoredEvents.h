@@ -8,8 +8,7 @@
 
 namespace pelorino::backend {
 
-/// What tells an event from others, both in the client's log and as it arrives. Absent numbers
-/// are 0.
+/// What identifies an event, both in the client's log and as it arrives. Absent numbers are 0.
 struct EventMark {
   std::string code;
   std::int64_t timestamp = 0;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-// The wire format as data. Each table is one object, each row one key; the rows stand in the order
-// in which clients encode them, which readers must not depend on.
+// The wire format as data. Each table is one object, each row one key. The rows have the order in
+// which clients encode them; readers must not depend on it.
 
 namespace pelorino::backend {
 

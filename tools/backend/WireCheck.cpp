@@ -17,7 +17,7 @@ namespace json = boost::json;
 
 namespace {
 
-// A verdict is for people: one report with a thousand bad events needs no thousand sentences.
+// A verdict is for people: a thousand bad events need no thousand sentences.
 constexpr std::size_t maximumFindings = 20;
 
 /// Seconds where milliseconds belong are off by a factor of 1,000; these bounds tell them apart

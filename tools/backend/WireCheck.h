@@ -10,7 +10,7 @@ namespace pelorino::backend {
 /// What is wrong with a request, one sentence each; empty when nothing is.
 using Verdict = std::vector<std::string>;
 
-/// Header names as in the table of the wire format, in whatever case they arrived.
+/// Header names as in the table of the wire format, whatever their case was.
 struct HeaderNameLess {
   bool operator()(const std::string& left, const std::string& right) const;
 };

@@ -13,7 +13,7 @@
 
 namespace pelorino::host {
 
-/// What is wrong with a command line, in words for whoever wrote it.
+/// What is wrong with a command line, in words for its author.
 class CommandError final : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -22,8 +22,8 @@ class CommandError final : public std::runtime_error {
 /// Throws the CommandError of a field that is not `kind`, such as "a text".
 [[noreturn]] void refuse(std::string_view name, std::string_view kind);
 
-/// Typed access to the fields of a JSON object. What is not there, or of another kind, throws
-/// CommandError; the `maybe` forms take null and a missing field for absent. Borrows the object.
+/// Typed access to the fields of a JSON object. A missing field, or one of another kind, throws
+/// CommandError; the `maybe` forms treat null and a missing field as absent. Borrows the object.
 class Arguments final {
  public:
   explicit Arguments(const boost::json::object& object) : object_(&object) {}

@@ -14,10 +14,10 @@
 
 namespace pelorino::host {
 
-/// One command: samples of the arguments that its line has beside "op", and what it does with them.
-/// A field that is in no sample is refused. The samples are good arguments; whoever wants to call
-/// every operation takes them, and more than one shows forms that exclude each other. The text of
-/// `op` lives as long as the process, so that answers may keep it.
+/// One command: samples of the arguments beside "op", and what to do with them. A field that is in
+/// no sample is refused. The samples are valid arguments, for those who want to call every
+/// operation; several samples show forms that exclude each other. The text of `op` lives as long as
+/// the process, so answers may keep it.
 struct Command {
   std::vector<boost::json::object> samples;
   std::function<void(std::string_view op, const Arguments& arguments)> run;
@@ -41,7 +41,7 @@ inline Command command(std::initializer_list<std::string_view> samples,
   return command(samples, [run](std::string_view, const Arguments& arguments) { run(arguments); });
 }
 
-/// An operation that takes nothing and answers nothing.
+/// An operation without arguments and without an answer.
 inline Command plain(void (*operation)() noexcept) {
   return {{{}}, [operation](std::string_view, const Arguments&) { operation(); }};
 }

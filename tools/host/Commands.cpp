@@ -69,8 +69,8 @@ void setIdentifiersListener(const Arguments& arguments) {
                                                                : nullptr);
 }
 
-/// Everything handed over before has run once the answer to a question asked now has come, or once
-/// the question has been dropped, as it is when the library is torn down before it.
+/// Asks a question of the library: when its answer comes, all earlier calls have run. Likewise when
+/// the question is dropped, as it is if the library is torn down before.
 void drain(const Arguments& arguments) {
   const auto limit =
       std::chrono::milliseconds(arguments.maybeInteger("limitMs").value_or(drainLimit.count()));
@@ -218,7 +218,7 @@ const CommandTable::value_type* find(std::string_view op) {
 }
 
 json::value parse(std::string_view line) {
-  // What bytes a host hands over is the library's to bear; they are to reach it.
+  // Passed on as they are: the library must cope with any bytes of a host.
   json::parse_options options;
   options.allow_invalid_utf8 = true;
   boost::system::error_code error;

@@ -10,8 +10,8 @@
 
 namespace pelorino::host {
 
-/// The values that command lines know by a name: the enumerators, as they are spelled in C++.
-/// A text that names none throws CommandError.
+/// The named values of command lines: the enumerators, spelled as in C++. Another text throws
+/// CommandError.
 [[nodiscard]] PLRLogLevel logLevelOf(std::string_view name);
 [[nodiscard]] PLRTrackingStatus trackingStatusOf(std::string_view name);
 [[nodiscard]] PLRApplicationState applicationStateOf(std::string_view name);
