@@ -30,7 +30,7 @@ std::optional<PeopleValueType> cardValue(const ArchivedObject& archived) {
   return std::nullopt;
 }
 
-PeopleProperties cardOf(const std::map<std::string, ArchivedObject>& preferences) {
+PeopleProperties processUserCardInfo(const std::map<std::string, ArchivedObject>& preferences) {
   PeopleProperties properties;
   for (const auto& [key, archived] : preferences) {
     if (auto value = cardValue(archived)) properties.emplace(key, *std::move(value));
@@ -50,8 +50,9 @@ MigrationObject migrationObjectOf(std::string_view archive) {
           .prevUserId = std::move(user.prevUid),
           .trackingAvailable = storages.trackingAvailable,
           .level = user.level,
-          .userCard = user.playerPreferences ? cardOf(user.playerPreferences->preferences)
-                                             : PeopleProperties(),
+          .userCard = user.playerPreferences
+                          ? processUserCardInfo(user.playerPreferences->preferences)
+                          : PeopleProperties(),
           .transactionIds = std::move(user.transactionIds),
           .tutorCompletedSteps = std::move(user.tutorCompletedSteps)};
 }
@@ -71,10 +72,16 @@ SDKMigrationManager::SDKMigrationManager(Tables tables, Files& files, std::strin
 
 void SDKMigrationManager::migrate(Project& project) const {
   if (base_.empty()) return;
-  migrateFrom(nativeFile, fmt::format("{}/pelorino_{}/{}", base_, applicationKey_, nativeFile),
-              migrationObjectOf, project);
-  migrateFrom(unityFile, fmt::format("{}/pelorino/{}/{}", base_, applicationKey_, unityFile),
-              migrationObjectOfJson, project);
+  migrateFrom(nativeFile, getNativeMigratePath(), migrationObjectOf, project);
+  migrateFrom(unityFile, getUnityMigratePath(), migrationObjectOfJson, project);
+}
+
+std::string SDKMigrationManager::getNativeMigratePath() const {
+  return fmt::format("{}/pelorino_{}/{}", base_, applicationKey_, nativeFile);
+}
+
+std::string SDKMigrationManager::getUnityMigratePath() const {
+  return fmt::format("{}/pelorino/{}/{}", base_, applicationKey_, unityFile);
 }
 
 void SDKMigrationManager::migrateFrom(const char* name, const std::string& path, Reader reader,

@@ -40,6 +40,8 @@ class SDKMigrationManager final {
  private:
   using Reader = MigrationObject (*)(std::string_view content);
 
+  [[nodiscard]] std::string getNativeMigratePath() const;
+  [[nodiscard]] std::string getUnityMigratePath() const;
   void migrateFrom(const char* name, const std::string& path, Reader reader,
                    Project& project) const;
   void migrateFromObject(const MigrationObject& object, Project& project) const;

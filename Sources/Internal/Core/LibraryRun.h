@@ -34,7 +34,7 @@ class LibraryRun final : public Run {
   [[nodiscard]] AnalyticsLogic& analyticsLogic() { return analyticsLogic_; }
   [[nodiscard]] MessagingLogic& messagingLogic() { return messagingLogic_; }
   [[nodiscard]] PeopleService& peopleService() { return serviceFactory_.peopleService; }
-  [[nodiscard]] AntiCheatService& antiCheatService() { return serviceFactory_.antiCheatService; }
+  [[nodiscard]] AntiCheatService& antiCheatService() { return serviceFactory_.anticheatService; }
 
  private:
   const std::unique_ptr<CoreFactory> coreFactory_;

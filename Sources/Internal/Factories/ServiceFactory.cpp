@@ -20,7 +20,7 @@ ServiceFactory::ServiceFactory(Run& run, CoreFactory& core, StateManager& state,
       peopleService(state, core.get<PeopleRepository>()),
       subscriptionService(run, state, core.get<SubscriptionRepository>(), &Host::store,
                           Host::facts(), executor),
-      antiCheatService(run, state, core.backend()),
+      anticheatService(run, state, core.backend()),
       messagingService(run, state, core.backend(), core.get<ProjectRepository>(),
                        core.get<MessagingCategoryRepository>()) {}
 

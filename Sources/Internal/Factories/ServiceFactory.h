@@ -41,7 +41,7 @@ class ServiceFactory final {
   LevelResourceService levelResourceService;
   PeopleService peopleService;
   SubscriptionService subscriptionService;
-  AntiCheatService antiCheatService;
+  AntiCheatService anticheatService;
   MessagingService messagingService;
 };
 
